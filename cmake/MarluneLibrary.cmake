@@ -1,0 +1,21 @@
+# Compiler settings of every target, and the one way to declare a library.
+
+add_library(marlune_options INTERFACE)
+# Clang counts sign conversions among -Wconversion, g++ does not; both are held to the g++ meaning.
+target_compile_options(marlune_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+    $<$<BOOL:${MARLUNE_WERROR}>:-Werror>)
+if(MARLUNE_SANITIZE)
+    target_compile_options(marlune_options INTERFACE
+        -fsanitize=${MARLUNE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    target_link_options(marlune_options INTERFACE -fsanitize=${MARLUNE_SANITIZE})
+endif()
+
+# marlune_library(NAME SOURCES file... [LINKS library...])
+# LINKS is the list of what the library may know: tools/check_layers.py holds every #include to it.
+function(marlune_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PUBLIC marlune_options ${ARG_LINKS})
+endfunction()

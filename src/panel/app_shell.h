@@ -1,0 +1,59 @@
+// The frame around the panel: title, menus, status line, pointer, boxes, dialogs and the event loop.
+//
+// desktop/ implements it in Qt; the command line tool prints messages to stderr; tests script the answers.
+// User-interface thread only.
+#pragma once
+
+#include <string>
+
+#include "panel/form.h"
+#include "panel/menus.h"
+
+namespace marlune {
+
+enum class Pointer { normal, hourglass };
+enum class BoxIcon { critical, exclamation, information };
+enum class BoxButtons { ok, okCancel, yesNoCancel };
+enum class BoxAnswer { ok = 1, cancel = 2, yes = 6, no = 7 };
+
+// What dlgCommonDialog asks: filter is "Text (*.ext)|*.ext".
+struct FileDialog {
+    bool save = false;
+    std::string title;
+    std::string fileName;
+    std::string filter;
+    std::string defaultExtension; // without the dot; appended to a name without one when saving
+};
+
+class AppShell {
+  public:
+    virtual ~AppShell() = default;
+    virtual void showTitle(const std::string& title) = 0;
+    virtual void showPointer(Pointer pointer) = 0;
+    virtual void showStatus(const std::string& text) = 0; // MarluneStatus
+    virtual void showStatusBar(bool visible) = 0;
+    virtual void showMenu(Menu menu, const MenuState& state) = 0;
+    virtual void showPanel(bool visible) = 0;
+    virtual void beep() = 0;
+
+    virtual BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) = 0;
+    // The chosen name; empty when the dialog was left without one.
+    virtual std::string fileDialog(const FileDialog& dialog) = 0;
+    virtual void runModal(Form& form) = 0;     // returns when the form is no longer visible
+    virtual void showModeless(Form& form) = 0; // follows the form until it is no longer visible
+    virtual void formChanged(Form& form) = 0;  // contents were changed from outside its own handlers
+
+    virtual void letEventsRun() = 0;           // handles what is pending, waits for nothing
+    virtual void waitForEvents(int ms) = 0;    // sleeps in the event loop until something came, at most ms
+    virtual void closeWindow() = 0;            // ends the program; the two questions have been answered
+    virtual void openHelp() = 0;
+};
+
+// The shell in use. With none set a silent one stands in, which answers every box with its refusing button.
+AppShell& shell();
+void setAppShell(AppShell* shell);
+
+// Last status text shown, for whoever must put it back.
+void showStatusText(const std::string& text);
+
+} // namespace marlune
