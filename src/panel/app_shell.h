@@ -25,6 +25,9 @@ struct FileDialog {
     std::string defaultExtension; // without the dot; appended to a name without one when saving
 };
 
+// The file dialog of the main window: what the last command has left in it stands for the next one.
+extern FileDialog dlgCommonDialog;
+
 class AppShell {
   public:
     virtual ~AppShell() = default;
@@ -45,15 +48,13 @@ class AppShell {
 
     virtual void letEventsRun() = 0;           // handles what is pending, waits for nothing
     virtual void waitForEvents(int ms) = 0;    // sleeps in the event loop until something came, at most ms
-    virtual void closeWindow() = 0;            // ends the program; the two questions have been answered
+    virtual void closeWindow() = 0;            // as the window's close box: may be refused by the user
     virtual void openHelp() = 0;
+    virtual void showAbout() = 0;
 };
 
 // The shell in use. With none set a silent one stands in, which answers every box with its refusing button.
 AppShell& shell();
 void setAppShell(AppShell* shell);
-
-// Last status text shown, for whoever must put it back.
-void showStatusText(const std::string& text);
 
 } // namespace marlune

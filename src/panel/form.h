@@ -50,6 +50,7 @@ class FormBuilder {
     virtual void endRow() = 0;
     virtual void label(const Label& label) = 0;
     // caption stands before or above the box; width in characters.
+    // gotFocus: when the box takes the keyboard focus, after its text has been selected.
     virtual void textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus = {}) = 0;
     // As textBox, letting through digits only.
     virtual void digitsBox(const std::string& caption, TextBox& box, int width) = 0;
@@ -75,6 +76,7 @@ class Form {
     virtual void Form_Unload() {}
     // code: a virtual key code (27 Escape, 13 Enter, letters as capitals). True when the form took the key.
     virtual bool Form_KeyDown(int /*code*/) { return false; }
+    virtual void Form_Timer() {} // about twenty times a second while the form is visible
 
     [[nodiscard]] bool loaded() const { return loaded_; }
     [[nodiscard]] bool visible() const { return visible_; }

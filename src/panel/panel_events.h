@@ -38,7 +38,10 @@ void Form_KeyUp(int code, int shift);
 // The keyboard focus left the window: held modifiers count as released.
 void panelFocusLost();
 
-// A menu entry was chosen.
+// A menu entry was chosen; nothing where it is disabled or hidden at present.
 void menuClicked(Menu menu);
+
+// Whether an entry has a command; the desktop disables one without.
+bool menuHasCommand(Menu menu);
 
 } // namespace marlune

@@ -1,0 +1,38 @@
+// Project files (.mlp): the record, then the packed song; and the commands around them.
+//
+// Layout, little-endian: 19232 bytes ProjectRecord, 4 bytes packedCount, packedCount entries as in
+// song_packing.h, and one entry more that carries nothing. User-interface thread.
+#pragma once
+
+#include <string>
+
+namespace marlune {
+
+// Reads a file into project and tracks and brings component and panel up to date. A file that is not one gives
+// the message box; what had been read by then stays. True when the whole file was taken.
+bool loadProjectFile(const std::string& fileName);
+
+// Writes the project (in song mode the patterns as they stood when it began) as a whole or not at all. A
+// failure leaves the old file, projectDirty and the title, and is told in the status line.
+bool saveProjectFile(const std::string& fileName);
+
+void mnuFileOpenPatt_Click();
+void mnuFileSavePatt_Click();
+void mnuSaveAs_Click();
+
+// Opens the project named on the command line.
+void OpenOnLoad(const std::string& fileName);
+
+// Asks about unsaved work; true means the caller must give up: the user cancelled, or wanted to save and that
+// did not happen.
+bool wannaSaveYourWorkCancel();
+
+// Asks before a file is replaced: 1 go on, 2 cancel.
+int wannaOverwrite(const std::string& fileName);
+
+// The project is now this file and has no unsaved changes.
+void nameProject(const std::string& fileName);
+
+void showProjectTitle(const std::string& fileName);
+
+} // namespace marlune

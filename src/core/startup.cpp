@@ -1,0 +1,145 @@
+#include "core/startup.h"
+
+#include "core/clipboard_state.h"
+#include "core/default_project.h"
+#include "core/project_file.h"
+#include "core/song_reset.h"
+#include "core/song_track.h"
+#include "edit/clipboard.h"
+#include "edit/randomizers.h"
+#include "edit/song_tools.h"
+#include "midi/config_file.h"
+#include "midi/global_config.h"
+#include "midi/memorizer.h"
+#include "midi/midi_devices.h"
+#include "panel/app_shell.h"
+#include "panel/refresh.h"
+#include "panel/shown_state.h"
+#include "playback/engine_component.h"
+#include "playback/engine_link.h"
+#include "playback/navigation.h"
+#include "playback/timer_control.h"
+#include "playback/transport.h"
+#include "util/files.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kFreshDrumLevel = 100;
+
+// The main window's first touch.
+void MDIForm_Load(const StartupHooks& hooks) {
+    SetMarluneHwnd32(hooks.windowHandle);
+    hookEngineMessages(true);
+    setRandomSource(seededRandom(hooks.randomSeed));
+    nameProject(kUntitled);
+}
+
+void loadPanel() {
+    std::array<int, kKnobs> startValues{};
+    for (int k = 0; k < kKnobs; ++k) startValues[k] = k < kFirstDrumKnob ? 0 : kFreshDrumLevel;
+    config.midiInDevice = config.midiOutDevice = -1;
+    ClearKeyMap();
+    init309();
+    loadGlobalConfig();
+    for (int k = 0; k < kKnobs; ++k) showText(Control::UserTitle, k, knobLabel[k]);
+    initKnobTrack(startValues);
+    ClearCopyBuffer();
+}
+
+// What every control shows before anything has happened.
+void showFirstState() {
+    refreshTransport();
+    for (const Control sprite : {Control::Check1, Control::ResetButton, Control::prevButton, Control::nextButton,
+                                 Control::RwdStep, Control::FwdStep}) {
+        showFrame(sprite, 0, 0);
+    }
+    showEnabled(Control::timeDisplay, 0, false);
+    showEnabled(Control::microDisplay, 0, false);
+    showNumber(Control::timeDisplay, 0, 1);
+    showText(Control::microDisplay, 0, "");
+    for (int drum = 0; drum < kDrumRows; ++drum) showFrame(Control::sel109, drum, 0);
+    for (int m = 0; m < kModules; ++m) {
+        refreshCurrBankPatt(m);
+        refreshNextBankPatt(m);
+        refreshStepLamp(m);
+    }
+}
+
+} // namespace
+
+bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
+    const auto splash = [&hooks](bool visible) {
+        if (hooks.showSplash) hooks.showSplash(visible);
+    };
+    if (hooks.anotherInstanceRuns && hooks.anotherInstanceRuns()) {
+        shell().messageBox("Error:  Marlune200q is already running.\nYou may run only one instance of Marlune at a time.",
+                           BoxIcon::critical, BoxButtons::ok);
+        return false;
+    }
+    QuenTimer(0);
+    exportBars = 16;
+    songClipboard.copyBarCount = 1;
+    shell().showPointer(Pointer::hourglass);
+    MDIForm_Load(hooks);
+    if (hooks.showMainWindow) hooks.showMainWindow();
+    shell().letEventsRun();
+    splash(true);
+    shell().showPanel(false);
+    resetMenus();
+    loadKnobs();
+    loadPanel();
+    resetSongState();
+    showFirstState();
+    shell().showPanel(true);
+    shell().letEventsRun();
+    listMidiDevices();
+    MidiInit();
+    splash(false);
+    shell().showPointer(Pointer::normal);
+    projectDirty = false;
+    if (FileExists(commandLine)) OpenOnLoad(commandLine);
+    return true;
+}
+
+bool MDIForm_QueryUnload() {
+    if (wannaSaveYourWorkCancel()) return false;
+    if (transportRunning) playButton();
+    shell().showPanel(false);
+    return true;
+}
+
+void MDIForm_Unload() {
+    programClosing = true;
+    closeMidiDevices();
+    saveGlobalConfig();
+    hookEngineMessages(false);
+    for (Form* form : {static_cast<Form*>(&memorizer), static_cast<Form*>(&songRandomizer),
+                       static_cast<Form*>(&patternCopyForm), static_cast<Form*>(&midiSetupForm)}) {
+        form->unload();
+    }
+}
+
+void mnuFileExit_Click() {
+    ctrlDown = false;
+    shell().closeWindow();
+}
+
+void resetProgram() {
+    project = {};
+    patternImage = {};
+    resetRunState();
+    clearSongTracks();
+    resetClipboards();
+    resetGlobalConfig();
+    setConfigFolder("");
+    resetShownState();
+    resetTimerControl();
+    resetNavigation();
+    dlgCommonDialog = {};
+    hookEngineMessages(false);
+    previousWndProc = nullptr;
+}
+
+} // namespace marlune

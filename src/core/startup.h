@@ -1,0 +1,34 @@
+// The program from start to exit: the order in which its rooms come up and go down. User-interface thread.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace marlune {
+
+// What the machine contributes to a start; every function may be empty.
+struct StartupHooks {
+    std::function<bool()> anotherInstanceRuns;
+    std::function<void()> showMainWindow;
+    std::function<void(bool)> showSplash;
+    int windowHandle = -1;   // descriptor that the component wakes when it has posted a message
+    unsigned randomSeed = 0; // of the random source, from the clock
+};
+
+// Brings the program up and opens the project that commandLine names as a whole, if it names a file. False
+// when another instance runs, which has been told; nothing else has happened then.
+bool startupMain(const std::string& commandLine, const StartupHooks& hooks);
+
+// The window wants to close: asks about unsaved work, stops a running transport, hides the panel. False
+// refuses; nothing has changed then.
+bool MDIForm_QueryUnload();
+
+// The window closes: devices, configuration, messages, forms, in this order.
+void MDIForm_Unload();
+
+void mnuFileExit_Click();
+
+// Puts all program state back to that of a program not yet started.
+void resetProgram();
+
+} // namespace marlune

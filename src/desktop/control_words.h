@@ -1,0 +1,19 @@
+// What the panel's controls are called: names and values for assistive tools, tips that tell the key.
+#pragma once
+
+#include <QString>
+
+#include "desktop/panel_state.h"
+
+namespace marlune {
+
+QString controlName(const PlacedControl& control, const PanelState& state); // "103A Cutoff knob"
+QString controlValue(const PlacedControl& control, const PanelState& state); // "47 %", "A3", "on"; may be empty
+QString controlTip(const PlacedControl& control);
+
+// Controls that carry a number which a drag, the wheel or Up and Down change.
+bool isTurned(Control control);
+// Controls that the keyboard reaches: every interactive one except those that repeat another.
+bool isTabStop(const PlacedControl& control);
+
+} // namespace marlune

@@ -1,0 +1,263 @@
+#include "desktop/form_window.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QScreen>
+#include <QTimer>
+
+#include "desktop/key_codes.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kFollowMs = 100; // how soon a form hidden by others loses its window
+constexpr int kEnter = 13;
+constexpr int kEscape = 27;
+
+QString text(const std::string& s) { return QString::fromStdString(s); }
+
+// Shows without telling: a change that comes from the form is no event of the user.
+template <typename Widget, typename Change>
+void quietly(Widget* widget, Change change) {
+    const QSignalBlocker blocker(widget);
+    change();
+}
+
+} // namespace
+
+FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
+    setWindowTitle(text(form.caption));
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(18, 16, 18, 16);
+    grid->setSizeConstraint(QLayout::SetFixedSize);
+    grid->setHorizontalSpacing(10);
+    grid->setVerticalSpacing(8);
+    frames_.push_back({grid});
+    form_.describe(*this);
+    frames_.clear();
+    showContents();
+    for (QWidget* child : findChildren<QWidget*>()) child->installEventFilter(this);
+    installEventFilter(this);
+    auto* follow = new QTimer(this);
+    connect(follow, &QTimer::timeout, this, &FormWindow::showContents);
+    follow->start(kFollowMs);
+}
+
+// --- layout
+
+void FormWindow::beginFrame(const std::string& title) {
+    auto* box = new QGroupBox(text(title));
+    auto* grid = new QGridLayout(box);
+    grid->setHorizontalSpacing(10);
+    grid->setVerticalSpacing(7);
+    Frame& outer = frames_.back();
+    place(box, outer.inRow ? 2 : 100); // a frame of its own takes the whole width
+    frames_.push_back({grid});
+}
+
+void FormWindow::endFrame() { frames_.pop_back(); }
+
+void FormWindow::beginRow() {
+    Frame& frame = frames_.back();
+    frame.inRow = true;
+    frame.column = 0;
+    frame.buttons = nullptr;
+}
+
+void FormWindow::endRow() {
+    Frame& frame = frames_.back();
+    frame.inRow = false;
+    frame.column = 0;
+    frame.buttons = nullptr;
+    ++frame.row;
+}
+
+void FormWindow::place(QWidget* widget, int columns) {
+    Frame& frame = frames_.back();
+    const int span = columns >= 100 ? -1 : columns;
+    frame.grid->addWidget(widget, frame.row, frame.column, 1, span);
+    frame.column += columns;
+    if (!frame.inRow) {
+        ++frame.row;
+        frame.column = 0;
+    }
+}
+
+void FormWindow::placeCaption(const std::string& caption) {
+    if (caption.empty()) return;
+    Frame& frame = frames_.back();
+    auto* words = new QLabel(text(caption));
+    frame.grid->addWidget(words, frame.row, frame.column, Qt::AlignLeft | Qt::AlignVCenter);
+    ++frame.column;
+}
+
+void FormWindow::label(const Label& shown) {
+    auto* words = new QLabel;
+    words->setTextFormat(Qt::PlainText);
+    bindings_.push_back({[] {}, [words, &shown] { words->setText(text(shown.text)); }});
+    place(words, frames_.back().inRow ? 2 : 100);
+}
+
+QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int width) {
+    auto* line = new QLineEdit;
+    line->setFixedWidth(line->fontMetrics().horizontalAdvance('0') * width + 24);
+    line->setAccessibleName(text(caption));
+    bindings_.push_back({[line, &box] { box.text = line->text().toStdString(); },
+                         [line, &box] {
+                             if (line->text() != text(box.text)) quietly(line, [&] { line->setText(text(box.text)); });
+                             line->setEnabled(box.enabled);
+                         }});
+    placeCaption(caption);
+    place(line, caption.empty() ? 2 : 1);
+    return line;
+}
+
+void FormWindow::textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus) {
+    QLineEdit* line = addLineEdit(caption, box, width);
+    if (gotFocus) focusEvents_.insert(line, std::move(gotFocus));
+}
+
+void FormWindow::digitsBox(const std::string& caption, TextBox& box, int width) {
+    QLineEdit* line = addLineEdit(caption, box, width);
+    line->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*")), line));
+}
+
+void FormWindow::checkBox(CheckBox& box, FormEvent click) {
+    auto* check = new QCheckBox;
+    bindings_.push_back({[check, &box] { box.checked = check->isChecked(); },
+                         [check, &box] {
+                             quietly(check, [&] { check->setChecked(box.checked); });
+                             check->setText(text(box.caption));
+                             check->setEnabled(box.enabled);
+                         }});
+    connect(check, &QCheckBox::clicked, this, [this, event = std::move(click)] { run(event); });
+    place(check, 2);
+}
+
+void FormWindow::comboBox(const std::string& caption, ComboBox& box) {
+    auto* combo = new QComboBox;
+    combo->setMinimumWidth(150);
+    combo->setAccessibleName(text(caption));
+    const auto fill = [combo, &box] {
+        QStringList items;
+        for (const std::string& item : box.items) items << text(item);
+        QStringList present;
+        for (int i = 0; i < combo->count(); ++i) present << combo->itemText(i);
+        quietly(combo, [&] {
+            if (items != present) combo->clear(), combo->addItems(items);
+            combo->setCurrentIndex(box.selected);
+        });
+    };
+    bindings_.push_back({[combo, &box] { box.selected = combo->currentIndex(); }, fill});
+    connect(combo, &QComboBox::activated, this, [this] { run({}); });
+    placeCaption(caption);
+    place(combo, caption.empty() ? 2 : 1);
+}
+
+void FormWindow::progressBar(ProgressBar& bar) {
+    auto* progress = new QProgressBar;
+    progress->setMinimumWidth(280);
+    bindings_.push_back({[] {}, [progress, &bar] {
+                             progress->setRange(bar.minimum, bar.maximum);
+                             progress->setValue(bar.value);
+                         }});
+    place(progress, frames_.back().inRow ? 2 : 100);
+}
+
+void FormWindow::button(Button& shown, Role role, FormEvent click) {
+    auto* push = new QPushButton;
+    push->setAutoDefault(false);
+    push->setDefault(role == Role::accept);
+    if (role == Role::accept && accept_ == nullptr) accept_ = push;
+    if (role == Role::reject && reject_ == nullptr) reject_ = push;
+    bindings_.push_back({[] {}, [push, &shown] {
+                             push->setText(text(shown.caption));
+                             push->setEnabled(shown.enabled);
+                         }});
+    connect(push, &QPushButton::clicked, this, [this, event = std::move(click)] { run(event); });
+    Frame& frame = frames_.back();
+    if (frame.inRow && frame.column == 0 && frame.buttons == nullptr) { // a row of buttons stands at the right
+        frame.buttons = new QHBoxLayout;
+        frame.buttons->addStretch();
+        frame.grid->addLayout(frame.buttons, frame.row, 0, 1, -1);
+    }
+    if (frame.buttons != nullptr)
+        frame.buttons->addWidget(push);
+    else
+        place(push, 2);
+}
+
+// --- events
+
+void FormWindow::run(const FormEvent& event) {
+    for (const Binding& binding : bindings_) binding.toForm();
+    if (event) event();
+    showContents();
+}
+
+void FormWindow::showContents() {
+    if (!form_.visible()) {
+        if (told_) return;
+        told_ = true;
+        hide();
+        emit formHidden();
+        return;
+    }
+    setWindowTitle(text(form_.caption));
+    for (const Binding& binding : bindings_) binding.toWidget();
+}
+
+bool FormWindow::keyDown(int code) {
+    bool taken = false;
+    run([&] { taken = form_.Form_KeyDown(code); });
+    if (taken || !form_.visible()) return true;
+    QPushButton* pressed = code == kEnter ? accept_ : code == kEscape ? reject_ : nullptr;
+    // Enter on a button that has the focus presses that one.
+    if (code == kEnter)
+        if (auto* focused = qobject_cast<QPushButton*>(focusWidget())) pressed = focused;
+    if (pressed == nullptr) return code == kEscape;
+    pressed->click();
+    return true;
+}
+
+bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+    const QObject* target = focusWidget() != nullptr ? focusWidget() : this; // told once on its way up
+    if (event->type() == QEvent::KeyPress && watched == target) {
+        const int code = virtualKey(*static_cast<QKeyEvent*>(event));
+        if (code != 0 && keyDown(code)) return true;
+    }
+    if (event->type() == QEvent::FocusIn) {
+        if (auto* line = qobject_cast<QLineEdit*>(watched)) {
+            QTimer::singleShot(0, line, &QLineEdit::selectAll); // after the click has set the cursor
+            const auto known = focusEvents_.constFind(line);
+            if (known != focusEvents_.constEnd()) run(*known);
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+    event->ignore(); // the form decides
+    if (reject_ != nullptr && reject_->isEnabled())
+        reject_->click();
+    else if (reject_ == nullptr)
+        run([this] { form_.unload(); });
+}
+
+void FormWindow::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    const QRect free = screen()->availableGeometry();
+    move(free.center() - QPoint(width() / 2, height() / 2));
+}
+
+} // namespace marlune

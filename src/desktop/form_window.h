@@ -1,0 +1,80 @@
+// One window for any form: lays out its controls, forwards their events, copies contents both ways.
+//
+// Before each event the widgets' contents go into the form, after it the form's contents go into the widgets.
+// The window follows the form: it closes when the form is no longer visible. User-interface thread only.
+#pragma once
+
+#include <QDialog>
+#include <QHash>
+#include <functional>
+#include <vector>
+
+#include "panel/form.h"
+
+class QGridLayout;
+class QHBoxLayout;
+class QLineEdit;
+class QPushButton;
+
+namespace marlune {
+
+class FormWindow final : public QDialog, private FormBuilder {
+    Q_OBJECT
+
+  public:
+    FormWindow(Form& form, QWidget* parent);
+
+    [[nodiscard]] const Form* form() const { return &form_; }
+    void showContents(); // after a change from outside; closes when the form is hidden
+
+  signals:
+    void formHidden();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    struct Binding {
+        std::function<void()> toForm;
+        std::function<void()> toWidget;
+    };
+
+    void beginFrame(const std::string& title) override;
+    void endFrame() override;
+    void beginRow() override;
+    void endRow() override;
+    void label(const Label& label) override;
+    void textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus) override;
+    void digitsBox(const std::string& caption, TextBox& box, int width) override;
+    void checkBox(CheckBox& box, FormEvent click) override;
+    void comboBox(const std::string& caption, ComboBox& box) override;
+    void progressBar(ProgressBar& bar) override;
+    void button(Button& button, Role role, FormEvent click) override;
+
+    QLineEdit* addLineEdit(const std::string& caption, TextBox& box, int width);
+    void place(QWidget* widget, int columns);
+    void placeCaption(const std::string& caption);
+    void run(const FormEvent& event); // contents in, event, contents out
+    bool keyDown(int code);
+
+    // Frames nest: each has its own grid.
+    struct Frame {
+        QGridLayout* grid;
+        int row = 0;
+        int column = 0;
+        bool inRow = false;
+        QHBoxLayout* buttons = nullptr; // the row of buttons under way
+    };
+
+    Form& form_;
+    std::vector<Binding> bindings_;
+    std::vector<Frame> frames_; // while the form describes itself
+    QHash<QObject*, FormEvent> focusEvents_;
+    QPushButton* accept_ = nullptr;
+    QPushButton* reject_ = nullptr;
+    bool told_ = false;
+};
+
+} // namespace marlune

@@ -1,0 +1,59 @@
+// Where every control of the front panel stands, in panel pixels at scale 1.
+//
+// The table is made from panel.json by tools/make_layout.py. Any thread: constant data.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "panel/panel_view.h"
+
+namespace marlune {
+
+inline constexpr int kPanelWidth = 1120;
+inline constexpr int kPanelHeight = 650;
+inline constexpr int kStripModule = 3; // the transport strip counts as a fourth module
+
+struct PanelRect {
+    int x, y, width, height;
+};
+
+struct PlacedControl {
+    Control control;
+    int index;
+    PanelRect rect;
+    int layer;        // higher layers lie on top and are hit first
+    bool interactive; // false lets the pointer through
+    int module;       // 0..2, kStripModule
+    int detail;       // knobs: strip 1..3; dot-matrix texts: pitch of the dots in pixels
+    int places;        // dot-matrix texts: characters that fit
+};
+
+std::span<const PlacedControl> placedControls();
+
+// Null for an index the panel does not have.
+const PlacedControl* placedControl(Control control, int index);
+
+// The topmost interactive control at a point of the panel; null for the bare plate.
+const PlacedControl* controlAt(double x, double y);
+
+struct PanelRegions {
+    PanelRect strip, brand, songBox;
+    std::array<PanelRect, 3> modules;
+    std::array<PanelRect, 8> drumChannels;
+};
+extern const PanelRegions kRegions;
+
+// The 5 x 7 dot font: seven rows, top first, the leftmost dot in bit 4.
+struct MatrixGlyph {
+    char character;
+    std::array<std::uint8_t, 7> rows;
+};
+std::span<const MatrixGlyph> matrixGlyphs();
+const MatrixGlyph* matrixGlyph(char character); // null for a character the font has not
+
+// The strip plate names the module of a control's light: 0..2 or the strip.
+inline constexpr const char* kModuleNames[] = {"103A", "103B", "109", ""};
+
+} // namespace marlune

@@ -1,0 +1,103 @@
+#include "desktop/main_window.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <algorithm>
+
+#include "desktop/panel_widget.h"
+#include "panel/panel_events.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kBars = 50; // menu and status bar together
+
+// The largest step up to the design size that the screen has room for.
+int firstZoom() {
+    const QRect free = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const int zoom : {100, 75})
+        if (free.width() * 100 >= kPanelWidth * zoom && (free.height() - kBars) * 100 >= kPanelHeight * zoom)
+            return zoom;
+    return 50;
+}
+
+} // namespace
+
+MainWindow::MainWindow() : panel_(new PanelWidget), status_(new QLabel) {
+    setCentralWidget(panel_);
+    statusBar()->setSizeGripEnabled(false);
+    statusBar()->addWidget(status_, 1);
+    buildMenus();
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+    setZoom(firstZoom());
+    panel_->setFocus();
+}
+
+void MainWindow::buildMenus() {
+    QMenu* menu = nullptr;
+    for (const MenuRow& row : menuRows()) {
+        if (row.kind == MenuKind::menu) menu = menuBar()->addMenu(QString::fromLatin1(row.caption));
+        QAction* action = row.kind == MenuKind::menu   ? menu->menuAction()
+                          : row.kind == MenuKind::line ? menu->addSeparator()
+                                                       : menu->addAction(QString::fromLatin1(row.caption));
+        if (row.id == Menu::separator) continue;
+        actions_[static_cast<std::size_t>(row.id)] = action;
+        if (row.kind == MenuKind::entry) {
+            action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
+            connect(action, &QAction::triggered, this, [id = row.id] { menuClicked(id); });
+        }
+        if (row.id == Menu::mnuStatusBarEnable) addZoomMenu(menu);
+        showMenu(row.id, menuState(row.id));
+    }
+}
+
+void MainWindow::addZoomMenu(QMenu* menu) {
+    QMenu* zoom = menu->addMenu(QStringLiteral("Si&ze"));
+    zoom->addAction(QStringLiteral("&Larger"), QKeySequence(QStringLiteral("Ctrl++")), this, [this] { stepZoom(1); });
+    zoom->actions().constLast()->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")),
+                                               QKeySequence(QStringLiteral("Ctrl+="))});
+    zoom->addAction(QStringLiteral("&Smaller"), QKeySequence(QStringLiteral("Ctrl+-")), this,
+                    [this] { stepZoom(-1); });
+    zoom->addAction(QStringLiteral("&Normal"), QKeySequence(QStringLiteral("Ctrl+0")), this, [this] { setZoom(100); });
+    zoom->addSeparator();
+    for (const int percent : kZooms)
+        zoom->addAction(QStringLiteral("%1 %").arg(percent), this, [this, percent] { setZoom(percent); });
+}
+
+void MainWindow::showMenu(Menu menu, const MenuState& state) {
+    QAction* action = this->action(menu);
+    if (action == nullptr) return;
+    if (!state.caption.empty()) action->setText(QString::fromStdString(state.caption));
+    action->setEnabled(state.enabled);
+    action->setVisible(state.visible);
+    if (state.checked || action->isCheckable()) {
+        action->setCheckable(true);
+        action->setChecked(state.checked);
+    }
+}
+
+void MainWindow::showStatus(const QString& text) { status_->setText(text); }
+
+void MainWindow::setZoom(int percent) {
+    panel_->setZoom(percent);
+    updateGeometry();
+}
+
+void MainWindow::stepZoom(int direction) {
+    const auto at = std::lower_bound(kZooms.begin(), kZooms.end(), panel_->zoom()) - kZooms.begin();
+    const auto next = std::clamp<std::ptrdiff_t>(at + direction, 0, std::ssize(kZooms) - 1);
+    setZoom(kZooms[static_cast<std::size_t>(next)]);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (onCloseWish) onCloseWish();
+}
+
+} // namespace marlune

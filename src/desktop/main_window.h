@@ -1,0 +1,47 @@
+// The frame window: menu bar from the menu table, the panel, the status line. User-interface thread only.
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+#include <functional>
+
+#include "panel/menus.h"
+
+class QAction;
+class QLabel;
+
+namespace marlune {
+
+class PanelWidget;
+
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    static constexpr std::array<int, 8> kZooms{50, 75, 100, 125, 150, 200, 250, 300}; // per cent
+
+    MainWindow();
+
+    [[nodiscard]] PanelWidget& panel() { return *panel_; }
+    [[nodiscard]] QAction* action(Menu menu) const { return actions_[static_cast<std::size_t>(menu)]; }
+    void showMenu(Menu menu, const MenuState& state);
+    void showStatus(const QString& text);
+    void setZoom(int percent);
+    void stepZoom(int direction); // to the next of kZooms
+
+    // Asked for each wish to close: the window stays open in any case; whoever answers ends the program.
+    std::function<void()> onCloseWish;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void buildMenus();
+    void addZoomMenu(QMenu* menu);
+
+    PanelWidget* panel_;
+    QLabel* status_;
+    std::array<QAction*, kMenus> actions_{};
+};
+
+} // namespace marlune

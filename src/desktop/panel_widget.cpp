@@ -1,0 +1,280 @@
+#include "desktop/panel_widget.h"
+
+#include <QHelpEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "desktop/control_words.h"
+#include "desktop/key_codes.h"
+#include "panel/panel_events.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr double kTwips = 15; // to a panel pixel
+constexpr int kWheelStep = 120;
+constexpr int kRingReach = 5;
+
+// Lower ends of the rows that the eye reads from left to right, plate by plate.
+constexpr std::array<int, 10> kRowEnds{160, 221, 250, 277, 315, 400, 465, 526, 560, 583};
+
+std::vector<const PlacedControl*> makeTabStops() {
+    constexpr std::array<int, 4> kPlateOrder{1, 2, 3, 0}; // the strip stands on top
+    std::vector<const PlacedControl*> stops;
+    for (const PlacedControl& c : placedControls())
+        if (isTabStop(c)) stops.push_back(&c);
+    const auto place = [&](const PlacedControl* c) {
+        const int middle = c->rect.y + c->rect.height / 2;
+        const auto row = std::upper_bound(kRowEnds.begin(), kRowEnds.end(), middle) - kRowEnds.begin();
+        return std::array{kPlateOrder[c->module], static_cast<int>(row), c->rect.x, c->rect.y};
+    };
+    std::sort(stops.begin(), stops.end(),
+              [&](const PlacedControl* a, const PlacedControl* b) { return place(a) < place(b); });
+    return stops;
+}
+
+} // namespace
+
+PanelWidget::PanelWidget(QWidget* parent) : QWidget(parent) {
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAccessibleName(QStringLiteral("Front panel"));
+    for (const Piece& piece : panelPieces()) shown_.push_back(lookOf(piece, state_, touch_));
+    setZoom(100);
+}
+
+const std::vector<const PlacedControl*>& PanelWidget::tabStops() {
+    static const std::vector<const PlacedControl*> kStops = makeTabStops();
+    return kStops;
+}
+
+void PanelWidget::setZoom(int percent) {
+    zoom_ = percent;
+    setFixedSize(static_cast<int>(std::lround(kPanelWidth * percent / 100.0)),
+                 static_cast<int>(std::lround(kPanelHeight * percent / 100.0)));
+    update();
+}
+
+// --- showing
+
+void PanelWidget::showFrame(Control control, int index, int frame) {
+    state_.frames[static_cast<std::size_t>(control)][index] = static_cast<short>(frame);
+    refresh();
+}
+
+void PanelWidget::showText(Control control, int index, const std::string& text) {
+    state_.texts[static_cast<std::size_t>(control)][index] = text;
+    refresh();
+}
+
+void PanelWidget::showLamp(int step, bool lit) {
+    state_.lamps[step] = lit;
+    refresh();
+}
+
+void PanelWidget::showEnabled(Control control, int index, bool enabled) {
+    state_.enabled[static_cast<std::size_t>(control)][index] = enabled;
+    refresh();
+}
+
+void PanelWidget::showState(const PanelState& state) {
+    state_ = state;
+    refresh();
+}
+
+QRect PanelWidget::widgetRect(const DeviceRect& area) const {
+    const double ratio = devicePixelRatioF();
+    const QRectF r(area.x / ratio, area.y / ratio, area.width / ratio, area.height / ratio);
+    return r.toAlignedRect();
+}
+
+void PanelWidget::refresh() {
+    const std::span<const Piece> pieces = panelPieces();
+    const double scale = zoom_ / 100.0 * devicePixelRatioF();
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        Look look = lookOf(pieces[i], state_, touch_);
+        if (look == shown_[i]) continue;
+        shown_[i] = std::move(look);
+        update(widgetRect(deviceRect(pieces[i], scale)));
+    }
+}
+
+void PanelWidget::paintEvent(QPaintEvent* event) {
+    const double ratio = devicePixelRatioF();
+    sprites_.setScale(zoom_ / 100.0 * ratio);
+    QPainter painter(this);
+    painter.scale(1 / ratio, 1 / ratio); // device pixels from here on: pictures are copied, never stretched
+    const QRegion region = event->region();
+    const std::span<const Piece> pieces = panelPieces();
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const Look& look = shown_[i];
+        if (look.art == Art::halo && !look.is(kLit)) continue;
+        const DeviceRect area = deviceRect(pieces[i], sprites_.scale());
+        if (!region.intersects(widgetRect(area))) continue;
+        painter.drawPixmap(area.x, area.y, sprites_.picture(pieces[i], look));
+    }
+    if (touch_.focus != nullptr && hasFocus()) paintFocusRing(painter, touch_.focus->rect, sprites_.scale());
+}
+
+// --- pointer
+
+QPointF PanelWidget::panelPoint(QPointF widgetPoint) const { return widgetPoint * 100.0 / zoom_; }
+
+const PlacedControl* PanelWidget::reachable(QPointF point) const {
+    const PlacedControl* control = controlAt(point.x(), point.y());
+    return control != nullptr && state_.isEnabled(control->control, control->index) ? control : nullptr;
+}
+
+void PanelWidget::press(QMouseEvent* event, bool second) {
+    if (heldButton_ != Qt::NoButton) return; // a second button during a drag changes nothing
+    setFocusControl(nullptr);
+    const QPointF at = panelPoint(event->position());
+    const PlacedControl* control = reachable(at);
+    const bool pair = second && control == lastPressed_;
+    lastPressed_ = control;
+    if (control == nullptr) return;
+    heldButton_ = event->button();
+    touch_.pressed = control;
+    refresh();
+    // The handler may let events run, the release among them: nothing is read after this call.
+    panelPointer(control->control, control->index,
+                 {PointerAction::press, event->button() == Qt::LeftButton, at.y() * kTwips,
+                  event->modifiers().testFlag(Qt::ShiftModifier), pair, true});
+}
+
+void PanelWidget::mousePressEvent(QMouseEvent* event) { press(event, false); }
+
+void PanelWidget::mouseDoubleClickEvent(QMouseEvent* event) { press(event, true); }
+
+void PanelWidget::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF at = panelPoint(event->position());
+    if (heldButton_ == Qt::NoButton) {
+        setHover(reachable(at));
+        return;
+    }
+    const PlacedControl* control = touch_.pressed;
+    panelPointer(control->control, control->index,
+                 {PointerAction::move, heldButton_ == Qt::LeftButton, at.y() * kTwips,
+                  event->modifiers().testFlag(Qt::ShiftModifier), false, reachable(at) == control});
+}
+
+void PanelWidget::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != heldButton_) return;
+    const QPointF at = panelPoint(event->position());
+    const PlacedControl* control = touch_.pressed;
+    heldButton_ = Qt::NoButton;
+    touch_.pressed = nullptr;
+    setHover(reachable(at));
+    refresh();
+    panelPointer(control->control, control->index,
+                 {PointerAction::release, event->button() == Qt::LeftButton, at.y() * kTwips,
+                  event->modifiers().testFlag(Qt::ShiftModifier), false, touch_.hover == control});
+}
+
+void PanelWidget::setHover(const PlacedControl* control) {
+    if (control == touch_.hover) return;
+    touch_.hover = control;
+    if (control != nullptr && isTurned(control->control) && control->control != Control::Offset109)
+        setCursor(Qt::SizeVerCursor);
+    else
+        unsetCursor();
+    refresh();
+}
+
+void PanelWidget::leaveEvent(QEvent* /*event*/) { setHover(nullptr); }
+
+void PanelWidget::wheelEvent(QWheelEvent* event) {
+    const PlacedControl* control = reachable(panelPoint(event->position()));
+    if (control != wheelControl_) wheelAngle_ = 0;
+    wheelControl_ = control;
+    const QPoint angle = event->angleDelta(); // Alt turns the axes round
+    wheelAngle_ += angle.y() != 0 ? angle.y() : angle.x();
+    const int steps = wheelAngle_ / kWheelStep;
+    wheelAngle_ -= steps * kWheelStep;
+    event->accept();
+    if (control != nullptr && steps != 0) panelWheel(control->control, control->index, steps);
+}
+
+bool PanelWidget::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const PlacedControl* control = reachable(panelPoint(help->pos()));
+        setToolTip(control != nullptr ? controlTip(*control) : QString());
+    }
+    return QWidget::event(event);
+}
+
+// --- keyboard
+
+void PanelWidget::setFocusControl(const PlacedControl* control) {
+    if (control == touch_.focus) return;
+    updateRing();
+    touch_.focus = control;
+    updateRing();
+    emit focusControlChanged();
+}
+
+void PanelWidget::updateRing() {
+    if (touch_.focus == nullptr) return;
+    const PanelRect& r = touch_.focus->rect;
+    const double k = zoom_ / 100.0;
+    update(QRectF((r.x - kRingReach) * k, (r.y - kRingReach) * k, (r.width + 2 * kRingReach) * k,
+                  (r.height + 2 * kRingReach) * k)
+               .toAlignedRect()
+               .adjusted(-1, -1, 1, 1));
+}
+
+bool PanelWidget::focusNextPrevChild(bool next) {
+    const auto& stops = tabStops();
+    const auto at = std::find(stops.begin(), stops.end(), touch_.focus);
+    const std::ptrdiff_t count = std::ssize(stops);
+    std::ptrdiff_t place = at != stops.end() ? at - stops.begin() : next ? -1 : count;
+    do {
+        place += next ? 1 : -1;
+        if (place < 0 || place >= count) place = next ? 0 : count - 1; // round and round
+    } while (!state_.isEnabled(stops[place]->control, stops[place]->index));
+    setFocusControl(stops[place]);
+    return true;
+}
+
+// Up, Down and F2 while a control has the focus. False when the key means something else.
+bool PanelWidget::keyOnFocus(const QKeyEvent& event) {
+    const PlacedControl* control = touch_.focus;
+    if (control == nullptr || (event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
+    const bool arrow = event.key() == Qt::Key_Up || event.key() == Qt::Key_Down;
+    if (!arrow && event.key() != Qt::Key_F2) return false;
+    if (arrow && isTurned(control->control))
+        panelWheel(control->control, control->index, event.key() == Qt::Key_Up ? 1 : -1);
+    else if (!event.isAutoRepeat())
+        panelPress(control->control, control->index);
+    return true;
+}
+
+void PanelWidget::keyPressEvent(QKeyEvent* event) {
+    if (keyOnFocus(*event)) return;
+    const int code = virtualKey(*event);
+    if (code == 0) {
+        event->ignore();
+        return;
+    }
+    if (event->isAutoRepeat() && !repeats(code)) return;
+    Form_KeyDown(code, modifierMask(*event));
+}
+
+void PanelWidget::keyReleaseEvent(QKeyEvent* event) {
+    if (event->isAutoRepeat()) return; // the system's repeat releases the key each time
+    if (const int code = virtualKey(*event)) Form_KeyUp(code, modifierMask(*event));
+}
+
+void PanelWidget::focusOutEvent(QFocusEvent* event) {
+    updateRing();
+    QWidget::focusOutEvent(event);
+    panelFocusLost();
+}
+
+} // namespace marlune

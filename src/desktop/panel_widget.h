@@ -1,0 +1,76 @@
+// The front panel as a widget: shows what the panel logic asks for, reports what the user does.
+//
+// Only what changed is repainted. Reports go to panelPointer, panelWheel, panelPress, Form_KeyDown,
+// Form_KeyUp and panelFocusLost. User-interface thread only.
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "desktop/panel_state.h"
+#include "desktop/sprite_cache.h"
+
+namespace marlune {
+
+class PanelWidget final : public QWidget, public PanelView {
+    Q_OBJECT
+
+  public:
+    explicit PanelWidget(QWidget* parent = nullptr);
+
+    void showFrame(Control control, int index, int frame) override;
+    void showText(Control control, int index, const std::string& text) override;
+    void showLamp(int step, bool lit) override;
+    void showEnabled(Control control, int index, bool enabled) override;
+    void showState(const PanelState& state); // all at once
+
+    void setZoom(int percent);
+    [[nodiscard]] int zoom() const { return zoom_; }
+    [[nodiscard]] const PanelState& state() const { return state_; }
+    [[nodiscard]] const SpriteCache& sprites() const { return sprites_; }
+
+    // The control that Up, Down and F2 act on; null while none was reached by Tab.
+    [[nodiscard]] const PlacedControl* focusControl() const { return touch_.focus; }
+    void setFocusControl(const PlacedControl* control);
+    // In the order of Tab.
+    static const std::vector<const PlacedControl*>& tabStops();
+
+  signals:
+    void focusControlChanged();
+
+  protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+  private:
+    [[nodiscard]] QPointF panelPoint(QPointF widgetPoint) const;
+    [[nodiscard]] const PlacedControl* reachable(QPointF panelPoint) const; // enabled as well
+    [[nodiscard]] QRect widgetRect(const DeviceRect& area) const;
+    void press(QMouseEvent* event, bool second);
+    void setHover(const PlacedControl* control);
+    void refresh(); // repaints the pieces whose look changed
+    void updateRing();
+    bool keyOnFocus(const QKeyEvent& event);
+
+    PanelState state_;
+    Touch touch_;
+    std::vector<Look> shown_; // looks of panelPieces() as last asked to paint
+    SpriteCache sprites_;
+    int zoom_ = 100;
+    const PlacedControl* lastPressed_ = nullptr; // what a second press must meet again
+    Qt::MouseButton heldButton_ = Qt::NoButton;
+    const PlacedControl* wheelControl_ = nullptr;
+    int wheelAngle_ = 0;
+};
+
+} // namespace marlune

@@ -1,0 +1,247 @@
+#include "desktop/qt_shell.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QTimer>
+#include <algorithm>
+
+#include "desktop/accessible.h"
+#include "desktop/about_window.h"
+#include "desktop/form_window.h"
+#include "desktop/help_window.h"
+#include "desktop/main_window.h"
+#include "desktop/panel_widget.h"
+
+namespace marlune {
+
+namespace {
+
+QString text(const std::string& s) { return QString::fromStdString(s); }
+
+QMessageBox::StandardButtons buttonsOf(BoxButtons buttons) {
+    switch (buttons) {
+    case BoxButtons::okCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+    case BoxButtons::yesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    default: return QMessageBox::Ok;
+    }
+}
+
+QMessageBox::Icon iconOf(BoxIcon icon) {
+    switch (icon) {
+    case BoxIcon::critical: return QMessageBox::Critical;
+    case BoxIcon::exclamation: return QMessageBox::Warning;
+    default: return QMessageBox::Information;
+    }
+}
+
+BoxAnswer answerOf(int pressed, BoxButtons buttons) {
+    switch (pressed) {
+    case QMessageBox::Ok: return BoxAnswer::ok;
+    case QMessageBox::Yes: return BoxAnswer::yes;
+    case QMessageBox::No: return BoxAnswer::no;
+    default: return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
+    }
+}
+
+// The pointer is an arrow while a box or a dialog waits for the user, whatever it was before.
+class ArrowWhile {
+  public:
+    explicit ArrowWhile(bool hourglass) : hourglass_(hourglass) {
+        if (hourglass_) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~ArrowWhile() {
+        if (hourglass_) QApplication::restoreOverrideCursor();
+    }
+    ArrowWhile(const ArrowWhile&) = delete;
+    ArrowWhile& operator=(const ArrowWhile&) = delete;
+
+  private:
+    bool hourglass_;
+};
+
+} // namespace
+
+QString nativeFilter(const std::string& filter) {
+    const QStringList parts = text(filter).split(QChar('|'), Qt::SkipEmptyParts);
+    QStringList pairs;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString patterns = QString(parts[i + 1]).replace(QChar(';'), QChar(' '));
+        const QString words = parts[i].section(QChar('('), 0, 0).trimmed();
+        const QString both = patterns == patterns.toUpper() ? patterns : patterns + ' ' + patterns.toUpper();
+        pairs << QStringLiteral("%1 (%2)").arg(words, both);
+    }
+    return pairs.join(QStringLiteral(";;"));
+}
+
+QtShell::QtShell() {
+    installPanelAccessibility();
+    window_ = std::make_unique<MainWindow>();
+    window_->onCloseWish = [this] { closeWish(); };
+}
+
+QtShell::~QtShell() {
+    for (FormWindow* form : forms_) delete form;
+}
+
+PanelView& QtShell::panel() { return window_->panel(); }
+
+void QtShell::setHelpFile(const QString& path) { helpFile_ = path; }
+
+// --- frame
+
+void QtShell::showTitle(const std::string& title) { window_->setWindowTitle(text(title)); }
+
+void QtShell::showPointer(Pointer pointer) {
+    const bool hourglass = pointer == Pointer::hourglass;
+    if (hourglass == hourglass_) return;
+    hourglass_ = hourglass;
+    if (hourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+void QtShell::showStatus(const std::string& status) { window_->showStatus(text(status)); }
+
+void QtShell::showStatusBar(bool visible) { window_->findChild<QStatusBar*>()->setVisible(visible); }
+
+void QtShell::showMenu(Menu menu, const MenuState& state) { window_->showMenu(menu, state); }
+
+void QtShell::showPanel(bool visible) { window_->panel().setVisible(visible); }
+
+void QtShell::beep() { QApplication::beep(); }
+
+void QtShell::showSplash() {
+    splash_ = std::make_unique<AboutWindow>(window_.get(), true);
+    splash_->show();
+    splash_->setCursor(Qt::WaitCursor);
+    letEventsRun();
+}
+
+void QtShell::hideSplash() { splash_.reset(); }
+
+void QtShell::showAbout() {
+    const ArrowWhile arrow(hourglass_);
+    AboutWindow(window_.get(), false).exec();
+}
+
+void QtShell::openHelp() {
+    if (!help_) help_ = std::make_unique<HelpWindow>(helpFile_);
+    help_->show();
+    help_->raise();
+    help_->activateWindow();
+}
+
+// --- questions
+
+BoxAnswer QtShell::messageBox(const std::string& message, BoxIcon icon, BoxButtons buttons) {
+    const ArrowWhile arrow(hourglass_);
+    QMessageBox box(iconOf(icon), QStringLiteral("Marlune 200Q"), {}, buttonsOf(buttons), window_.get());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text(message));
+    return answerOf(box.exec(), buttons);
+}
+
+std::string QtShell::fileDialog(const FileDialog& asked) {
+    const ArrowWhile arrow(hourglass_);
+    // Replacing a file is asked about by the command itself.
+    const QString name =
+        asked.save ? QFileDialog::getSaveFileName(window_.get(), text(asked.title), text(asked.fileName),
+                                                  nativeFilter(asked.filter), nullptr,
+                                                  QFileDialog::DontConfirmOverwrite)
+                   : QFileDialog::getOpenFileName(window_.get(), text(asked.title),
+                                                  QFileInfo(text(asked.fileName)).path(),
+                                                  nativeFilter(asked.filter));
+    if (name.isEmpty()) return {};
+    const bool bare = asked.save && !asked.defaultExtension.empty() && QFileInfo(name).suffix().isEmpty();
+    return (bare ? name + '.' + text(asked.defaultExtension) : name).toStdString();
+}
+
+// --- forms
+
+void QtShell::retire(FormWindow* window) {
+    std::erase(forms_, window);
+    window->deleteLater(); // it may be on the way out of one of its own events
+}
+
+void QtShell::runModal(Form& form) {
+    const ArrowWhile arrow(hourglass_);
+    QWidget* above = QApplication::activeModalWidget();
+    auto* window = new FormWindow(form, above != nullptr ? above : window_.get());
+    forms_.push_back(window);
+    window->setWindowModality(Qt::ApplicationModal);
+    QEventLoop loop;
+    connect(window, &FormWindow::formHidden, &loop, &QEventLoop::quit);
+    window->show();
+    if (form.visible()) loop.exec();
+    window->hide();
+    retire(window);
+}
+
+void QtShell::showModeless(Form& form) {
+    for (FormWindow* open : forms_) {
+        if (open->form() != &form) continue;
+        open->showContents();
+        open->raise();
+        return;
+    }
+    auto* window = new FormWindow(form, window_.get());
+    forms_.push_back(window);
+    connect(window, &FormWindow::formHidden, this, [this, window] { retire(window); });
+    window->show();
+}
+
+void QtShell::formChanged(Form& form) {
+    const std::vector<FormWindow*> open = forms_; // showing may retire one
+    for (FormWindow* window : open)
+        if (window->form() == &form) window->showContents();
+}
+
+// --- events
+
+void QtShell::letEventsRun() {
+    if (ended_) return;
+    ++waits_;
+    QCoreApplication::processEvents();
+    --waits_;
+    if (closeLater_ && waits_ == 0) QTimer::singleShot(0, this, &QtShell::closeWish);
+}
+
+void QtShell::waitForEvents(int ms) {
+    if (ended_) return;
+    ++waits_;
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.setTimerType(Qt::PreciseTimer);
+    limit.start(ms);
+    QCoreApplication::processEvents(ms > 0 ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+    --waits_;
+    if (closeLater_ && waits_ == 0) QTimer::singleShot(0, this, &QtShell::closeWish);
+}
+
+// A window must not go away under a routine that waits inside an event: the wish is kept until it is done.
+void QtShell::closeWish() {
+    if (ended_) return;
+    if (waits_ > 0) {
+        closeLater_ = true;
+        return;
+    }
+    closeLater_ = false;
+    if (mayClose && !mayClose()) return;
+    if (closing) closing();
+    closeWindow();
+}
+
+void QtShell::closeWindow() {
+    if (ended_) return;
+    ended_ = true;
+    help_.reset();
+    window_->hide();
+    QCoreApplication::exit(0);
+}
+
+} // namespace marlune

@@ -1,0 +1,75 @@
+// The shell of the program in Qt: AppShell on a main window, message boxes, dialogs and the event loop.
+//
+// One instance, built after the QApplication and before anything is shown. User-interface thread only.
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "panel/app_shell.h"
+
+namespace marlune {
+
+class AboutWindow;
+class FormWindow;
+class HelpWindow;
+class MainWindow;
+class PanelView;
+
+class QtShell final : public QObject, public AppShell {
+    Q_OBJECT
+
+  public:
+    QtShell();
+    ~QtShell() override;
+
+    [[nodiscard]] MainWindow& window() { return *window_; }
+    [[nodiscard]] PanelView& panel();
+
+    // What closing the window asks: false keeps it open. Then closing runs, and the program ends.
+    std::function<bool()> mayClose;
+    std::function<void()> closing;
+
+    void setHelpFile(const QString& path);
+    void showSplash();
+    void hideSplash();
+    void showAbout(); // modal
+
+    void showTitle(const std::string& title) override;
+    void showPointer(Pointer pointer) override;
+    void showStatus(const std::string& text) override;
+    void showStatusBar(bool visible) override;
+    void showMenu(Menu menu, const MenuState& state) override;
+    void showPanel(bool visible) override;
+    void beep() override;
+    BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) override;
+    std::string fileDialog(const FileDialog& dialog) override;
+    void runModal(Form& form) override;
+    void showModeless(Form& form) override;
+    void formChanged(Form& form) override;
+    void letEventsRun() override;
+    void waitForEvents(int ms) override;
+    void closeWindow() override;
+    void openHelp() override;
+
+  private:
+    void closeWish();
+    void retire(FormWindow* window);
+
+    std::unique_ptr<MainWindow> window_;
+    std::unique_ptr<AboutWindow> splash_;
+    std::unique_ptr<HelpWindow> help_;
+    std::vector<FormWindow*> forms_; // open ones, the newest last
+    QString helpFile_;
+    int waits_ = 0;         // routines that let events run, one inside the other
+    bool hourglass_ = false;
+    bool closeLater_ = false;
+    bool ended_ = false;
+};
+
+// "Text (*.ext)|*.ext" as the toolkit writes it: "Text (*.ext *.EXT)"; further pairs are joined by ";;".
+QString nativeFilter(const std::string& filter);
+
+} // namespace marlune

@@ -1,0 +1,44 @@
+// The pieces of which the panel's picture is made, back to front.
+//
+// A piece is what is repainted as one: a cap, a lamp, a knob, a tile of the ground. Its look follows from the
+// shown state alone, so whatever differs between two states is found by comparing looks.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "desktop/look.h"
+#include "desktop/panel_state.h"
+
+class QPainter;
+
+namespace marlune {
+
+struct Piece {
+    Art art;
+    Control control; // what the pointer touches here
+    int index;
+    PanelRect rect;
+    int margin; // light and shadow reach this far beyond the box
+    int module;
+    int part; // which one of its kind
+};
+
+std::span<const Piece> panelPieces();
+
+Look lookOf(const Piece& piece, const PanelState& state, const Touch& touch);
+
+// Draws one piece. scale: device pixels to a panel pixel; the painter must be without a transformation.
+void paintPiece(QPainter& painter, const Piece& piece, const Look& look, double scale);
+
+// The rectangle that a piece covers on the device, light and shadow included.
+struct DeviceRect {
+    int x, y, width, height;
+};
+DeviceRect deviceRect(const Piece& piece, double scale);
+
+// The whole panel on a painter without a transformation.
+void paintPanel(QPainter& painter, const PanelState& state, const Touch& touch, double scale);
+void paintFocusRing(QPainter& painter, const PanelRect& rect, double scale);
+
+} // namespace marlune

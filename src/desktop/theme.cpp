@@ -1,0 +1,87 @@
+#include "desktop/theme.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QPalette>
+#include <QStyleFactory>
+
+#include "desktop/palette.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr const char* kSheet = R"(
+QMainWindow, QDialog, QMessageBox { background: #161B21; }
+QMenuBar { background: #161B21; color: #EDF1F5; font-size: 13px; font-weight: 500;
+           padding: 0 0 0 3px; border-bottom: 1px solid #000000; min-height: 25px; max-height: 25px; }
+QMenuBar::item { padding: 4px 11px; background: transparent; border-radius: 4px; }
+QMenuBar::item:selected { background: #2A323C; }
+QMenu { background: #1B2129; color: #EDF1F5; border: 1px solid #07090C; padding: 5px; font-size: 13px; }
+QMenu::item { padding: 5px 28px 5px 22px; border-radius: 4px; }
+QMenu::item:selected { background: #33404C; }
+QMenu::item:disabled { color: #7F8A96; }
+QMenu::separator { height: 1px; background: #2F3741; margin: 5px 8px; }
+QStatusBar { background: #161B21; color: #C2CBD5; font-size: 12px; font-weight: 500;
+             border-top: 1px solid #262B31; min-height: 23px; max-height: 23px; }
+QStatusBar::item { border: none; }
+QStatusBar QLabel { color: #C2CBD5; padding-left: 12px; }
+QToolTip { background: #262D37; color: #EDF1F5; border: 1px solid #0A0D11; padding: 4px 6px; font-size: 12px; }
+QDialog QLabel, QMessageBox QLabel { color: #EDF1F5; }
+QGroupBox { color: #C2CBD5; border: 1px solid #2F3741; border-radius: 8px; margin-top: 9px; padding: 8px; }
+QGroupBox::title { subcontrol-origin: margin; left: 12px; padding: 0 4px; font-weight: 600; }
+QLineEdit, QComboBox { background: #0A0E12; color: #F3E9CF; border: 1px solid #07090C; border-radius: 5px;
+                       padding: 4px 7px; selection-background-color: #3F5966; }
+QLineEdit:focus, QComboBox:focus { border: 1px solid #EDF1F5; }
+QLineEdit:disabled, QComboBox:disabled { color: #7F8A96; }
+QComboBox::drop-down { border: none; width: 18px; }
+QComboBox QAbstractItemView { background: #1B2129; color: #EDF1F5; selection-background-color: #33404C; }
+QCheckBox { color: #EDF1F5; spacing: 7px; }
+QCheckBox:focus { color: #F3E9CF; }
+QCheckBox:disabled { color: #7F8A96; }
+QPushButton { color: #EDF1F5; border: 1px solid #0B0E12; border-bottom: 2px solid #0B0E12; border-radius: 6px;
+              padding: 6px 16px; min-width: 64px; font-weight: 600;
+              background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #4B5561, stop:1 #333B45); }
+QPushButton:hover { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #5B6672, stop:1 #3F4853); }
+QPushButton:pressed { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #232A32, stop:1 #38414C); }
+QPushButton:focus { border: 1px solid #EDF1F5; border-bottom: 2px solid #EDF1F5; }
+QPushButton:disabled { color: #7F8A96; }
+QProgressBar { background: #0A0E12; border: 1px solid #07090C; border-radius: 5px; color: #EDF1F5;
+               text-align: center; min-height: 16px; }
+QProgressBar::chunk { background: #5FDCCB; border-radius: 4px; }
+QTextBrowser { background: #12171D; color: #EDF1F5; border: none; selection-background-color: #3F5966; }
+QScrollBar:vertical { background: #12171D; width: 12px; }
+QScrollBar::handle:vertical { background: #3A434E; border-radius: 5px; min-height: 30px; margin: 1px; }
+QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
+)";
+
+QPalette darkPalette() {
+    const QColor text = QColor::fromRgb(palette::kText);
+    const QColor ground = QColor::fromRgb(palette::kBarGround);
+    QPalette colours;
+    colours.setColor(QPalette::Window, ground);
+    colours.setColor(QPalette::Base, QColor(0x12171D));
+    colours.setColor(QPalette::AlternateBase, ground);
+    colours.setColor(QPalette::Button, QColor(0x333B45));
+    colours.setColor(QPalette::Highlight, QColor(0x3F5966));
+    colours.setColor(QPalette::HighlightedText, text);
+    colours.setColor(QPalette::Link, QColor::fromRgb(palette::kModules[0].light));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        colours.setColor(role, text);
+    colours.setColor(QPalette::Disabled, QPalette::WindowText, QColor::fromRgb(palette::kSymbolOff));
+    return colours;
+}
+
+} // namespace
+
+void applyTheme(QApplication& app) {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(darkPalette());
+    QFont font;
+    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("DejaVu Sans")});
+    font.setPixelSize(13);
+    QApplication::setFont(font);
+    app.setStyleSheet(QString::fromLatin1(kSheet));
+}
+
+} // namespace marlune

@@ -1,0 +1,180 @@
+#include "edit/song_tools.h"
+
+#include <algorithm>
+
+#include "core/clipboard_state.h"
+#include "edit/clipboard.h"
+#include "midi/global_config.h"
+#include "panel/app_shell.h"
+#include "panel/refresh.h"
+#include "playback/pattern_push.h"
+#include "playback/song_moves.h"
+#include "util/text_number.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr const char* kModuleNames[] = {"103A", "103B", "109"};
+constexpr int kFreshDrumLevel = 100;
+
+void startEdit() {
+    projectDirty = true;
+    ctrlDown = false;
+}
+
+// What Clear and Initialize share: every step at the lowest note without flags, sounding or not; full length.
+void resetBassPattern(BassPattern& pattern, bool sounding) {
+    for (BassStep& step : pattern.steps) {
+        step.noteOn = sounding;
+        step.note = 0;
+        step.accent = step.up = step.down = false;
+    }
+    pattern.loopEnd = kSteps - 1;
+}
+
+void resetDrumPattern(DrumPattern& pattern) {
+    for (auto& step : pattern.drumOn) step.fill(0);
+    pattern.loopEnd = kSteps - 1;
+}
+
+void showWholePattern() {
+    const Selection at = selectionOf(project, editSel);
+    pushPatternToEngine(editSel, at.currBank, at.currPatt);
+    refreshPattern(editSel);
+}
+
+void initPattern() {
+    if (editSel == kDrumModule) {
+        resetDrumPattern(currentDrum());
+        for (int d = 0; d < kDrums; ++d) currentDrum().drumNote[d] = drumNoteDefaultOf(d);
+    } else {
+        resetBassPattern(currentBass(editSel), true);
+    }
+    showWholePattern();
+}
+
+void barsFromImage(int firstBar, int count) {
+    for (int m = 0; m < kModules; ++m) {
+        const Selection at = selectionOf(patternImage, m);
+        const SongBar bar{static_cast<std::uint8_t>(int{at.currPatt}), static_cast<std::uint8_t>(int{at.currBank})};
+        std::fill_n(barTrack[m].begin() + firstBar, count, bar);
+    }
+}
+
+void knobsFromImage(int firstTick, int count) {
+    for (int knob = 0; knob < kKnobs; ++knob) {
+        const int value = patternImage.knobValue[knob];
+        std::fill_n(knobTrack[knob].begin() + firstTick, count, static_cast<std::uint8_t>(value));
+    }
+}
+
+void initSong() {
+    for (int knob = 0; knob < kKnobs; ++knob) {
+        knobTrack[knob].fill(knob < kFirstDrumKnob ? 0 : kFreshDrumLevel);
+    }
+    barsFromImage(0, kSongBars);
+    refreshAll();
+}
+
+} // namespace
+
+void mnuToolsClear_Click() {
+    startEdit();
+    if (editSel == kDrumModule) {
+        resetDrumPattern(currentDrum());
+    } else {
+        resetBassPattern(currentBass(editSel), false);
+    }
+    showWholePattern();
+}
+
+void mnuToolsInit_Click() {
+    startEdit();
+    if (songMode) {
+        initSong();
+    } else {
+        initPattern();
+    }
+}
+
+void mnuToolsInitBarfromPatt_Click() {
+    if (!songMode) return;
+    projectDirty = true;
+    knobsFromImage(barLine(songTick), kTicksPerBar);
+    barsFromImage(barOf(songTick), 1);
+    moveSongForward(0, true, false);
+    refreshAll();
+}
+
+void mnuToolsInitSongfromPatt_Click() {
+    projectDirty = true;
+    knobsFromImage(0, kSongTicks);
+    barsFromImage(0, kSongBars);
+    rewindSong();
+    refreshAll();
+}
+
+marlunePatternCopy patternCopyForm;
+
+void showPatternCopy() { patternCopyForm.showModal(); }
+
+marlunePatternCopy::marlunePatternCopy() {
+    caption = "Copy Pattern";
+    Label1.text = "Number of Bars :";
+    Check1.caption = "Copy Knobs";
+    Command1.caption = "OK";
+    Command2.caption = "Cancel";
+}
+
+void marlunePatternCopy::describe(FormBuilder& builder) {
+    builder.beginFrame("Copy Details");
+    builder.textBox(Label1.text, Text1, 6);
+    builder.label(Label2);
+    builder.checkBox(Check1);
+    builder.endFrame();
+    builder.beginRow();
+    builder.button(Command1, FormBuilder::Role::accept, [this] { Command1_Click(); });
+    builder.button(Command2, FormBuilder::Role::reject, [this] { Command2_Click(); });
+    builder.endRow();
+}
+
+void marlunePatternCopy::Form_Load() { Text1.text = "1"; }
+
+void marlunePatternCopy::Form_Activate() {
+    caption = std::string("Copy Pattern [") + kModuleNames[editSel] + "]";
+    Text1.text = std::to_string(songClipboard.copyBarCount);
+    Label2.text = "[ Starting at Bar:" + std::to_string(barOf(songTick) + 1) + "  ]";
+}
+
+void marlunePatternCopy::Command1_Click() {
+    if (!isNumeric(Text1.text)) {
+        shell().messageBox("Enter the number of Bars to copy (1 to 1000)", BoxIcon::information, BoxButtons::ok);
+        return;
+    }
+    SongClipboard& clip = songClipboard;
+    const int bar = barOf(songTick);
+    clip.copyModule = editSel;
+    clip.copyBarCount = std::clamp(leadingInteger(Text1.text), 1, kSongBars - bar);
+    std::copy_n(barTrack[editSel].begin() + bar, clip.copyBarCount, clip.copyBars.begin());
+    songCopyStatus = std::string("SONG COPY: ( ") + kModuleNames[editSel] + " Patterns ";
+    clip.copyKnobLast = 0;
+    if (Check1.checked) {
+        songCopyStatus += "and knobs ";
+        clip.copyKnobLast = kTicksPerBar * clip.copyBarCount - 1;
+    }
+    clip.copyKnobList.resize(clip.copyKnobLast + 1);
+    const KnobRange knobs = knobsOf(editSel);
+    for (int i = 0; Check1.checked && i <= clip.copyKnobLast; ++i) {
+        for (int k = 0; k < knobs.count; ++k) {
+            clip.copyKnobList[i][k] = knobTrack[knobs.first + k][kTicksPerBar * bar + i];
+        }
+    }
+    songCopyStatus += ") from BAR " + std::to_string(bar + 1) + " thru " + std::to_string(bar + clip.copyBarCount) + " .";
+    shell().showStatus(songCopyStatus);
+    hide();
+}
+
+void marlunePatternCopy::Command2_Click() { hide(); }
+
+} // namespace marlune

@@ -1,0 +1,107 @@
+#include "engine/engine_core.h"
+
+#include <algorithm>
+
+namespace marlune {
+
+namespace {
+
+constexpr int kTopTempo = 1000;    // far above anything playable
+constexpr int kTopPeriodMs = 1000; // far below
+constexpr std::int64_t kMaxCatchUpNs = 1'000'000'000;
+
+constexpr std::size_t indexOf(Role role) {
+    return static_cast<std::size_t>(role);
+}
+
+} // namespace
+
+void EngineCore::apply(const EngineCall& call, std::int64_t nowNs) noexcept {
+    time_ = nowNs;
+    const int argument = call.arguments[0];
+    switch (call.entry) {
+        case Entry::SetMarluneTempo32: tempo_ = std::clamp(argument, 0, kTopTempo); break;
+        case Entry::HoldTicks32: hold(argument != 0); break;
+        case Entry::StartMarluneTimer32: start(argument); break;
+        case Entry::SetMarluneTimerInterval32: takeRate(argument); break;
+        case Entry::StopMarluneTimer32: stop(); break;
+        default: sequencer_.apply(call, sinks()); break;
+    }
+}
+
+void EngineCore::takeRate(int periodMs) noexcept {
+    if (tempo_ > 0) {
+        clock_.setTempo(tempo_);
+    } else {
+        clock_.setPeriod(std::clamp(periodMs, 1, kTopPeriodMs));
+    }
+    tempo_ = 0;
+}
+
+void EngineCore::start(int periodMs) noexcept {
+    if (state_ != State::standing) stop();
+    takeRate(periodMs);
+    sequencer_.start();
+    state_ = State::waiting;
+    firstStep_ = kNever;
+    if (!held_) placeFirstPeriod();
+}
+
+void EngineCore::stop() noexcept {
+    sequencer_.stop(sinks());
+    state_ = State::standing;
+}
+
+void EngineCore::hold(bool on) noexcept {
+    if (on == held_) return;
+    held_ = on;
+    if (state_ != State::waiting) return;
+    firstStep_ = kNever;
+    if (!on) placeFirstPeriod();
+}
+
+void EngineCore::placeFirstPeriod() noexcept {
+    clock_.anchorAt(time_ + kStartDelayNs);
+    firstStep_ = clock_.deadline(sequencer_.sync().periodsToFirstStep());
+}
+
+std::int64_t EngineCore::deadline() const noexcept {
+    const bool due = state_ == State::playing || (state_ == State::waiting && !held_);
+    return due ? clock_.deadline() : kNever;
+}
+
+void EngineCore::period(std::int64_t nowNs) noexcept {
+    const std::int64_t late = nowNs - clock_.deadline();
+    if (late > kMaxCatchUpNs) {
+        clock_.shift(late);
+        firstStep_ += late;
+    }
+    time_ = clock_.deadline();
+    // A change of rate in the periods before it moves the first step.
+    if (sequencer_.sync().periodsToFirstStep() == 0) firstStep_ = time_;
+    sequencer_.period(sinks());
+    clock_.advance();
+    state_ = limit_ > 0 && sequencer_.sync().stepsCompleted() >= limit_ ? State::halted : State::playing;
+}
+
+void EngineCore::setPort(Role role, OutputPort* port, std::int64_t nowNs) noexcept {
+    time_ = nowNs;
+    if (role == Role::seq) sequencer_.releaseAll(sinks());
+    ports_[indexOf(role)] = port;
+}
+
+void EngineCore::midi(Role role, const MidiMessage& message) noexcept {
+    OutputPort* const seqPort = ports_[indexOf(Role::seq)];
+    const bool oneDevice = seqPort != nullptr && seqPort == ports_[indexOf(Role::sync)];
+    deliver(role, message);
+    if (role == Role::sync && !oneDevice) deliver(Role::seq, message);
+}
+
+void EngineCore::deliver(Role role, const MidiMessage& message) noexcept {
+    OutputPort* const port = ports_[indexOf(role)];
+    if (port != nullptr) port->send(message, time_);
+    if (log_ != nullptr)
+        log_->sent(firstStep_ == kNever ? -kStartDelayNs : time_ - firstStep_, role, message);
+}
+
+} // namespace marlune

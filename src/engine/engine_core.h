@@ -1,0 +1,68 @@
+// The playback component without a thread: the sequencer, the timer's state and the open ports.
+//
+// Both engines are this with a time of their own around it. One thread at a time; never allocates.
+#pragma once
+
+#include <limits>
+
+#include "engine/period_clock.h"
+#include "engine/sequencer.h"
+
+namespace marlune {
+
+inline constexpr std::int64_t kStartDelayNs = 25'000'000; // from the start to the first period
+inline constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
+
+class EngineCore final : private MidiSink {
+  public:
+    // log: may be null.
+    EngineCore(MessageSink& messages, WireLog* log) : messages_(messages), log_(log) {}
+
+    // Carries out any entry point but those of window and ports. nowNs: time of the call on the clock that
+    // deadline() speaks of.
+    void apply(const EngineCall& call, std::int64_t nowNs) noexcept;
+
+    // Time of the next period; kNever while the timer stands, waits for a release of the hold, or is halted.
+    std::int64_t deadline() const noexcept;
+
+    // Plays the period that deadline() names, with its ideal time on every message. A timer that is behind by
+    // more than a second (the process was stopped) goes on from now instead of rushing through what it
+    // missed.
+    void period(std::int64_t nowNs) noexcept;
+
+    // Opens (port) or closes (null) a role. What sounds is released before the sequencer port changes.
+    void setPort(Role role, OutputPort* port, std::int64_t nowNs) noexcept;
+
+    // After steps complete steps the timer halts by itself, as if the clock stood still, until it is stopped
+    // or started again; 0 for no limit.
+    void limitSteps(int steps) noexcept { limit_ = steps; }
+    bool halted() const noexcept { return state_ == State::halted; }
+
+    const PatternStore& patterns() const noexcept { return sequencer_.patterns(); }
+
+  private:
+    enum class State : std::uint8_t { standing, waiting, playing, halted };
+
+    void midi(Role role, const MidiMessage& message) noexcept override;
+    void deliver(Role role, const MidiMessage& message) noexcept;
+    Sinks sinks() noexcept { return {*this, messages_}; }
+    void takeRate(int periodMs) noexcept;
+    void start(int periodMs) noexcept;
+    void stop() noexcept;
+    void hold(bool on) noexcept;
+    void placeFirstPeriod() noexcept;
+
+    Sequencer sequencer_;
+    PeriodClock clock_;
+    MessageSink& messages_;
+    WireLog* log_;
+    std::array<OutputPort*, kRoles> ports_{};
+    State state_ = State::standing;
+    bool held_ = false;
+    int tempo_ = 0; // waits for the next start or change of rate; 0: none
+    int limit_ = 0;
+    std::int64_t time_ = 0;           // of what is being carried out
+    std::int64_t firstStep_ = kNever; // ideal time of the run's first step; kNever: not in sight
+};
+
+} // namespace marlune

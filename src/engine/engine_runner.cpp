@@ -1,0 +1,168 @@
+#include "engine/engine_runner.h"
+
+#include <pthread.h>
+#include <sched.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+
+namespace marlune {
+
+namespace {
+
+// The highest first; a limit for normal users often allows a low one only.
+constexpr int kPriorities[] = {50, 10, 1};
+
+bool takeRealTimePriority() noexcept {
+    return std::any_of(std::begin(kPriorities), std::end(kPriorities), [](int priority) {
+        sched_param parameters{};
+        parameters.sched_priority = priority;
+        return pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters) == 0;
+    });
+}
+
+} // namespace
+
+Engine::Engine(PlayClock& clock, OutputDevices& devices, WireLog* log)
+    : clock_(clock), devices_(devices), core_(*this, log) {
+    // The thread inherits a mask with everything blocked: signals belong to the main thread.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    thread_ = std::thread([this] { run(); });
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+Engine::~Engine() {
+    hand({.order = Order::quit, .call = {Entry::StopMarluneTimer32, {}}});
+    thread_.join();
+    for (OutputPort* port : ports_) {
+        if (port != nullptr) devices_.close(port);
+    }
+}
+
+int Engine::call(const EngineCall& call) {
+    const int device = call.arguments[0];
+    switch (call.entry) {
+        case Entry::OpenMidiPort32: return openPort(Role::seq, device);
+        case Entry::OpenSyncPort32: return openPort(Role::sync, device);
+        case Entry::CloseMidiPort32: closePort(Role::seq); break;
+        case Entry::CloseSyncPort32: closePort(Role::sync); break;
+        case Entry::SetMarluneHwnd32:
+            hand({.order = Order::setWindow, .acknowledge = true, .call = call});
+            break;
+        case Entry::StartMarluneTimer32: hand({.acknowledge = true, .call = call}); break;
+        case Entry::StopMarluneTimer32: {
+            hand({.acknowledge = true, .call = call});
+            EngineMessage late;
+            while (messages_.pop(late)) {}
+            break;
+        }
+        default: hand({.call = call}); break;
+    }
+    return 0;
+}
+
+void Engine::limitSteps(int steps) {
+    hand({.order = Order::limit, .call = {Entry{}, {steps}}});
+}
+
+bool Engine::equalsRecord(const ProjectRecord& record, std::string* difference) {
+    // Only calls write the patterns, and none is under way then: the engine thread may go on playing them.
+    hand({.order = Order::settle, .acknowledge = true});
+    return core_.patterns().equalsRecord(record, difference);
+}
+
+int Engine::openPort(Role role, int device) {
+    closePort(role);
+    OutputPort* const port = devices_.open(device);
+    ports_[static_cast<std::size_t>(role)] = port;
+    if (port == nullptr) return 0;
+    hand({.order = Order::setPort, .role = role, .port = port});
+    return 1;
+}
+
+void Engine::closePort(Role role) {
+    OutputPort*& port = ports_[static_cast<std::size_t>(role)];
+    if (port == nullptr) return;
+    hand({.order = Order::setPort, .acknowledge = true, .role = role, .port = nullptr});
+    devices_.close(port);
+    port = nullptr;
+}
+
+void Engine::hand(const Command& command) {
+    while (!commands_.push(command)) std::this_thread::sleep_for(std::chrono::microseconds(100));
+    // Both sides exchange the flag, so one of them comes second and sees what the other did: either this side
+    // finds the engine asleep, or the engine finds the command.
+    if (asleep_.exchange(false, std::memory_order_acq_rel)) wake_.post();
+    if (command.acknowledge) done_.wait();
+}
+
+void Engine::run() noexcept {
+    prctl(PR_SET_NAME, "marlune-engine");
+    prctl(PR_SET_TIMERSLACK, 1UL);
+    realTime_.store(takeRealTimePriority(), std::memory_order_release);
+    Command command;
+    while (!quit_) {
+        // Periods that are due come first, so that due times on a port never run backwards.
+        const std::int64_t now = clock_.nowNs();
+        if (core_.deadline() <= now) {
+            playPeriod(now);
+        } else if (commands_.pop(command)) {
+            obey(command, now);
+        } else {
+            sleep(now);
+        }
+    }
+}
+
+void Engine::obey(const Command& command, std::int64_t now) noexcept {
+    switch (command.order) {
+        case Order::entry: core_.apply(command.call, now); break;
+        case Order::setWindow: window_ = command.call.arguments[0]; break;
+        case Order::setPort: core_.setPort(command.role, command.port, now); break;
+        case Order::limit: core_.limitSteps(command.call.arguments[0]); break;
+        case Order::settle: break;
+        case Order::quit:
+            core_.apply(command.call, now);
+            quit_ = true;
+            break;
+    }
+    halted_.store(core_.halted(), std::memory_order_release);
+    if (command.acknowledge) done_.post();
+}
+
+void Engine::playPeriod(std::int64_t now) noexcept {
+    core_.period(now);
+    halted_.store(core_.halted(), std::memory_order_release);
+    if (!posted_ && !core_.halted()) return;
+    posted_ = false;
+    const std::uint64_t one = 1;
+    // A full counter refuses the write and is a wake-up already.
+    if (window_ >= 0) [[maybe_unused]]
+        const ssize_t written = write(window_, &one, sizeof one);
+}
+
+void Engine::post(const EngineMessage& message) noexcept {
+    messages_.push(message);
+    posted_ = true;
+}
+
+void Engine::sleep(std::int64_t now) noexcept {
+    asleep_.exchange(true, std::memory_order_acq_rel);
+    if (commands_.empty()) {
+        const std::int64_t deadline = core_.deadline();
+        if (deadline == kNever) {
+            wake_.wait();
+        } else {
+            wake_.waitFor(deadline - now);
+        }
+    }
+    asleep_.exchange(false, std::memory_order_acq_rel);
+}
+
+} // namespace marlune

@@ -1,0 +1,97 @@
+// The live playback component: one real-time thread for the life of the object.
+//
+//   user-interface thread                     engine thread
+//   entry point --> ring of commands -------> carried out in order, at once
+//   takeMessage() <-- ring of messages <----- periods at their deadlines on the play clock
+//
+// The engine thread never allocates, logs, locks or waits for the other one. It runs with real-time priority
+// where the system grants that, and as a normal thread where not.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <thread>
+
+#include "engine/engine_core.h"
+#include "engine/playback_engine.h"
+#include "engine/semaphore.h"
+#include "engine/spsc_ring.h"
+
+namespace marlune {
+
+// All public routines: one thread, that of the user interface. They return before the engine thread has
+// carried them out, except where they say that they wait; such a wait lasts microseconds.
+class Engine final : public PlaybackEngine, private MessageSink {
+  public:
+    // clock, devices and log outlive the engine. Devices are opened and closed on the calling thread.
+    // log: called on the engine thread; may be null.
+    Engine(PlayClock& clock, OutputDevices& devices, WireLog* log = nullptr);
+    // Stops, releases what sounds, closes the ports.
+    ~Engine() override;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    // None is ever lost: with 32768 calls ahead of it a call waits until there is room.
+    //   SetMarluneHwnd32: an eventfd, non-blocking, or -1. Once for each batch of messages, and when the step
+    //     limit is reached, 8 bytes are written to it. Waits: the former descriptor can be closed afterwards.
+    //   StartMarluneTimer32: waits, so that halted() speaks of this start. While running it stops first.
+    //   StopMarluneTimer32: waits; no tick comes after it, and all messages still queued are dropped, those
+    //   of
+    //     patterns and cues with their ticks, as if the stop had come before them.
+    //   Open: closes the role's open port first. Close: waits until what sounds is released.
+    int call(const EngineCall& call) override;
+
+    // In order and complete, as long as no more than 16384 wait (a quarter of an hour at the highest tempo).
+    bool takeMessage(EngineMessage& message) override { return messages_.pop(message); }
+
+    void limitSteps(int steps) override;
+    bool halted() const override { return halted_.load(std::memory_order_acquire); }
+
+    // Waits until all calls made before are carried out.
+    bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) override;
+
+    // Whether the engine thread got real-time priority. Known after the first call that waits.
+    bool hasRealTimePriority() const { return realTime_.load(std::memory_order_acquire); }
+
+  private:
+    enum class Order : std::uint8_t { entry, setWindow, setPort, limit, settle, quit };
+    struct Command {
+        Order order = Order::entry;
+        bool acknowledge = false;
+        Role role = Role::seq;
+        OutputPort* port = nullptr;
+        EngineCall call{};
+    };
+
+    // User-interface thread.
+    void hand(const Command& command);
+    int openPort(Role role, int device);
+    void closePort(Role role);
+
+    // Engine thread.
+    void run() noexcept;
+    void obey(const Command& command, std::int64_t now) noexcept;
+    void playPeriod(std::int64_t now) noexcept;
+    void sleep(std::int64_t now) noexcept;
+    void post(const EngineMessage& message) noexcept override;
+
+    PlayClock& clock_;
+    OutputDevices& devices_;
+    std::array<OutputPort*, kRoles> ports_{}; // user-interface thread
+
+    SpscRing<Command, 32768> commands_;
+    SpscRing<EngineMessage, 16384> messages_;
+    Semaphore wake_;                  // wakes the engine thread
+    Semaphore done_;                  // acknowledges a command
+    std::atomic<bool> asleep_{false}; // the engine thread needs a wake-up for the next command
+    std::atomic<bool> halted_{false};
+    std::atomic<bool> realTime_{false};
+
+    EngineCore core_; // engine thread
+    int window_ = -1;
+    bool posted_ = false;
+    bool quit_ = false;
+    std::thread thread_; // last: everything stands before it runs
+};
+
+} // namespace marlune

@@ -1,0 +1,104 @@
+#include "engine/module_places.h"
+
+#include <algorithm>
+
+#include "core/step_rules.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kTicksPerBar = 16;
+constexpr int kSongTicks = 16000;
+
+void postSelected(MessageSink& messages, int message, Selected selected) {
+    messages.post({message, selected.bank, selected.patt});
+}
+
+} // namespace
+
+bool ModulePlaces::apply(const EngineCall& call) noexcept {
+    if (call.entry < Entry::SetSong32 || call.entry > Entry::SetNextBarPatt32) return false;
+    const int first = call.arguments[0];
+    if (call.entry == Entry::SetSong32) {
+        if (songMode_ != (first != 0)) forgetBars();
+        songMode_ = first != 0;
+    } else if (call.entry == Entry::SetSongTick32) {
+        position_ = std::clamp(first, 0, kSongTicks - 1);
+        placed_ = true;
+        forgetBars();
+    } else if (first >= 0 && first < kModules) {
+        applySelection(call, modules_[first]);
+    }
+    return true;
+}
+
+void ModulePlaces::applySelection(const EngineCall& call, Module& module) noexcept {
+    const int value = call.arguments[1];
+    const auto bank = [value](int& target) {
+        const bool legal = value >= 0 && value < kBanks;
+        if (legal) target = value;
+        return legal;
+    };
+    const auto patt = [value](int& target) {
+        const bool legal = value >= 0 && value < kPatterns;
+        if (legal) target = value;
+        return legal;
+    };
+    switch (call.entry) {
+        case Entry::SetModuleTick32: module.step = std::clamp(value, 0, kSteps - 1); break;
+        case Entry::SetCurrGroup32: bank(module.playing.bank); break;
+        case Entry::SetCurrPatt32: patt(module.playing.patt); break;
+        case Entry::SetNextGroup32: bank(module.cued.bank); break;
+        case Entry::SetNextPatt32: patt(module.cued.patt); break;
+        case Entry::SetCurrBarGroup32: module.currBar.bankSet |= bank(module.currBar.bar.bank); break;
+        case Entry::SetCurrBarPatt32: module.currBar.pattSet |= patt(module.currBar.bar.patt); break;
+        case Entry::SetNextBarGroup32: module.nextBar.bankSet |= bank(module.nextBar.bar.bank); break;
+        case Entry::SetNextBarPatt32: module.nextBar.pattSet |= patt(module.nextBar.bar.patt); break;
+        default: break;
+    }
+}
+
+void ModulePlaces::forgetBars() noexcept {
+    for (Module& module : modules_) module.currBar = module.nextBar = {};
+}
+
+void ModulePlaces::enterStep(MessageSink& messages) noexcept {
+    const bool placed = placed_;
+    placed_ = false;
+    if (!songMode_ || position_ % kTicksPerBar != 0) return;
+    for (int m = 0; m < kModules; ++m) {
+        Module& module = modules_[m];
+        const BarRegister& wanted = placed ? module.currBar : module.nextBar;
+        Selected bar = module.playing;
+        if (wanted.bankSet) bar.bank = wanted.bar.bank;
+        if (wanted.pattSet) bar.patt = wanted.bar.patt;
+        if (bar == module.playing) continue;
+        module.playing = module.cued = bar;
+        module.step = 0;
+        postSelected(messages, kPatternMessage + m, bar);
+        postSelected(messages, kCueMessage + m, bar);
+    }
+}
+
+void ModulePlaces::advancePosition() noexcept {
+    position_ = (position_ + 1) % kSongTicks;
+}
+
+void ModulePlaces::advanceSteps(const PatternStore& patterns, MessageSink& messages) noexcept {
+    for (int m = 0; m < kModules; ++m) {
+        Module& module = modules_[m];
+        const StepAdvance next =
+            nextStep(module.step, patterns.loopEnd(m, module.playing.bank, module.playing.patt));
+        module.step = next.step;
+        if (!next.wrapped || songMode_ || module.cued == module.playing) continue;
+        module.playing = module.cued;
+        postSelected(messages, kPatternMessage + m, module.playing);
+    }
+}
+
+void ModulePlaces::stop() noexcept {
+    for (Module& module : modules_) module.step = 0;
+}
+
+} // namespace marlune

@@ -1,0 +1,27 @@
+// What the live engine and the one in virtual time have in common beyond the entry points.
+#pragma once
+
+#include <string>
+
+#include "core/project_record.h"
+#include "playback/engine_component.h"
+
+namespace marlune {
+
+// User-interface thread.
+class PlaybackEngine : public EngineComponent {
+  public:
+    // After steps complete steps (all six periods of the last one) the timer halts by itself, as if the clock
+    // stood still: no clock, no tick, nothing released, until it is stopped or started again. Counts from the
+    // start; 0 for no limit.
+    virtual void limitSteps(int steps) = 0;
+
+    // Whether the limit was reached since the last start or stop.
+    virtual bool halted() const = 0;
+
+    // Whether the component's copy of the patterns is that of the record; where not, difference (when given)
+    // names the first place.
+    virtual bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) = 0;
+};
+
+} // namespace marlune

@@ -1,0 +1,82 @@
+#include "engine/sequencer.h"
+
+#include <algorithm>
+
+#include "engine/midi_bytes.h"
+
+namespace marlune {
+
+void Sequencer::apply(const EngineCall& call, Sinks sinks) noexcept {
+    TrackedSink midi(sounding_, sinks.midi);
+    if (patterns_.apply(call) || places_.apply(call) || knobs_.apply(call, midi) || applyVoice(call)) return;
+    if (call.entry == Entry::SetSyncOffset32) sync_.setOffset(call.arguments[0]);
+    if (call.entry == Entry::SendShortMessage32) sendShortMessage(call, midi);
+}
+
+bool Sequencer::applyVoice(const EngineCall& call) noexcept {
+    const int module = call.arguments[0];
+    const int value = call.arguments[1];
+    const int channel = std::clamp(value, 0, 15);
+    if (call.entry == Entry::Set109Chan32) {
+        drums_.channel = channel;
+        knobs_.setChannel(kDrumModule, channel);
+        return true;
+    }
+    if (call.entry < Entry::Set103Chan32 || call.entry > Entry::Set103NoteOffset32) return false;
+    if (module < 0 || module >= kBassModules) return true;
+    BassVoice& voice = bass_[module];
+    switch (call.entry) {
+        case Entry::Set103Chan32:
+            voice.channel = channel;
+            knobs_.setChannel(module, channel);
+            break;
+        case Entry::Set103StoredChan32: voice.storedChannel = channel; break;
+        case Entry::Set103Vel32: voice.velocity = std::clamp(value, 0, 127); break;
+        default: voice.baseNote = std::clamp(value, 0, 127); break;
+    }
+    return true;
+}
+
+void Sequencer::sendShortMessage(const EngineCall& call, MidiSink& midi) const noexcept {
+    const auto& [status, data1, data2, unused1, unused2] = call.arguments;
+    if (midiMessageLength(status) == 0) return;
+    midi.midi(Role::seq, midiBytes(status, std::clamp(data1, 0, 127), std::clamp(data2, 0, 127)));
+}
+
+void Sequencer::start() noexcept {
+    for (BassVoice& voice : bass_) voice.start();
+    drums_.start();
+    sync_.start();
+}
+
+void Sequencer::stop(Sinks sinks) noexcept {
+    releaseAll(sinks);
+    sync_.stop(sinks.midi);
+    places_.stop();
+}
+
+void Sequencer::period(Sinks sinks) noexcept {
+    TrackedSink midi(sounding_, sinks.midi);
+    if (sync_.period(places_.position(), places_.songMode(), midi)) playStep(midi, sinks.messages);
+}
+
+void Sequencer::playStep(MidiSink& midi, MessageSink& messages) noexcept {
+    places_.enterStep(messages);
+    const int position = places_.position();
+    const std::array<int, kModules> steps{places_.step(0), places_.step(1), places_.step(2)};
+    for (int m = 0; m < kBassModules; ++m) bass_[m].release(playingBass(m).steps[steps[m]], midi);
+    knobs_.sendPrepared(midi);
+    places_.advancePosition();
+    const Selected drum = places_.playing(kDrumModule);
+    drums_.play(patterns_.drum(drum.bank, drum.patt), steps[kDrumModule], knobs_, midi);
+    for (int m = 0; m < kBassModules; ++m) bass_[m].play(playingBass(m), steps[m], knobs_, midi);
+    messages.post({kTickMessage, position, packSteps(steps[0], steps[1], steps[2])});
+    places_.advanceSteps(patterns_, messages);
+}
+
+const BassPattern& Sequencer::playingBass(int module) const noexcept {
+    const Selected selected = places_.playing(module);
+    return patterns_.bass(module, selected.bank, selected.patt);
+}
+
+} // namespace marlune

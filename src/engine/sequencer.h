@@ -1,0 +1,58 @@
+// The playing of patterns and songs, free of time: calls and timer periods go in, MIDI bytes and messages
+// come out through two sinks.
+//
+// No clock, no thread, no global, no allocation. Six periods make a step, the first of them plays it. One
+// step, in this order:
+//   1. song mode, position 0 of a bar: modules move to the bar's pattern (messages 1310 and 1320 + module);
+//   2. 103A, 103B: the last note is released unless the coming step has the same;
+//   3. prepared controllers; the position moves on;
+//   4. drums; then 103A, 103B, each with its program change first where one is due;
+//   5. message 1300 with position and steps just played;
+//   6. the steps move on; modules that wrap take their cue over (message 1310 + module).
+#pragma once
+
+#include "engine/knob_bank.h"
+#include "engine/module_places.h"
+#include "engine/pattern_store.h"
+#include "engine/sounding_notes.h"
+#include "engine/sync_stream.h"
+#include "engine/voices.h"
+
+namespace marlune {
+
+class Sequencer {
+  public:
+    // Carries out an entry point at once. Those of the timer and the ports are not its business: ignored.
+    void apply(const EngineCall& call, Sinks sinks) noexcept;
+
+    // The next period is the first. Nothing has sounded, no program was sent.
+    void start() noexcept;
+
+    // Releases everything that sounds, ends the clock stream, puts the steps back to 0.
+    void stop(Sinks sinks) noexcept;
+
+    // One timer period: the clock byte first, then with every sixth one a step.
+    void period(Sinks sinks) noexcept;
+
+    // Releases everything that sounds, one by one.
+    void releaseAll(Sinks sinks) noexcept { sounding_.releaseAll(sinks.midi); }
+
+    const SyncStream& sync() const noexcept { return sync_; }
+    const PatternStore& patterns() const noexcept { return patterns_; }
+
+  private:
+    bool applyVoice(const EngineCall& call) noexcept;
+    void sendShortMessage(const EngineCall& call, MidiSink& midi) const noexcept;
+    void playStep(MidiSink& midi, MessageSink& messages) noexcept;
+    const BassPattern& playingBass(int module) const noexcept;
+
+    PatternStore patterns_;
+    ModulePlaces places_;
+    KnobBank knobs_;
+    std::array<BassVoice, kBassModules> bass_{BassVoice(0), BassVoice(1)};
+    DrumVoice drums_;
+    SyncStream sync_;
+    SoundingNotes sounding_;
+};
+
+} // namespace marlune

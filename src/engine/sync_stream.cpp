@@ -1,0 +1,50 @@
+#include "engine/sync_stream.h"
+
+#include <algorithm>
+
+#include "engine/midi_bytes.h"
+
+namespace marlune {
+
+void SyncStream::setOffset(int periods) noexcept {
+    offset_ = std::clamp(periods, -kMaxSyncOffset, kMaxSyncOffset);
+}
+
+void SyncStream::start() noexcept {
+    noteDelay_ = std::max(offset_, 0);
+    clockDelay_ = std::max(-offset_, 0);
+    period_ = 0;
+    opened_ = false;
+}
+
+bool SyncStream::period(int position, bool songMode, MidiSink& sink) noexcept {
+    // Taken with the first period: a clock that comes later announces where the notes began all the same.
+    if (period_ == 0) startPosition_ = songMode ? position : 0;
+    if (period_ >= clockDelay_) {
+        if (!opened_) open(sink);
+        opened_ = true;
+        sink.midi(Role::sync, midiBytes(kTimingClock));
+    }
+    const std::int64_t notePeriod = period_++ - noteDelay_;
+    return notePeriod >= 0 && notePeriod % kPeriodsPerStep == 0;
+}
+
+void SyncStream::open(MidiSink& sink) const noexcept {
+    if (startPosition_ == 0) {
+        sink.midi(Role::sync, midiBytes(kClockStart));
+        return;
+    }
+    sink.midi(Role::sync, songPosition(startPosition_));
+    sink.midi(Role::sync, midiBytes(kClockContinue));
+}
+
+void SyncStream::stop(MidiSink& sink) noexcept {
+    if (opened_) sink.midi(Role::sync, midiBytes(kClockStop));
+    opened_ = false;
+}
+
+std::int64_t SyncStream::stepsCompleted() const noexcept {
+    return std::max<std::int64_t>(period_ - noteDelay_, 0) / kPeriodsPerStep;
+}
+
+} // namespace marlune

@@ -1,0 +1,71 @@
+#include "engine/voices.h"
+
+#include "core/step_rules.h"
+#include "engine/midi_bytes.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kAccentKnobOfBass = 5;
+
+void sendRelease(const PlacedNote& note, MidiSink& sink) {
+    sink.midi(Role::seq, release(note.channel, note.pitch));
+}
+
+} // namespace
+
+void BassVoice::start() noexcept {
+    lastNote_.reset();
+    lastPatch_ = kNoPatch;
+}
+
+PlacedNote BassVoice::placed(const BassStep& step) const noexcept {
+    return {channel, pitchOfStep(step, baseNote)};
+}
+
+void BassVoice::release(const BassStep& coming, MidiSink& sink) const noexcept {
+    if (lastNote_ && *lastNote_ != placed(coming)) sendRelease(*lastNote_, sink);
+}
+
+void BassVoice::play(const BassPattern& pattern, int step, const KnobBank& knobs, MidiSink& sink) noexcept {
+    const int patch = pattern.patch;
+    if (step == 0 && patch != kNoPatch && patch != lastPatch_) {
+        sink.midi(Role::seq, midiBytes(kProgramChange + storedChannel, patch));
+        lastPatch_ = patch;
+        knobs.sendModule(module_, sink);
+    }
+    const BassStep& cell = pattern.steps[step];
+    const PlacedNote note = placed(cell);
+    if (cell.noteOn) {
+        const int accentKnob = knobs.value(module_ * kBassKnobs + kAccentKnobOfBass);
+        sink.midi(Role::seq, noteOn(note.channel, note.pitch, bassVelocity(cell, velocity, accentKnob)));
+    }
+    if (cell.noteOn || lastNote_) lastNote_ = note;
+}
+
+void DrumVoice::start() noexcept {
+    lastNote_.fill(std::nullopt);
+    sounding_.fill(false);
+}
+
+void DrumVoice::play(const DrumPattern& pattern, int step, const KnobBank& knobs, MidiSink& sink) noexcept {
+    if (step == 0) {
+        for (int d = 0; d < kDrums; ++d) {
+            if (sounding_[d] && lastNote_[d]) sendRelease(*lastNote_[d], sink);
+        }
+        sounding_.fill(false);
+    }
+    for (int d = 0; d < kDrums; ++d) {
+        if (!isDrumHit(pattern, step, d)) continue;
+        if (lastNote_[d]) sendRelease(*lastNote_[d], sink);
+        const PlacedNote note{channel, pattern.drumNote[d]};
+        const int level =
+            drumVelocity(pattern, step, knobs.value(kFirstDrumKnob + d), knobs.value(kAccentKnobOfDrums));
+        sink.midi(Role::seq, noteOn(note.channel, note.pitch, level));
+        lastNote_[d] = note;
+        sounding_[d] = true;
+    }
+}
+
+} // namespace marlune

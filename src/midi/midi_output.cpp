@@ -1,0 +1,33 @@
+#include "midi/midi_output.h"
+
+#include <algorithm>
+
+#include "midi/global_config.h"
+#include "playback/engine_component.h"
+
+namespace marlune {
+
+namespace {
+
+int dataByte(int value) { return std::clamp(value, 0, 127); }
+
+} // namespace
+
+void midiNoteOn(int channel, int note, int velocity) {
+    SendShortMessage32(0x90 + (channel & 0x0F), dataByte(note), dataByte(velocity));
+}
+
+void midiProgramChange(int channel, int patch) {
+    if (patch < 0) return;
+    SendShortMessage32(0xC0 + (channel & 0x0F), dataByte(patch), 0);
+}
+
+void pushOutputAssignment() {
+    for (int m = 0; m < kBassModules; ++m) Set103Vel32(m, config.moduleVelocity[m]);
+    for (int m = 0; m < kBassModules; ++m) Set103NoteOffset32(m, config.moduleBaseNote[m]);
+    for (int m = 0; m < kBassModules; ++m) Set103Chan32(m, config.moduleChannel[m]);
+    Set109Chan32(kDrumModule, config.moduleChannel[kDrumModule]);
+    for (int knob = 0; knob < kKnobs; ++knob) DefineController32(knob, config.outputController[knob]);
+}
+
+} // namespace marlune

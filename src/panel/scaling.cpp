@@ -1,0 +1,42 @@
+#include "panel/scaling.h"
+
+#include <cstdint>
+
+#include "util/text_number.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr double kStandardTwips = 15;
+
+int rounded16(double value) { return static_cast<std::int16_t>(roundHalfEven(value)); }
+
+} // namespace
+
+int marluneScaling::resizeX(double value) const { return rounded16(scaleX * value); }
+
+int marluneScaling::resizeY(double value) const { return rounded16(scaleY * value); }
+
+Placement marluneScaling::resizeControl(const Placement& at) const {
+    return {resizeX(at.left), resizeY(at.top), resizeX(at.width), resizeY(at.height)};
+}
+
+Placement marluneScaling::moveControl(const Placement& at) const {
+    return {resizeX(at.left), resizeY(at.top), at.width, at.height};
+}
+
+Placement marluneScaling::centerControl(const Placement& at) const {
+    const int x = resizeX(at.left + at.width / 2);
+    const int y = resizeY(at.top + at.height / 2);
+    return {x - at.width / 2, y - at.height / 2, at.width, at.height};
+}
+
+marluneScaling scalingFor(double twipsPerPixelX, double twipsPerPixelY) {
+    marluneScaling scaling;
+    scaling.scaleX = roundHalfEven(twipsPerPixelX) / kStandardTwips;
+    scaling.scaleY = roundHalfEven(twipsPerPixelY) / kStandardTwips;
+    return scaling;
+}
+
+} // namespace marlune

@@ -1,0 +1,44 @@
+#include "platform/config_folder.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace marlune {
+
+namespace {
+
+// Root may write there too, yet these are no places for settings.
+bool isInstalled(const std::string& folder) {
+    for (const char* root : {"/usr", "/opt", "/bin"})
+        if (folder == root || folder.rfind(std::string(root) + "/", 0) == 0) return true;
+    return false;
+}
+
+} // namespace
+
+std::string programFolder() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? "." : program.parent_path().string();
+}
+
+std::string configFolder(const std::string& program) {
+    if (!program.empty() && !isInstalled(program) && access(program.c_str(), W_OK | X_OK) == 0)
+        return program;
+    const char* config = std::getenv("XDG_CONFIG_HOME");
+    const char* home = std::getenv("HOME");
+    std::string folder;
+    if (config != nullptr && config[0] == '/') // anything but an absolute path is to be ignored
+        folder = config;
+    else
+        folder = std::string(home != nullptr && home[0] == '/' ? home : "/tmp") + "/.config";
+    folder += "/marlune200q";
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    return folder;
+}
+
+} // namespace marlune

@@ -1,0 +1,329 @@
+#include "platform/jack_client.h"
+
+#include <jack/midiport.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+#include "platform/port_names.h"
+
+namespace marlune {
+
+namespace {
+
+// A distance between the server's time and ours beyond which it was no hiccup: the lines are joined anew
+// there.
+constexpr std::int64_t kTearNs = 50'000'000;
+constexpr auto kPatience = std::chrono::milliseconds(100);
+
+void silent(const char* /*text*/) {}
+
+// Waits for something that the server's thread will do soon, but not for ever.
+template <class Condition>
+void waitFor(Condition done) {
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (!done() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::microseconds(300));
+}
+
+} // namespace
+
+class JackClient::Output : public OutputLink {
+  public:
+    Output(JackClient& owner, OutLane& lane, std::string address, std::uint32_t session)
+        : owner_(owner), lane_(lane), address_(std::move(address)), session_(session) {}
+    ~Output() override { owner_.releaseOutput(lane_, session_); }
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    void send(const MidiMessage& message, std::int64_t due) noexcept override {
+        if (!owner_.online() || message.size == 0) return;
+        if (lane_.port.load(std::memory_order_relaxed) != nullptr) lane_.ring.push({due, message});
+    }
+
+    bool alive() noexcept override {
+        return address_.empty() || owner_.connected(lane_.port, address_, session_);
+    }
+
+  private:
+    JackClient& owner_;
+    OutLane& lane_;
+    std::string address_; // empty: the virtual port
+    std::uint32_t session_;
+};
+
+class JackClient::Input : public InputLink {
+  public:
+    Input(JackClient& owner, InLane& lane, std::string address, std::uint32_t session)
+        : owner_(owner), lane_(lane), address_(std::move(address)), session_(session) {}
+    ~Input() override { owner_.releaseInput(lane_, session_, address_.empty()); }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    bool alive() noexcept override {
+        return address_.empty() || owner_.connected(lane_.port, address_, session_);
+    }
+
+  private:
+    JackClient& owner_;
+    InLane& lane_;
+    std::string address_;
+    std::uint32_t session_;
+};
+
+JackClient::JackClient(SystemPlayClock& clock) : clock_(clock) {
+    jack_set_error_function(silent);
+    jack_set_info_function(silent);
+    outLanes_[0] = std::make_unique<OutLane>();
+    outLanes_[0]->taken = true;
+    outActive_[0] = outLanes_[0].get();
+    virtualOutput_ = std::make_unique<Output>(*this, *outLanes_[0], "", 0);
+    open();
+}
+
+JackClient::~JackClient() {
+    if (online()) waitFor([&] { return outLanes_[0]->ring.empty() || !online(); });
+    close();
+}
+
+void JackClient::poll() {
+    if (client_ != nullptr && !online()) close();
+    if (client_ == nullptr) open();
+}
+
+bool JackClient::open() {
+    client_ = jack_client_open(kClientName, JackNoStartServer, nullptr);
+    if (client_ == nullptr) return false;
+    ++session_;
+    left_ = entered_.load();
+    first_ = true;
+    time_.rate = std::max<std::int64_t>(1, jack_get_sample_rate(client_));
+    period_ = jack_get_buffer_size(client_);
+    const std::int64_t apart = monotonicNs() - static_cast<std::int64_t>(jack_get_time()) * 1000;
+    clockOffset_ = std::abs(apart) < kTearNs ? 0 : apart;
+    outLanes_[0]->ring.clear();
+    outLanes_[0]->port = registerPort(kVirtualOutName, JackPortIsOutput);
+    inLanes_[0].port = registerPort(kVirtualInName, JackPortIsInput);
+    jack_set_process_callback(client_, onProcess, this);
+    jack_on_info_shutdown(client_, onShutdown, this);
+    online_ = true;
+    if (jack_activate(client_) != 0) close();
+    return client_ != nullptr;
+}
+
+void JackClient::close() {
+    online_ = false;
+    if (client_ != nullptr) jack_client_close(client_);
+    client_ = nullptr;
+    for (auto& lane : outLanes_)
+        if (lane) lane->port = nullptr;
+    for (InLane& lane : inLanes_) lane.port = nullptr;
+}
+
+// Returns when no cycle is under way that began before the call.
+void JackClient::quiesce() noexcept {
+    const std::uint32_t entered = entered_.load();
+    waitFor([&] { return static_cast<std::int32_t>(left_.load() - entered) >= 0; });
+}
+
+int JackClient::sampleRate() const noexcept {
+    return online() ? static_cast<int>(time_.rate) : 0;
+}
+
+std::int64_t JackClient::latencyNs() const noexcept {
+    return period_.load() * FrameTime::kSecond / time_.rate + kLookAheadNs;
+}
+
+std::vector<PortSystem::Port> JackClient::list(unsigned long flags) {
+    std::vector<Port> ports;
+    if (!online()) return ports;
+    const char** names = jack_get_ports(client_, nullptr, JACK_DEFAULT_MIDI_TYPE, flags);
+    for (const char** name = names; name != nullptr && *name != nullptr; ++name) {
+        const jack_port_t* port = jack_port_by_name(client_, *name);
+        if (port == nullptr || jack_port_is_mine(client_, port) != 0 || isOwnPort(*name)) continue;
+        // A numbered port of the server itself has its device's name as an alias.
+        std::string first(static_cast<std::size_t>(jack_port_name_size()), '\0'), second = first;
+        char* aliases[2] = {first.data(), second.data()};
+        const int count = jack_port_get_aliases(port, aliases);
+        ports.push_back({jackPortName(*name, count > 0 ? first.c_str() : ""), *name, isBridgedPort(*name)});
+    }
+    jack_free(names);
+    return ports;
+}
+
+std::vector<PortSystem::Port> JackClient::outputs() {
+    return list(JackPortIsInput);
+}
+std::vector<PortSystem::Port> JackClient::inputs() {
+    return list(JackPortIsOutput);
+}
+
+jack_port_t* JackClient::registerPort(const char* name, unsigned long flags) {
+    return jack_port_register(client_, name, JACK_DEFAULT_MIDI_TYPE, flags, 0);
+}
+
+// The connection tells more than the other port's name: that may come back before anybody noticed it was
+// gone.
+bool JackClient::connected(jack_port_t* port, const std::string& address, std::uint32_t session) {
+    return online() && session == session_ && port != nullptr &&
+           jack_port_connected_to(port, address.c_str()) != 0;
+}
+
+JackClient::OutLane* JackClient::freeOutLane() {
+    for (int i = 1; i < kLanes; ++i) {
+        if (!outLanes_[i]) {
+            outLanes_[i] = std::make_unique<OutLane>();
+            outActive_[i] = outLanes_[i].get();
+        }
+        if (!outLanes_[i]->taken) return outLanes_[i].get();
+    }
+    return nullptr;
+}
+
+std::unique_ptr<OutputLink> JackClient::openOutput(const std::string& address) {
+    OutLane* lane = online() ? freeOutLane() : nullptr;
+    if (lane == nullptr) return nullptr;
+    const auto number = std::find_if(outLanes_.begin(), outLanes_.end(),
+                                     [&](const auto& each) { return each.get() == lane; }) -
+                        outLanes_.begin();
+    jack_port_t* port = registerPort(("to device " + std::to_string(number)).c_str(), JackPortIsOutput);
+    if (port == nullptr) return nullptr;
+    if (jack_connect(client_, jack_port_name(port), address.c_str()) != 0) {
+        jack_port_unregister(client_, port);
+        return nullptr;
+    }
+    lane->ring.clear();
+    lane->taken = true;
+    lane->port = port;
+    return std::make_unique<Output>(*this, *lane, address, session_);
+}
+
+void JackClient::releaseOutput(OutLane& lane, std::uint32_t session) {
+    if (session == 0) return; // the virtual port stays
+    const bool current = session == session_;
+    if (current) waitFor([&] { return lane.ring.empty() || !online(); });
+    jack_port_t* port = lane.port.exchange(nullptr);
+    lane.taken = false;
+    quiesce();
+    if (current && online() && port != nullptr) jack_port_unregister(client_, port);
+}
+
+std::unique_ptr<InputLink> JackClient::openInput(const std::string& address, InputSink& sink) {
+    InLane& lane = inLanes_[1];
+    if (!online() || lane.taken) return nullptr;
+    jack_port_t* port = registerPort("from device", JackPortIsInput);
+    if (port == nullptr) return nullptr;
+    if (jack_connect(client_, address.c_str(), jack_port_name(port)) != 0) {
+        jack_port_unregister(client_, port);
+        return nullptr;
+    }
+    lane.taken = true;
+    lane.sink = &sink;
+    lane.port = port;
+    return std::make_unique<Input>(*this, lane, address, session_);
+}
+
+std::unique_ptr<InputLink> JackClient::openVirtualInput(InputSink& sink) {
+    InLane& lane = inLanes_[0];
+    if (lane.taken) return nullptr;
+    lane.taken = true;
+    lane.sink = &sink;
+    return std::make_unique<Input>(*this, lane, "", 0);
+}
+
+void JackClient::releaseInput(InLane& lane, std::uint32_t session, bool keepPort) {
+    lane.sink = nullptr;
+    jack_port_t* port = keepPort ? nullptr : lane.port.exchange(nullptr);
+    lane.taken = false;
+    quiesce();
+    if (port != nullptr && session == session_ && online()) jack_port_unregister(client_, port);
+}
+
+OutputLink& JackClient::virtualOutput() {
+    return *virtualOutput_;
+}
+
+// --- The server's thread ---
+
+int JackClient::onProcess(jack_nframes_t frames, void* self) {
+    static_cast<JackClient*>(self)->process(frames);
+    return 0;
+}
+
+void JackClient::onShutdown(jack_status_t /*code*/, const char* /*reason*/, void* self) {
+    static_cast<JackClient*>(self)->online_ = false;
+}
+
+void JackClient::process(jack_nframes_t frames) noexcept {
+    entered_.fetch_add(1);
+    const std::int64_t cycle = followServer(frames);
+    for (auto& active : outActive_)
+        if (OutLane* lane = active.load()) write(*lane, frames, cycle);
+    for (InLane& lane : inLanes_) read(lane, frames);
+    left_.fetch_add(1);
+}
+
+// Counts the frames and hands the clock its new line; returns the frame at which the present cycle begins.
+std::int64_t JackClient::followServer(jack_nframes_t frames) noexcept {
+    jack_nframes_t serverFrame = 0;
+    jack_time_t begin = 0, end = 0;
+    float period = 0;
+    if (jack_get_cycle_times(client_, &serverFrame, &begin, &end, &period) != 0) {
+        serverFrame = jack_last_frame_time(client_);
+        begin = jack_get_time();
+    }
+    if (first_) serverFrame_ = serverFrame, frame_ = 0;
+    frame_ += static_cast<std::int32_t>(serverFrame - serverFrame_);
+    serverFrame_ = serverFrame;
+
+    const std::int64_t monotonic = static_cast<std::int64_t>(begin) * 1000 + clockOffset_;
+    const std::int64_t apart = clock_.at(monotonic) - time_.nsAt(frame_);
+    if (first_ || std::abs(apart) > kTearNs) time_.base += apart;
+    first_ = false;
+    const double nominal = 1e6 * static_cast<double>(frames) / static_cast<double>(time_.rate);
+    const double rate = period > 0 ? nominal / static_cast<double>(period) : 1.0;
+    clock_.follow(monotonic, time_.nsAt(frame_), std::clamp(rate, 0.9, 1.1));
+    period_.store(frames, std::memory_order_relaxed);
+    return frame_;
+}
+
+void JackClient::write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept {
+    jack_port_t* port = lane.port.load();
+    if (port == nullptr) return;
+    void* buffer = jack_port_get_buffer(port, frames);
+    if (buffer == nullptr) return;
+    jack_midi_clear_buffer(buffer);
+    const std::int64_t latency = frames + kLookAheadNs * time_.rate / FrameTime::kSecond;
+    jack_nframes_t last = 0;
+    while (const StampedMessage* next = lane.ring.front()) {
+        std::int64_t offset = time_.frameAt(next->due) + latency - cycle;
+        if (offset > time_.rate) offset = 0; // nobody plans a second ahead: a stray stamp
+        if (offset >= frames) break;
+        if (offset < 0) late_.fetch_add(1, std::memory_order_relaxed);
+        last = std::max(last, static_cast<jack_nframes_t>(std::max<std::int64_t>(0, offset)));
+        // A full buffer leaves the rest to the next cycle.
+        if (jack_midi_event_write(buffer, last, next->message.bytes, next->message.size) != 0) break;
+        lane.ring.pop();
+    }
+}
+
+void JackClient::read(InLane& lane, jack_nframes_t frames) noexcept {
+    jack_port_t* port = lane.port.load();
+    InputSink* sink = lane.sink.load();
+    if (port == nullptr || sink == nullptr) return;
+    void* buffer = jack_port_get_buffer(port, frames);
+    const jack_nframes_t count = buffer == nullptr ? 0 : jack_midi_get_event_count(buffer);
+    for (jack_nframes_t i = 0; i < count; ++i) {
+        jack_midi_event_t event;
+        if (jack_midi_event_get(&event, buffer, i) != 0 || event.size == 0 || event.size > 3) continue;
+        if (midiMessageLength(event.buffer[0]) != static_cast<int>(event.size)) continue;
+        MidiMessage message;
+        message.size = static_cast<std::uint8_t>(event.size);
+        std::memcpy(message.bytes, event.buffer, event.size);
+        sink->received(message);
+    }
+}
+
+} // namespace marlune

@@ -1,0 +1,107 @@
+#include "platform/platform.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/alsa_ports.h"
+#include "platform/device_memory.h"
+#include "platform/devices.h"
+#include "platform/jack_client.h"
+#include "platform/synth.h"
+
+namespace marlune {
+
+namespace {
+
+// A user of the synthesizer.
+class SynthLink : public OutputLink {
+  public:
+    explicit SynthLink(Synth& synth) : synth_(synth) { synth_.addUser(); }
+    ~SynthLink() override { synth_.removeUser(); }
+    SynthLink(const SynthLink&) = delete;
+    SynthLink& operator=(const SynthLink&) = delete;
+    void send(const MidiMessage& message, std::int64_t due) noexcept override { synth_.send(message, due); }
+    bool alive() noexcept override { return true; }
+
+  private:
+    Synth& synth_;
+};
+
+// FluidSynth's own JACK driver would wait six seconds for a server to start.
+void startNoServer() {
+    setenv("JACK_NO_START_SERVER", "1", 1);
+}
+
+} // namespace
+
+struct Platform::Parts {
+    explicit Parts(const PlatformOptions& options)
+        : stateFile(options.stateFile),
+          jack(options.systemPorts ? std::make_unique<JackClient>(clock) : nullptr),
+          alsa(options.systemPorts ? openAlsaPorts() : nullptr),
+          synth(
+              clock, [this] { return jack ? jack->sampleRate() : 0; }, options.sound),
+          names(loadDeviceNames(stateFile)),
+          outputs(
+              world(), [this] { return std::make_unique<SynthLink>(synth); }, names.outputs),
+          inputs(world(), names.inputs) {}
+
+    DeviceWorld world() {
+        DeviceWorld world;
+        if (jack) world.systems.push_back(jack.get());
+        if (alsa) world.systems.push_back(alsa.get());
+        world.clock = &clock;
+        world.chosen = [this] { saveDeviceNames(stateFile, {outputs.remembered(), inputs.remembered()}); };
+        return world;
+    }
+
+    std::string stateFile;
+    SystemPlayClock clock;
+    std::unique_ptr<JackClient> jack;
+    std::unique_ptr<PortSystem> alsa;
+    Synth synth;
+    DeviceNames names;
+    SystemOutputs outputs;
+    SystemInputs inputs;
+    bool listChanged = false;
+};
+
+Platform::Platform(const PlatformOptions& options) {
+    startNoServer();
+    parts_ = std::make_unique<Parts>(options);
+}
+
+Platform::~Platform() = default;
+
+PlayClock& Platform::clock() {
+    return parts_->clock;
+}
+OutputDevices& Platform::outputs() {
+    return parts_->outputs;
+}
+InputDevices& Platform::inputs() {
+    return parts_->inputs;
+}
+bool Platform::listChanged() const {
+    return parts_->listChanged;
+}
+std::string Platform::soundDriver() const {
+    return parts_->synth.driverName();
+}
+
+std::vector<std::string> Platform::poll() {
+    std::vector<std::string> texts;
+    if (parts_->jack) parts_->jack->poll();
+    if (parts_->alsa) parts_->alsa->poll();
+    parts_->synth.poll();
+    const bool outputs = parts_->outputs.poll(texts);
+    const bool inputs = parts_->inputs.poll(texts);
+    parts_->listChanged = outputs || inputs;
+    // An instrument that is both an input and an output says so once.
+    std::vector<std::string> once;
+    for (const std::string& text : texts)
+        if (std::find(once.begin(), once.end(), text) == once.end()) once.push_back(text);
+    return once;
+}
+
+} // namespace marlune

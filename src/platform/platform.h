@@ -1,0 +1,47 @@
+// Everything of this machine that makes or takes MIDI, in one object.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "midi/midi_ports.h"
+
+namespace marlune {
+
+struct PlatformOptions {
+    std::string stateFile;   // what is remembered of the devices; "" keeps nothing
+    bool systemPorts = true; // false: neither JACK nor ALSA, only the built-in devices
+    bool sound = true;       // false: the built-in synthesizer opens no audio device and swallows its events
+};
+
+// User-interface thread, except for what the interfaces allow elsewhere. Works with and without a MIDI
+// server, an audio device, a sound font; prints nothing.
+class Platform {
+  public:
+    explicit Platform(const PlatformOptions& options);
+    ~Platform(); // every port has to be closed before
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+
+    PlayClock& clock();
+    OutputDevices& outputs();
+    InputDevices& inputs();
+
+    // About once a second; mostly done within a millisecond, 5 ms while there is no JACK server. Notices
+    // servers and devices that came or went and connects open ones again. Returns lines for the status line,
+    // mostly none.
+    std::vector<std::string> poll();
+
+    // Whether the last poll() changed one of the lists of devices.
+    bool listChanged() const;
+
+    // The audio driver of the built-in synthesizer, "" while it has none.
+    std::string soundDriver() const;
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace marlune

@@ -1,0 +1,87 @@
+// The built-in synthesizer as a port that sounds on this machine's audio device.
+#pragma once
+
+#include <fluidsynth.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "platform/frame_time.h"
+#include "platform/message_ring.h"
+#include "platform/port_system.h"
+#include "platform/synth_core.h"
+
+namespace marlune {
+
+// User-interface thread, except send(): engine thread. Events go through a ring into the audio callback,
+// which places them at their sample with a fixed latency. Without any audio device it swallows what it gets,
+// and looks for one again from time to time.
+class Synth : public OutputLink {
+  public:
+    // jackRate: the sample rate of the JACK server, 0 where there is none; asked on the user-interface
+    // thread. sound: false never opens an audio device.
+    Synth(PlayClock& clock, std::function<int()> jackRate, bool sound);
+    ~Synth() override;
+    Synth(const Synth&) = delete;
+    Synth& operator=(const Synth&) = delete;
+
+    // Users are counted. The device opens for the first one; it closes some seconds after the last one left,
+    // as ports are often closed to be opened again at once.
+    void addUser();
+    void removeUser();
+    void poll();
+
+    void send(const MidiMessage& message, std::int64_t due) noexcept override;
+    bool alive() noexcept override { return true; }
+
+    // The name of the audio driver in use, "" where there is none.
+    const char* driverName() const { return driverName_; }
+
+    // Audio thread, for the driver; public for tests. Writes the next frames.
+    void fill(int frames, float* left, float* right) noexcept;
+
+    // Makes sample rate and sound ready as for a driver, without one; for tests.
+    void prepare(int sampleRate);
+
+  private:
+    void start();
+    void stop();
+    bool startDriver(const char* name, int sampleRate);
+    void nextBlock() noexcept;
+    static int onAudio(void* self, int frames, int effects, float** effect, int outputs, float** output);
+
+    struct DeleteDriver {
+        void operator()(fluid_audio_driver_t* driver) const noexcept { delete_fluid_audio_driver(driver); }
+    };
+    struct DeleteSettings {
+        void operator()(fluid_settings_t* settings) const noexcept { delete_fluid_settings(settings); }
+    };
+
+    PlayClock& clock_;
+    std::function<int()> jackRate_;
+    bool sound_;
+    int users_ = 0;
+    int idlePolls_ = 0;
+    int stalledPolls_ = 0;
+    std::uint32_t seenCallbacks_ = 0;
+    const char* driverName_ = "";
+    std::atomic<bool> running_{false};
+    std::atomic<std::uint32_t> callbacks_{0};
+    MessageRing ring_;
+
+    // Audio thread, while a driver runs.
+    std::unique_ptr<SynthCore> core_;
+    FrameTime time_;                // of the frames that fill() has handed out
+    std::int64_t frame_ = -1;       // handed out so far; -1: none yet
+    std::int64_t latency_ = 0;      // frames
+    int taken_ = SynthCore::kBlock; // of the present block
+    std::array<float, SynthCore::kBlock> left_{}, right_{};
+
+    std::unique_ptr<fluid_settings_t, DeleteSettings> settings_;
+    std::unique_ptr<fluid_audio_driver_t, DeleteDriver> driver_; // last: its thread ends before the rest
+};
+
+} // namespace marlune

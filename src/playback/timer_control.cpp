@@ -1,0 +1,64 @@
+#include "playback/timer_control.h"
+
+#include <algorithm>
+
+#include "core/song_track.h"
+#include "playback/engine_component.h"
+#include "util/tempo_calc.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kPeriodsPerStep = 6;
+int interval = 0;
+
+void placeSong() {
+    songTick = barLine(songTick);
+    SetSongTick32(songTick);
+    for (int m = 0; m < kModules; ++m) {
+        SetCurrPatt32(m, barPatt(m, songTick));
+        SetCurrGroup32(m, barBank(m, songTick));
+        SetCurrBarPatt32(m, barPatt(m, songTick));
+        SetCurrBarGroup32(m, barBank(m, songTick));
+    }
+    holdSongTick = true;
+}
+
+void placePatterns() {
+    for (int m = 0; m < kModules; ++m) {
+        SetCurrGroup32(m, selectionOf(project, m).currBank);
+        SetCurrPatt32(m, selectionOf(project, m).currPatt);
+    }
+}
+
+} // namespace
+
+void QuenTimer(int stepMs) {
+    const bool running = interval > 0;
+    interval = stepMs;
+    if (stepMs == 0) {
+        StopMarluneTimer32();
+    } else if (running) {
+        SetMarluneTimerInterval32(stepMs / kPeriodsPerStep, 0);
+    } else {
+        if (songMode) {
+            placeSong();
+        } else {
+            placePatterns();
+        }
+        StartMarluneTimer32(stepMs / kPeriodsPerStep, 0);
+    }
+}
+
+void runTimerAt(int tempo) {
+    tempo = std::clamp(tempo, kMinTempo, kMaxTempo);
+    SetMarluneTempo32(tempo);
+    QuenTimer(stepMilliseconds(tempo));
+}
+
+int timerInterval() { return interval; }
+
+void resetTimerControl() { interval = 0; }
+
+} // namespace marlune

@@ -1,0 +1,172 @@
+#include "playback/transport.h"
+
+#include <algorithm>
+
+#include "core/song_track.h"
+#include "midi/global_config.h"
+#include "midi/midi_input.h"
+#include "midi/midi_output.h"
+#include "panel/app_shell.h"
+#include "panel/knobs.h"
+#include "panel/refresh.h"
+#include "panel/shown_state.h"
+#include "playback/engine_component.h"
+#include "playback/tick.h"
+#include "playback/timer_control.h"
+#include "util/tempo_calc.h"
+
+namespace marlune {
+
+namespace {
+
+enum class Tell { component, nobody };
+
+// Steps at rest: 0 in pattern mode, in song mode where each module belongs at the bar line.
+void placeSteps(Tell tell) {
+    if (songMode) songTick = barLine(songTick);
+    for (int m = 0; m < kModules; ++m) {
+        const int step = songMode ? moduleStepAtTick(m, songTick, currentLoopEnd(m) + 1) : 0;
+        moduleStep[m] = static_cast<std::int16_t>(step);
+        if (songMode && tell == Tell::component) SetModuleTick32(m, step);
+        refreshStepLamp(m);
+    }
+}
+
+void releaseBassNotes() {
+    for (int m = 0; m < kBassModules; ++m) midiNoteOn(channelOf(m), project.bass[m].lastNote, 0);
+}
+
+void endRecordingPass() {
+    if (songMode && recordOn) disarmRecording();
+}
+
+void start() {
+    placeSteps(Tell::component);
+    for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
+    for (BassModule& bass : project.bass) bass.lastPatch = kNoPatch;
+    MidiMsgEnable(false);
+    showFrame(Control::startStopButton, 0, 1);
+    transportRunning = true;
+    drawBudgetMs = stepMilliseconds(std::clamp<int>(project.tempo, kMinTempo, kMaxTempo)) / 2;
+    beginTicking(project.tempo);
+}
+
+void stopAndTakeCues() {
+    transportRunning = false;
+    endRecordingPass();
+    QuenTimer(0);
+    releaseBassNotes();
+    placeSteps(Tell::nobody);
+    for (int m = 0; m < kModules; ++m) {
+        const Selection at = selectionOf(project, m);
+        at.currBank = int{at.nextBank};
+        at.currPatt = int{at.nextPatt};
+        refreshCurrBankPatt(m);
+        refreshPattern(m);
+    }
+    for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), currentDrum().drumNote[d], 0);
+    MidiMsgEnable(true);
+    moduleStep = {};
+    showFrame(Control::startStopButton, 0, 0);
+}
+
+} // namespace
+
+void playButton() {
+    if (transportRunning) {
+        stopAndTakeCues();
+    } else {
+        start();
+    }
+}
+
+void StopPlay() {
+    if (!transportRunning) return;
+    while (inTick && !programClosing) shell().waitForEvents(1);
+    QuenTimer(0);
+    transportRunning = false;
+    releaseBassNotes();
+    for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), drumNoteDefaultOf(d), 0);
+    MidiMsgEnable(false);
+    for (int m = 0; m < kModules; ++m) {
+        const int step = moduleStep[m] - songTick % kTicksPerBar;
+        // A step before the bar's first counts back from 15, not from 16.
+        moduleStep[m] = static_cast<std::int16_t>(songMode ? 0 : step < 0 ? step + kSteps - 1 : step);
+    }
+    endRecordingPass();
+    showFrame(Control::startStopButton, 0, 0);
+}
+
+void disarmRecording() {
+    recordOn = false;
+    enableSongKnobs(false);
+}
+
+void PlayHit_Click() { playButton(); }
+
+void startStopButton_Click() {
+    if (!songMode) {
+        playButton();
+        return;
+    }
+    if (transportRunning) {
+        stopSongRecording();
+        StopPlay();
+    } else {
+        playButton();
+    }
+    refreshTransport();
+}
+
+void playSongButton_Click() {
+    if (!songMode) return;
+    playSongButton_DblClick();
+    refreshPlaySong();
+}
+
+void playSongButton_DblClick() {
+    if (songMode && !transportRunning) playButton();
+}
+
+void stopButton_Hit() {
+    showFrame(Control::stopButton, 0, songFrame() + 1);
+    delay();
+    if (songMode) stopSongRecording();
+    StopPlay();
+    refreshTransport();
+}
+
+void stopButton_MouseDown() {
+    if (!songMode) return;
+    stopSongRecording();
+    StopPlay();
+    refreshTransport();
+    showFrame(Control::stopButton, 0, songFrame() + 1);
+}
+
+void stopButton_MouseUp() {
+    if (songMode) showFrame(Control::stopButton, 0, songFrame());
+}
+
+void recButton_Click() {
+    if (!songMode) return;
+    if (recordOn) {
+        stopSongRecording();
+        disarmRecording();
+    } else {
+        stopSongRecording();
+        projectDirty = true;
+        recordOn = true;
+        enableSongKnobs(true);
+        if (!transportRunning) MidiMsgEnable(true);
+    }
+    refreshRec();
+}
+
+void RecButton_DblClick() {
+    if (!songMode) return;
+    recButton_Click();
+    refreshRec();
+}
+
+} // namespace marlune

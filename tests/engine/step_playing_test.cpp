@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include "engine/engine_script.h"
+
+namespace marlune::test {
+namespace {
+
+TEST(StepPlaying, BassStepsBecomeNotesThatRingUntilThePitchChanges) {
+    const char* rows[][3] = {
+        {"C C- E^!", "on36 |  | off36 on52!", "off52"}, // a rest of the same pitch does not cut
+        {"C C", "on36 | on36 | on36", "off36"},         // nor does the note's own repetition
+        {"C D- D", "on36 | off36 | on38", "off38"},
+        {"C- D G-", " | on38 | off38", ""}, // nothing to release before something sounded
+        {"C-! B_ C^_", " | on35 | off35 on36", "off36"},
+        {"A# G", "on46 | off46 on43 | off43 on46", "off46"},
+    };
+    for (const auto& [steps, sounds, stopped] : rows) {
+        Player player;
+        setBass(0, 0, steps);
+        EXPECT_EQ(player.play(3), sounds) << steps;
+        EXPECT_EQ(player.stop(), stopped) << steps;
+    }
+    Player player; // all together: releases, drums, basslines
+    setDrums(0, "2 2");
+    setBass(0, 0, "C D");
+    setBass(1, 0, "E F");
+    EXPECT_EQ(player.play(2), "d:on42 on36 b:on40 | off36 b:off40 d:off42 d:on42 on38 b:on41");
+}
+
+TEST(StepPlaying, DrumsEndWithTheirNextHitOrAtTheFirstStep) {
+    Player player;
+    setDrums(0, "0 07 16 -");
+    EXPECT_EQ(player.play(5),
+              "d:on40 | d:off40 d:on40! | d:on41 d:on46 |  | d:off40 d:off41 d:off46 d:off40 d:on40");
+    Set109Chan32(2, 3);
+    Set109DrumNote32(0, 0, 0, 60);
+    EXPECT_EQ(player.play(1), "d:off40 3:on60!");
+    EXPECT_EQ(player.stop(), "3:off60"); // what sounds ends where it began
+}
+
+TEST(StepPlaying, ANoteIsReleasedWhereItSoundedWhateverChangesMeanwhile) {
+    Player player;
+    setBass(0, 0, "C C-");
+    player.play(1);
+    Set103Chan32(0, 4);
+    EXPECT_EQ(player.play(2), "off36 | 4:on36");
+    Set103NoteOffset32(0, 50);
+    EXPECT_EQ(player.play(2), "4:off36 | 4:on50");
+}
+
+TEST(StepPlaying, AProgramGoesOutOncePerStartWithTheModulesKnobsBehindIt) {
+    Player player;
+    setBass(1, 0, "C");
+    Set103Patch32(1, 0, 0, 5);
+    Set103StoredChan32(1, 7);
+    for (int knob = 6; knob < 12; ++knob) DefineController32(knob, knob == 10 ? -1 : 20 + knob);
+    const char* first = "7:pc5 b:cc26=100 b:cc27=100 b:cc28=100 b:cc29=100 b:cc31=127 b:on36";
+    EXPECT_EQ(player.play(2), std::string(first) + " | b:on36");
+    Set103Patch32(1, 0, 0, 9);
+    EXPECT_EQ(player.play(1).substr(0, 5), "7:pc9");
+    Set103Patch32(1, 0, 0, kNoPatch);
+    EXPECT_EQ(player.play(1), "b:on36");
+    player.stop();
+    Set103Patch32(1, 0, 0, 9);
+    EXPECT_EQ(player.play(1).substr(0, 5), "7:pc9");
+}
+
+TEST(StepPlaying, KnobsGoOutNowOrWithTheNextStepAndCountAtThatVeryStep) {
+    Player player;
+    setBass(0, 0, "C!");
+    setDrums(0, "0");
+    DefineController32(0, 12);
+    DefineController32(1, 128);
+    DefineController32(12, 30);
+    Set103Chan32(0, 2);
+    SetController32(0, 200);
+    EXPECT_EQ(player.wire.take(Role::seq, false), "2:cc12=127");
+    PrepareController32(12, 60);
+    PrepareController32(5, 90); // has no controller, is the velocity all the same
+    PrepareController32(1, 3);
+    PrepareController32(0, 10);
+    PrepareController32(0, 11);
+    EXPECT_EQ(player.wire.take(Role::seq, false), "");
+    EXPECT_EQ(player.play(2),
+              "2:cc12=11 d:cc30=60 d:on40@60 2:on36@90 | d:off40 d:off40 d:on40@60 2:on36@90");
+    PrepareController32(0, 5);
+    SetController32(0, 6); // the later value is out already
+    EXPECT_EQ(player.play(1), "2:cc12=6 d:off40 d:off40 d:on40@60 2:on36@90");
+}
+
+TEST(StepPlaying, ACueTakesOverWhenItsModuleWraps) {
+    Player player;
+    setBass(0, 0, "C D E");
+    setBass(0, 1, "G A");
+    Set103Loop32(1, 0, 0, 1);
+    SetNextPatt32(0, 1);
+    SetNextGroup32(2, 3);
+    EXPECT_EQ(player.play(5), "on36 | off36 on38 | off38 on40 | off40 on43 | off43 on45");
+    EXPECT_EQ(player.messages(), "t0:0,0,0 t1:1,1,1 t2:2,0,2 p0=0.1 t3:0,1,3 t4:1,0,4");
+    SetModuleTick32(2, 15);
+    SetModuleTick32(0, 1);
+    SetNextPatt32(0, 0);
+    Set103Loop32(0, 0, 1, 0); // shortened under the playing step
+    player.play(1);
+    EXPECT_EQ(player.messages(), "t5:1,1,15 p0=0.0 p2=3.0");
+}
+
+TEST(StepPlaying, StopReleasesWhatSoundsAndStartsOverFromTheStoredPositions) {
+    Player player;
+    setBass(0, 0, "C D E");
+    player.play(2);
+    SendShortMessage32(0x95, 70, 1);
+    SendShortMessage32(0xF0, 1, 2); // no message of a length
+    SendShortMessage32(0x91, 70, 64);
+    SendShortMessage32(0x81, 70, 0);
+    EXPECT_EQ(player.wire.take(Role::seq, false), "5:on70@1 b:on70@64 b:off70");
+    EXPECT_EQ(player.stop(), "off38 5:off70");
+    EXPECT_EQ(player.messages(), ""); // the ticks went with the stop
+    SetModuleTick32(0, 2);
+    EXPECT_EQ(player.play(2), "on40 | off40 on36");
+    EXPECT_EQ(player.messages(), "t2:2,0,0 t3:0,1,1");
+}
+
+TEST(StepPlaying, CallsFarOutsideTheirRangesDoNoHarm) {
+    Player player;
+    setBass(0, 0, "C");
+    player.play(1);
+    const int values[] = {-2'000'000'000, -1, 2, 15, 16, 2'000'000'000};
+    for (int e = static_cast<int>(Entry::SetSyncOffset32); e <= static_cast<int>(Entry::SendShortMessage32);
+         ++e) {
+        for (int n = 0; n < 6 * 6 * 6 * 6 * 6; ++n) {
+            player.engine.call({static_cast<Entry>(e),
+                                {values[n % 6], values[n / 6 % 6], values[n / 36 % 6], values[n / 216 % 6],
+                                 values[n / 1296]}});
+        }
+        player.wire.log.clear();
+        player.play(1);
+    }
+    player.messages();
+    SetSong32(0);
+    SetSongTick32(7);
+    player.play(1);
+    EXPECT_EQ(player.messages().substr(0, 3), "t7:");
+}
+
+TEST(PatternCopy, EqualsTheRecordFieldByField) {
+    Player player;
+    ProjectRecord record = emptyRecord();
+    std::string difference;
+    EXPECT_TRUE(player.engine.equalsRecord(record, &difference)) << difference;
+
+    BassPattern& bass = record.bass[1].patterns[3][7];
+    DrumPattern& drum = record.drum.patterns[2][5];
+    bass.steps[4].slide = true; // nothing plays it
+    // Each change of the record is missed until the call brings it.
+    const auto expectDifference = [&](const char* where) {
+        EXPECT_FALSE(player.engine.equalsRecord(record, &difference));
+        EXPECT_EQ(difference, where);
+    };
+    bass.steps[4].note = 9, expectDifference("103B bank 3 pattern 7 note[4]: component 0, record 9");
+    Set103Note32(1, 3, 7, 4, 9);
+    bass.steps[0].noteOn = true, expectDifference("103B bank 3 pattern 7 noteOn[0]: component 0, record 1");
+    Set103NoteOn32(1, 3, 7, 0, 1);
+    bass.steps[15].up = true, expectDifference("103B bank 3 pattern 7 up[15]: component 0, record 1");
+    Set103Up32(1, 3, 7, 15, -1);
+    bass.steps[1].down = true, expectDifference("103B bank 3 pattern 7 down[1]: component 0, record 1");
+    Set103Down32(1, 3, 7, 1, -1);
+    bass.steps[2].accent = true, expectDifference("103B bank 3 pattern 7 accent[2]: component 0, record 1");
+    Set103Accent32(1, 3, 7, 2, -1);
+    bass.loopEnd = 3, expectDifference("103B bank 3 pattern 7 loopEnd: component 15, record 3");
+    Set103Loop32(1, 3, 7, 3);
+    bass.patch = 0, expectDifference("103B bank 3 pattern 7 patch: component -1, record 0");
+    Set103Patch32(1, 3, 7, 0);
+    drum.drumOn[1][7] = 1, expectDifference("109 bank 2 pattern 5 drumOn[15]: component 0, record 1");
+    Set109bOn32(2, 5, 1, 7, 1);
+    drum.drumNote[6] = 99, expectDifference("109 bank 2 pattern 5 drumNote[6]: component 0, record 99");
+    Set109DrumNote32(2, 5, 6, 99);
+    drum.loopEnd = 0, expectDifference("109 bank 2 pattern 5 loopEnd: component 15, record 0");
+    Set109Loop32(2, 5, 0);
+    EXPECT_TRUE(player.engine.equalsRecord(record, &difference)) << difference;
+}
+
+} // namespace
+} // namespace marlune::test

@@ -1,0 +1,252 @@
+// The lists of devices over plugging, unplugging and restarts, on a made-up MIDI system.
+#include "platform/devices.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "platform/device_memory.h"
+#include "platform/play_clock.h"
+#include "platform/port_names.h"
+
+namespace marlune {
+namespace {
+
+using Ports = std::vector<PortSystem::Port>;
+
+// "Name@address, *Name@address": the star marks a bridge's port.
+Ports ports(const std::string& text) {
+    Ports list;
+    std::istringstream in(text);
+    for (std::string item; std::getline(in >> std::ws, item, ',');) {
+        const bool bridge = item[0] == '*';
+        const std::size_t at = item.find('@');
+        list.push_back({item.substr(bridge ? 1 : 0, at - (bridge ? 1 : 0)), item.substr(at + 1), bridge});
+    }
+    return list;
+}
+
+std::string hex(const MidiMessage& message) {
+    std::ostringstream out;
+    for (int i = 0; i < message.size; ++i) out << std::hex << int{message.bytes[i]} << (i < 2 ? "," : " ");
+    return out.str();
+}
+
+// What is sent ends up in `log` as "address:bytes".
+class FakeSystem : public PortSystem {
+  public:
+    explicit FakeSystem(const std::string& shown) : shown_(ports(shown)) {}
+    void show(const std::string& text) { shown_ = ports(text); }
+    bool shows(const std::string& address) const {
+        return std::any_of(shown_.begin(), shown_.end(), [&](const Port& p) { return p.address == address; });
+    }
+    Ports outputs() override { return shown_; }
+    Ports inputs() override { return shown_; }
+    std::unique_ptr<OutputLink> openOutput(const std::string& address) override {
+        return shows(address) ? std::make_unique<Out>(*this, address) : nullptr;
+    }
+    std::unique_ptr<InputLink> openInput(const std::string& address, InputSink& sink) override {
+        if (!shows(address)) return nullptr;
+        sinks[address] = &sink;
+        return std::make_unique<In>(*this, address);
+    }
+    OutputLink& virtualOutput() override { return virtual_; }
+    std::unique_ptr<InputLink> openVirtualInput(InputSink& sink) override {
+        sinks["virtual"] = &sink;
+        return std::make_unique<In>(*this, "virtual");
+    }
+    void poll() override {}
+
+    std::string taken() { return std::exchange(log, ""); }
+    std::string log;
+    std::map<std::string, InputSink*> sinks;
+
+  private:
+    struct Out : OutputLink {
+        Out(FakeSystem& s, std::string a) : system(s), address(std::move(a)) {}
+        void send(const MidiMessage& message, std::int64_t) noexcept override {
+            if (alive()) system.log += address + ":" + hex(message);
+        }
+        bool alive() noexcept override { return address == "virtual" || system.shows(address); }
+        FakeSystem& system;
+        std::string address;
+    };
+    struct In : InputLink {
+        In(FakeSystem& s, std::string a) : system(s), address(std::move(a)) {}
+        ~In() override { system.sinks.erase(address); }
+        bool alive() noexcept override { return address == "virtual" || system.shows(address); }
+        FakeSystem& system;
+        std::string address;
+    };
+    Ports shown_;
+    Out virtual_{*this, "virtual"};
+};
+
+struct World {
+    explicit World(const std::string& jackPorts, const std::string& alsaPorts = "",
+                   const std::vector<std::string>& remembered = {})
+        : jack(jackPorts),
+          alsa(alsaPorts),
+          outputs(
+              {{&jack, &alsa}, &clock, {}}, [this] { return jack.openOutput("synth"); }, remembered),
+          inputs({{&jack, &alsa}, &clock, {}}, remembered) {}
+    std::string names(int from = 2) {
+        std::string text;
+        for (int i = from; i < outputs.count(); ++i) text += (i > from ? ", " : "") + outputs.name(i);
+        return text;
+    }
+    std::string poll() {
+        std::vector<std::string> texts;
+        changed = outputs.poll(texts);
+        std::string all;
+        for (const std::string& text : texts) all += text;
+        return all;
+    }
+    SystemPlayClock clock;
+    FakeSystem jack, alsa;
+    SystemOutputs outputs;
+    SystemInputs inputs;
+    bool changed = false;
+};
+
+TEST(PortNames, AreTheSameWhicheverSystemShowsThePort) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"USB Keys:USB Keys MIDI 1 20:0", "USB Keys MIDI 1"},
+        {"a2j:USB Keys [20] (playback): USB Keys MIDI 1", "USB Keys MIDI 1"},
+        {"Midi-Bridge:USB Keys:(playback_0) USB Keys MIDI 1", "USB Keys MIDI 1"},
+        {"Midi-Bridge:USB Keys MIDI 1 20:0 (capture)", "USB Keys MIDI 1"},
+        {"Midi Through:Midi Through Port-0 14:0", "Midi Through Port-0"},
+        {"FLUID Synth (3127):Synth input port (3127:0) 128:0", "FLUID Synth:Synth input port"},
+        {"Synth (left):in", "Synth (left):in"},
+        {"  two\tblanks\n here ", "two blanks here"},
+        {"(playback_0)", "MIDI port"},
+    };
+    for (const auto& [raw, name] : rows) EXPECT_EQ(normalPortName(raw), name) << raw;
+    EXPECT_EQ(jackPortName("system:midi_playback_1", "alsa_pcm:USB-Keys/midi_playback_1"), "USB Keys");
+    EXPECT_EQ(normalPortName(std::string(kMaxPortName - 1, 'x') + "\xC3\xA4").size(), kMaxPortName - 1);
+    EXPECT_TRUE(isOwnPort("a2j:Marlune 200Q [129] (capture): Marlune 200Q Out"));
+    EXPECT_TRUE(isBridgedPort("system:midi_capture_2"));
+    EXPECT_FALSE(isBridgedPort("Hydrogen-midi:RX"));
+}
+
+TEST(DeviceLists, AnIndexKeepsItsDeviceOverPlugging) {
+    World world("A@1, B@2");
+    EXPECT_EQ(world.outputs.name(0), "Built-in synthesizer");
+    EXPECT_EQ(world.outputs.name(1), "Marlune 200Q Out");
+    EXPECT_EQ(world.inputs.name(0), "Marlune 200Q In");
+    const std::pair<const char*, const char*> rows[] = {
+        {"B@2", "A (absent), B"},
+        {"C@3, B@2", "A (absent), B, C"},
+        {"C@3, B@9, A@1", "A, B, C"}, // B has another address now
+        {"C@3, B@9, A@1, B@4", "A, B, C, B (2)"},
+        {"C@3, A@1, B@4", "A, B (absent), C, B (2)"}, // the second twin stays the second
+        {"C@3, A@1, B@5, B@4", "A, B, C, B (2)"},
+    };
+    for (const auto& [shown, names] : rows) {
+        world.jack.show(shown);
+        world.poll();
+        EXPECT_EQ(world.names(), names);
+        EXPECT_TRUE(world.changed || std::string(shown) == "");
+    }
+    world.poll();
+    EXPECT_FALSE(world.changed);
+}
+
+TEST(DeviceLists, AnIndexKeepsItsDeviceOverRestarts) {
+    World first("A@1, B@2, C@3");
+    ASSERT_NE(first.outputs.open(3), nullptr);
+    EXPECT_EQ(first.outputs.remembered(), (std::vector<std::string>{"A", "B"}));
+    World second("X@1, B@5", "", first.outputs.remembered());
+    EXPECT_EQ(second.names(), "A (absent), B, X");
+    EXPECT_EQ(second.outputs.open(2), nullptr) << "absent";
+    EXPECT_EQ(second.outputs.open(99), nullptr);
+    EXPECT_EQ(second.outputs.open(-1), nullptr);
+}
+
+TEST(DeviceLists, APortShownTwiceIsListedOnce) {
+    World world("*usb keys midi 1@j1, *Elsewhere@j2, App:in@j3, Twin@j4, *Twin@j5",
+                "USB Keys MIDI 1@a1, Twin@a2");
+    EXPECT_EQ(world.names(), "USB Keys MIDI 1, App:in, Twin");
+    OutputPort* port = world.outputs.open(2);
+    port->send({1, {0xF8}}, 0);
+    EXPECT_EQ(world.jack.taken(), "j1:f8,");
+    world.jack.show("");
+    EXPECT_EQ(world.poll(), "") << "the other system still has it";
+    port->send({1, {0xF8}}, 0);
+    EXPECT_EQ(world.alsa.taken(), "a1:f8,");
+    World bridgesOnly("*Keys@j1");
+    EXPECT_EQ(bridgesOnly.names(), "Keys");
+}
+
+TEST(OpenDevices, ReturnWithTheirNotesReleased) {
+    World world("A@1");
+    OutputPort* port = world.outputs.open(2);
+    ASSERT_EQ(world.outputs.open(2), port);
+    world.outputs.close(port); // one user is left
+    for (const MidiMessage& each : {MidiMessage{3, {0x90, 60, 100}}, MidiMessage{3, {0x99, 36, 90}},
+                                    MidiMessage{3, {0x90, 60, 0}}, MidiMessage{3, {0x91, 127, 1}}})
+        port->send(each, 0);
+    world.jack.taken();
+    world.jack.show("");
+    EXPECT_EQ(world.poll(), "MIDI device A is gone.");
+    EXPECT_EQ(world.poll(), "");
+    port->send({3, {0x99, 36, 0}}, 0); // a release that gets nowhere
+    world.jack.show("A@7");
+    EXPECT_EQ(world.poll(), "MIDI device A is back.");
+    EXPECT_EQ(world.jack.taken(), "7:91,7f,0 7:99,24,0 ");
+    port->send({3, {0x90, 61, 1}}, 0);
+    EXPECT_EQ(world.jack.taken(), "7:90,3d,1 ");
+    OutputPort* mine = world.outputs.open(1);
+    mine->send({1, {0xFA}}, 0);
+    EXPECT_EQ(world.jack.taken() + world.alsa.taken(), "virtual:fa,virtual:fa,");
+}
+
+TEST(OpenDevices, InputsReturnToo) {
+    struct Sink : InputSink {
+        void received(const MidiMessage&) noexcept override { ++count; }
+        int count = 0;
+    } sink;
+    World world("A@1");
+    std::vector<std::string> texts;
+    ASSERT_TRUE(world.inputs.open(1, sink));
+    world.jack.show("");
+    world.inputs.poll(texts);
+    EXPECT_TRUE(world.jack.sinks.empty());
+    world.jack.show("A@2");
+    world.inputs.poll(texts);
+    EXPECT_EQ(texts, (std::vector<std::string>{"MIDI device A is gone.", "MIDI device A is back."}));
+    world.jack.sinks.at("2")->received({});
+    EXPECT_EQ(sink.count, 1);
+    ASSERT_TRUE(world.inputs.open(0, sink));
+    EXPECT_EQ(world.jack.sinks.count("2"), 0U);
+    EXPECT_EQ(world.jack.sinks.count("virtual") + world.alsa.sinks.count("virtual"), 2U);
+    EXPECT_FALSE(world.inputs.open(7, sink));
+    EXPECT_TRUE(world.jack.sinks.empty());
+}
+
+TEST(DeviceMemory, KeepsNamesAndSurvivesDamage) {
+    const std::string path = testing::TempDir() + "devices-" + std::to_string(getpid()) + ".state";
+    EXPECT_TRUE(loadDeviceNames(path).outputs.empty());
+    ASSERT_TRUE(saveDeviceNames(path, {{"A", "B (2)"}, {"C"}}));
+    EXPECT_EQ(loadDeviceNames(path).outputs, (std::vector<std::string>{"A", "B (2)"}));
+    EXPECT_EQ(loadDeviceNames(path).inputs, std::vector<std::string>{"C"});
+    std::ofstream damaged(path, std::ios::binary);
+    damaged << "garbage\nout \nout A\nout A\nout \x01z\nin " << std::string(5000, 'q') << "\nout B (2)\nin C"
+            << std::string(1, '\0') << "\n";
+    for (int i = 0; i < 20000; ++i) damaged << "out n" << i << "\n";
+    damaged.close();
+    const DeviceNames names = loadDeviceNames(path);
+    EXPECT_TRUE(names.inputs.empty());
+    EXPECT_LE(names.outputs.size(), 128U);
+    World world("B@1, B@2", "", names.outputs);
+    EXPECT_EQ(world.outputs.name(2), "A (absent)");
+    EXPECT_EQ(world.outputs.name(3), "B (2)");
+    unlink(path.c_str());
+    EXPECT_FALSE(saveDeviceNames("/nowhere/at/all", names));
+}
+
+} // namespace
+} // namespace marlune

@@ -1,0 +1,253 @@
+// Our JACK client before a real server that plays to nothing, watched by a second, independent client.
+#include "platform/jack_client.h"
+
+#include <gtest/gtest.h>
+#include <jack/midiport.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <thread>
+
+#include "platform/devices.h"
+
+namespace marlune {
+namespace {
+
+constexpr int kRate = 48000;
+constexpr int kPeriod = 64;
+constexpr std::int64_t kMs = 1'000'000;
+const char kServerName[] = "marlune-test";
+
+void sleepMs(int ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}
+
+bool waitFor(int ms, const std::function<bool()>& done) {
+    for (int i = 0; i < ms && !done(); ++i) sleepMs(1);
+    return done();
+}
+
+class Server {
+  public:
+    Server() {
+        child_ = fork();
+        if (child_ != 0) return;
+        if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr)
+            _exit(1);
+        execlp("jackd", "jackd", "-n", kServerName, "-r", "-d", "dummy", "-r", std::to_string(kRate).c_str(),
+               "-p", std::to_string(kPeriod).c_str(), nullptr);
+        _exit(1);
+    }
+    ~Server() { kill(); }
+    void kill() {
+        if (child_ <= 0) return;
+        ::kill(child_, SIGKILL);
+        waitpid(child_, nullptr, 0);
+        child_ = 0;
+    }
+
+  private:
+    pid_t child_ = 0;
+};
+
+struct Event {
+    std::int64_t frame;
+    MidiMessage message;
+};
+
+// Records what arrives at its port "in", and can send from its port "out".
+class Watcher {
+  public:
+    Watcher() {
+        waitFor(5000, [&] {
+            client_ = jack_client_open("watcher", JackNoStartServer, nullptr);
+            return client_ != nullptr;
+        });
+        if (client_ == nullptr) return;
+        in = jack_port_register(client_, "in", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
+        out = jack_port_register(client_, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        jack_set_process_callback(
+            client_, [](jack_nframes_t n, void* self) { return static_cast<Watcher*>(self)->process(n); },
+            this);
+        jack_activate(client_);
+    }
+    ~Watcher() {
+        if (client_ != nullptr) jack_client_close(client_);
+    }
+    bool connect(const char* from, const char* to) {
+        const bool done = waitFor(2000, [&] { return jack_connect(client_, from, to) == 0; });
+        sleepMs(100);
+        return done;
+    }
+    int process(jack_nframes_t frames) {
+        void* from = jack_port_get_buffer(in, frames);
+        const auto start = static_cast<std::int64_t>(jack_last_frame_time(client_));
+        for (jack_nframes_t i = 0; i < jack_midi_get_event_count(from); ++i) {
+            jack_midi_event_t event;
+            jack_midi_event_get(&event, from, i);
+            if (count == kMost) continue;
+            Event& kept = events[count];
+            kept.frame = start + event.time;
+            for (std::size_t b = 0; b < 3 && b < event.size; ++b) kept.message.bytes[b] = event.buffer[b];
+            ++count;
+        }
+        void* to = jack_port_get_buffer(out, frames);
+        jack_midi_clear_buffer(to);
+        const std::uint8_t bytes[2][4] = {{0xF0, 1, 2, 0xF7}, {0x91, 64, 99, 0}};
+        if (sendNow.exchange(false)) {
+            jack_midi_event_write(to, 3, bytes[0], 4); // not for us
+            jack_midi_event_write(to, 5, bytes[1], 3);
+        }
+        return 0;
+    }
+    static constexpr int kMost = 20000;
+    std::vector<Event> events{kMost};
+    std::atomic<int> count{0};
+    std::atomic<bool> sendNow{false};
+    jack_port_t *in = nullptr, *out = nullptr;
+
+  private:
+    jack_client_t* client_ = nullptr;
+};
+
+class Jack : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (std::system("command -v jackd >/dev/null 2>&1") != 0) GTEST_SKIP() << "no jackd on this machine";
+        setenv("JACK_DEFAULT_SERVER", kServerName, 1);
+        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+    }
+    void TearDown() override { unsetenv("JACK_DEFAULT_SERVER"); }
+    // Sends n note-ons at even distances from the present on, each at its time.
+    void play(OutputLink& port, int n, std::int64_t gap) {
+        const std::int64_t start = clock.nowNs() + 20 * kMs;
+        for (int i = 0; i < n; ++i) {
+            while (clock.nowNs() < start + i * gap)
+                std::this_thread::sleep_for(std::chrono::microseconds(200));
+            port.send({3, {0x90, static_cast<std::uint8_t>(i % 128), 100}}, start + i * gap);
+        }
+    }
+    SystemPlayClock clock;
+};
+
+const char kOurs[] = "Marlune 200Q:Marlune 200Q Out";
+
+TEST_F(Jack, EventsFallOnTheirFramesAndBurstsArriveWhole) {
+    Server server;
+    Watcher watcher;
+    JackClient jack(clock);
+    ASSERT_TRUE(waitFor(2000, [&] { return jack.poll(), jack.online(); }));
+    ASSERT_TRUE(watcher.connect(kOurs, "watcher:in"));
+    constexpr int kNotes = 200;
+    play(jack.virtualOutput(), kNotes, 17 * kMs);
+    ASSERT_TRUE(waitFor(500, [&] { return watcher.count == kNotes; }));
+    int exact = 0;
+    for (int i = 1; i < kNotes; ++i) exact += watcher.events[i].frame - watcher.events[i - 1].frame == 816;
+    std::printf("  latency %.2f ms; %d of %d intervals exact; %u late\n",
+                static_cast<double>(jack.latencyNs()) / 1e6, exact, kNotes - 1, jack.lateEvents());
+    // A stall of a busy machine may move an event, and with it two intervals; drift or period steps would
+    // move most.
+    EXPECT_GE(exact, kNotes - 1 - 2 * static_cast<int>(jack.lateEvents()));
+    EXPECT_LE(jack.lateEvents(), kNotes / 20U);
+    watcher.count = 0;
+    constexpr int kBurst = 4096; // more than a cycle's buffer holds
+    const std::int64_t now = clock.nowNs();
+    for (int i = 0; i < kBurst; ++i)
+        jack.virtualOutput().send(
+            {3, {0xB0, static_cast<std::uint8_t>(i & 127), static_cast<std::uint8_t>(i >> 7)}}, now);
+    ASSERT_TRUE(waitFor(2000, [&] { return watcher.count == kBurst; })) << watcher.count;
+    for (int i = 0; i < kBurst; ++i)
+        ASSERT_EQ(watcher.events[i].message.bytes[1] + 128 * watcher.events[i].message.bytes[2], i);
+}
+
+TEST_F(Jack, AServerThatDiesAndReturnsStopsNothing) {
+    auto server = std::make_unique<Server>();
+    auto watcher = std::make_unique<Watcher>();
+    JackClient jack(clock);
+    ASSERT_TRUE(waitFor(2000, [&] { return jack.poll(), jack.online(); }));
+    std::atomic<bool> done{false};
+    std::atomic<std::int64_t> longest{0};
+    std::thread engine([&] { // as the engine does: never waiting, on a clock that never falls back or leaps
+        for (std::int64_t last = clock.nowNs(); !done;
+             std::this_thread::sleep_for(std::chrono::milliseconds(1))) {
+            const std::int64_t begun = monotonicNs(), now = clock.nowNs();
+            jack.virtualOutput().send({3, {0x90, 60, 100}}, now);
+            longest = std::max<std::int64_t>(longest, monotonicNs() - begun);
+            EXPECT_GE(now, last);
+            EXPECT_LT(now - last, 1000 * kMs);
+            last = now;
+        }
+    });
+    ASSERT_TRUE(watcher->connect(kOurs, "watcher:in"));
+    EXPECT_TRUE(waitFor(500, [&] { return watcher->count > 10; }));
+    server->kill();
+    EXPECT_TRUE(waitFor(2000, [&] { return !jack.online(); }));
+    std::int64_t begun = monotonicNs();
+    jack.poll();
+    std::printf("  closing after the server's death took %.1f ms\n",
+                static_cast<double>(monotonicNs() - begun) / 1e6);
+    watcher = nullptr;
+    server = std::make_unique<Server>();
+    watcher = std::make_unique<Watcher>();
+    begun = monotonicNs();
+    EXPECT_TRUE(waitFor(20, [&] { return sleepMs(100), jack.poll(), jack.online(); }));
+    ASSERT_TRUE(watcher->connect(kOurs, "watcher:in"));
+    EXPECT_TRUE(waitFor(500, [&] { return watcher->count > 10; }));
+    std::printf("  events again after %.2f s; longest send and clock reading %.3f ms\n",
+                static_cast<double>(monotonicNs() - begun) / 1e9, static_cast<double>(longest) / 1e6);
+    EXPECT_LT(monotonicNs() - begun, 2000 * kMs);
+    done = true;
+    engine.join();
+}
+
+TEST_F(Jack, DevicesOfOtherClientsAreReachedAndHeard) {
+    Server server;
+    auto watcher = std::make_unique<Watcher>();
+    JackClient jack(clock);
+    ASSERT_TRUE(waitFor(2000, [&] { return jack.poll(), jack.online(); }));
+    const DeviceWorld world{{&jack}, &clock, {}};
+    SystemOutputs outputs(world, [] { return nullptr; }, {});
+    SystemInputs inputs(world, {});
+    ASSERT_EQ(outputs.count(), 3);
+    EXPECT_EQ(outputs.name(2), "watcher:in");
+    EXPECT_EQ(inputs.name(1), "watcher:out");
+    struct Sink : InputSink {
+        void received(const MidiMessage& message) noexcept override {
+            note = message.bytes[1];
+            ++count;
+        }
+        std::atomic<int> note{0}, count{0};
+    } sink;
+    OutputPort* port = outputs.open(2);
+    ASSERT_NE(port, nullptr);
+    ASSERT_TRUE(inputs.open(1, sink));
+    sleepMs(100);
+    port->send({3, {0x90, 60, 100}}, clock.nowNs());
+    watcher->sendNow = true;
+    EXPECT_TRUE(waitFor(500, [&] { return watcher->count == 1 && sink.count == 1; }));
+    EXPECT_EQ(sink.note, 64);
+    watcher = nullptr;
+    std::vector<std::string> texts;
+    outputs.poll(texts);
+    inputs.poll(texts);
+    EXPECT_EQ(outputs.name(2), "watcher:in (absent)");
+    watcher = std::make_unique<Watcher>();
+    outputs.poll(texts);
+    inputs.poll(texts);
+    EXPECT_EQ(texts.size(), 4U);
+    EXPECT_TRUE(waitFor(500, [&] { return watcher->count == 1; })) << "the note is released";
+    EXPECT_EQ(watcher->events[0].message.bytes[1], 60);
+    inputs.close();
+    watcher->sendNow = true;
+    port->send({3, {0x90, 61, 100}}, clock.nowNs());
+    outputs.close(port); // what was sent before still goes out
+    EXPECT_TRUE(waitFor(500, [&] { return watcher->count == 2; }));
+    EXPECT_EQ(sink.count, 1);
+}
+
+} // namespace
+} // namespace marlune
