@@ -94,8 +94,13 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     showFirstState();
     shell().showPanel(true);
     shell().letEventsRun();
-    listMidiDevices();
-    MidiInit();
+    if (hooks.configured) hooks.configured();
+    if (hooks.openDevices) {
+        listMidiDevices();
+        MidiInit();
+    } else {
+        sendPanelState();
+    }
     splash(false);
     shell().showPointer(Pointer::normal);
     projectDirty = false;

@@ -31,6 +31,7 @@ int firstZoom() {
 
 MainWindow::MainWindow() : panel_(new PanelWidget), status_(new QLabel) {
     setCentralWidget(panel_);
+    menuBar()->setFixedHeight(26);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(status_, 1);
     buildMenus();

@@ -13,19 +13,19 @@ namespace {
 
 constexpr const char* kSheet = R"(
 QMainWindow, QDialog, QMessageBox { background: #161B21; }
-QMenuBar { background: #161B21; color: #EDF1F5; font-size: 13px; font-weight: 500;
-           padding: 0 0 0 3px; border-bottom: 1px solid #000000; min-height: 25px; max-height: 25px; }
-QMenuBar::item { padding: 4px 11px; background: transparent; border-radius: 4px; }
+QMenuBar { background: #161B21; color: #EDF1F5; font-size: 13px;
+           border-bottom: 1px solid #000000; spacing: 0px; padding-left: 2px; }
+QMenuBar::item { padding: 4px 12px 5px 12px; background: transparent; border-radius: 4px; }
 QMenuBar::item:selected { background: #2A323C; }
 QMenu { background: #1B2129; color: #EDF1F5; border: 1px solid #07090C; padding: 5px; font-size: 13px; }
 QMenu::item { padding: 5px 28px 5px 22px; border-radius: 4px; }
 QMenu::item:selected { background: #33404C; }
 QMenu::item:disabled { color: #7F8A96; }
 QMenu::separator { height: 1px; background: #2F3741; margin: 5px 8px; }
-QStatusBar { background: #161B21; color: #C2CBD5; font-size: 12px; font-weight: 500;
+QStatusBar { background: #161B21; color: #C2CBD5; font-size: 12px;
              border-top: 1px solid #262B31; min-height: 23px; max-height: 23px; }
 QStatusBar::item { border: none; }
-QStatusBar QLabel { color: #C2CBD5; padding-left: 12px; }
+QStatusBar QLabel { color: #C2CBD5; font-size: 12px; padding-left: 9px; }
 QToolTip { background: #262D37; color: #EDF1F5; border: 1px solid #0A0D11; padding: 4px 6px; font-size: 12px; }
 QDialog QLabel, QMessageBox QLabel { color: #EDF1F5; }
 QGroupBox { color: #C2CBD5; border: 1px solid #2F3741; border-radius: 8px; margin-top: 9px; padding: 8px; }
@@ -80,6 +80,7 @@ void applyTheme(QApplication& app) {
     QFont font;
     font.setFamilies({QStringLiteral("Inter"), QStringLiteral("DejaVu Sans")});
     font.setPixelSize(13);
+    font.setHintingPreference(QFont::PreferNoHinting);
     QApplication::setFont(font);
     app.setStyleSheet(QString::fromLatin1(kSheet));
 }

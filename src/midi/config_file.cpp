@@ -64,8 +64,6 @@ void loadLabels() {
 
 void setConfigFolder(const std::string& path) { folder = path; }
 
-const std::string& configFolder() { return folder; }
-
 void loadGlobalConfig() {
     const FileBytes file = folder.empty() ? FileBytes{} : readFileStart(pathOf("marlune.cfg"), sizeof config);
     const bool whole = file.bytes.size() == sizeof config;

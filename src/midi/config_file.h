@@ -7,7 +7,6 @@ namespace marlune {
 
 // The folder of the two files; empty for none, then nothing is read or written.
 void setConfigFolder(const std::string& folder);
-const std::string& configFolder();
 
 // Takes what the files hold over the present values and hands it to the component. A file of 1 to 517 bytes
 // counts as missing; a missing one leaves every setting as it is, the status bar shown. Labels that are not

@@ -105,12 +105,16 @@ void MidiInit() {
         closeMidiDevices();
         openMidiDevices();
     }
+    sendPanelState();
+    StopPlay();
+}
+
+void sendPanelState() {
     refresh103Patt(0);
     refresh103Patt(1);
-    refresh109Patt(0);
+    refresh109Patt(project.drum.selDrum);
     for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
     refreshTempo();
-    StopPlay();
 }
 
 void mnuOptionsMidiSetup_Click() {

@@ -16,6 +16,8 @@ bool openMidiDevices(); // all three; true when the outputs and the input are op
 void closeMidiDevices();
 void MidiInit(); // close, open (twice when it went well), then the state of the panel goes out
 
+void sendPanelState(); // shows the patterns and the tempo, sends all knobs
+
 void mnuOptionsMidiSetup_Click();
 
 struct MIDISetupForm final : Form {

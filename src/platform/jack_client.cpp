@@ -84,7 +84,7 @@ JackClient::JackClient(SystemPlayClock& clock) : clock_(clock) {
 }
 
 JackClient::~JackClient() {
-    if (online()) waitFor([&] { return outLanes_[0]->ring.empty() || !online(); });
+    drain(*outLanes_[0]);
     close();
 }
 
@@ -117,6 +117,8 @@ void JackClient::close() {
     online_ = false;
     if (client_ != nullptr) jack_client_close(client_);
     client_ = nullptr;
+    audio_ = nullptr;
+    audioPorts_ = {};
     for (auto& lane : outLanes_)
         if (lane) lane->port = nullptr;
     for (InLane& lane : inLanes_) lane.port = nullptr;
@@ -126,6 +128,14 @@ void JackClient::close() {
 void JackClient::quiesce() noexcept {
     const std::uint32_t entered = entered_.load();
     waitFor([&] { return static_cast<std::int32_t>(left_.load() - entered) >= 0; });
+}
+
+// Returns when what is queued has reached the others.
+void JackClient::drain(const OutLane& lane) {
+    if (!online()) return;
+    waitFor([&] { return lane.ring.empty() || !online(); });
+    // Others read the last cycle after us; it would go down with the connection.
+    std::this_thread::sleep_for(std::chrono::nanoseconds(2 * latencyNs()));
 }
 
 int JackClient::sampleRate() const noexcept {
@@ -203,7 +213,7 @@ std::unique_ptr<OutputLink> JackClient::openOutput(const std::string& address) {
 void JackClient::releaseOutput(OutLane& lane, std::uint32_t session) {
     if (session == 0) return; // the virtual port stays
     const bool current = session == session_;
-    if (current) waitFor([&] { return lane.ring.empty() || !online(); });
+    if (current) drain(lane);
     jack_port_t* port = lane.port.exchange(nullptr);
     lane.taken = false;
     quiesce();
@@ -241,6 +251,28 @@ void JackClient::releaseInput(InLane& lane, std::uint32_t session, bool keepPort
     if (port != nullptr && session == session_ && online()) jack_port_unregister(client_, port);
 }
 
+bool JackClient::setAudio(AudioSource* source) {
+    audio_ = nullptr;
+    quiesce();
+    for (jack_port_t*& port : audioPorts_) {
+        if (port != nullptr && online()) jack_port_unregister(client_, port);
+        port = nullptr;
+    }
+    if (source == nullptr || !online()) return false;
+    const char* names[] = {"Synth left", "Synth right"};
+    for (int i = 0; i < 2; ++i)
+        audioPorts_[i] = jack_port_register(client_, names[i], JACK_DEFAULT_AUDIO_TYPE,
+                                            JackPortIsOutput | JackPortIsTerminal, 0);
+    if (audioPorts_[0] == nullptr || audioPorts_[1] == nullptr) return false;
+    audio_ = source;
+    const char** card =
+        jack_get_ports(client_, nullptr, JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput | JackPortIsPhysical);
+    for (int i = 0; i < 2 && card != nullptr && card[i] != nullptr; ++i)
+        jack_connect(client_, jack_port_name(audioPorts_[i]), card[i]);
+    jack_free(card);
+    return true;
+}
+
 OutputLink& JackClient::virtualOutput() {
     return *virtualOutput_;
 }
@@ -262,6 +294,7 @@ void JackClient::process(jack_nframes_t frames) noexcept {
     for (auto& active : outActive_)
         if (OutLane* lane = active.load()) write(*lane, frames, cycle);
     for (InLane& lane : inLanes_) read(lane, frames);
+    playAudio(frames);
     left_.fetch_add(1);
 }
 
@@ -307,6 +340,14 @@ void JackClient::write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle)
         if (jack_midi_event_write(buffer, last, next->message.bytes, next->message.size) != 0) break;
         lane.ring.pop();
     }
+}
+
+void JackClient::playAudio(jack_nframes_t frames) noexcept {
+    AudioSource* source = audio_.load();
+    if (source == nullptr) return;
+    auto* left = static_cast<float*>(jack_port_get_buffer(audioPorts_[0], frames));
+    auto* right = static_cast<float*>(jack_port_get_buffer(audioPorts_[1], frames));
+    if (left != nullptr && right != nullptr) source->fill(static_cast<int>(frames), left, right);
 }
 
 void JackClient::read(InLane& lane, jack_nframes_t frames) noexcept {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio_source.h"
 #include "platform/frame_time.h"
 #include "platform/message_ring.h"
 #include "platform/play_clock.h"
@@ -41,6 +42,12 @@ class JackClient : public PortSystem {
     std::unique_ptr<InputLink> openVirtualInput(InputSink& sink) override;
     void poll() override;
 
+    // Gives the source two audio ports, wired to the first pair of the sound card; null takes them away, and
+    // the source is called no more once that has returned. Done with when the server dies. False without a
+    // server. Audio has to share this client: the library does not bear two in one process when a server
+    // dies.
+    bool setAudio(AudioSource* source);
+
     bool online() const noexcept { return online_.load(); }
 
     // Frames a second; 0 while no server is there.
@@ -69,6 +76,7 @@ class JackClient : public PortSystem {
     bool open();
     void close();
     void quiesce() noexcept;
+    void drain(const OutLane& lane);
     std::vector<Port> list(unsigned long flags);
     OutLane* freeOutLane();
     jack_port_t* registerPort(const char* name, unsigned long flags);
@@ -82,6 +90,7 @@ class JackClient : public PortSystem {
     void process(jack_nframes_t frames) noexcept;
     std::int64_t followServer(jack_nframes_t frames) noexcept;
     void write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept;
+    void playAudio(jack_nframes_t frames) noexcept;
     static void read(InLane& lane, jack_nframes_t frames) noexcept;
 
     static constexpr int kLanes = 8; // 0 is the virtual port
@@ -96,6 +105,8 @@ class JackClient : public PortSystem {
     std::array<std::atomic<OutLane*>, kLanes> outActive_{};
     std::array<InLane, 2> inLanes_;
     std::unique_ptr<Output> virtualOutput_;
+    std::array<jack_port_t*, 2> audioPorts_{};
+    std::atomic<AudioSource*> audio_{nullptr}; // set only while the ports stand
 
     // The server's thread alone, while a session lasts.
     FrameTime time_;

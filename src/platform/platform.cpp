@@ -1,7 +1,6 @@
 #include "platform/platform.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "platform/alsa_ports.h"
 #include "platform/device_memory.h"
@@ -27,11 +26,6 @@ class SynthLink : public OutputLink {
     Synth& synth_;
 };
 
-// FluidSynth's own JACK driver would wait six seconds for a server to start.
-void startNoServer() {
-    setenv("JACK_NO_START_SERVER", "1", 1);
-}
-
 } // namespace
 
 struct Platform::Parts {
@@ -39,8 +33,7 @@ struct Platform::Parts {
         : stateFile(options.stateFile),
           jack(options.systemPorts ? std::make_unique<JackClient>(clock) : nullptr),
           alsa(options.systemPorts ? openAlsaPorts() : nullptr),
-          synth(
-              clock, [this] { return jack ? jack->sampleRate() : 0; }, options.sound),
+          synth(clock, jack.get(), options.sound),
           names(loadDeviceNames(stateFile)),
           outputs(
               world(), [this] { return std::make_unique<SynthLink>(synth); }, names.outputs),
@@ -66,10 +59,7 @@ struct Platform::Parts {
     bool listChanged = false;
 };
 
-Platform::Platform(const PlatformOptions& options) {
-    startNoServer();
-    parts_ = std::make_unique<Parts>(options);
-}
+Platform::Platform(const PlatformOptions& options) : parts_(std::make_unique<Parts>(options)) {}
 
 Platform::~Platform() = default;
 

@@ -19,7 +19,10 @@ constexpr int kPeriods = 4;
 constexpr std::int64_t kLookAheadNs = 5'000'000;
 
 // A distance between the audio device's time and ours beyond which the two are joined anew.
-constexpr std::int64_t kTearNs = 100'000'000;
+constexpr std::int64_t kTearNs = 40'000'000;
+
+// How slowly the device's time follows ours, in callbacks.
+constexpr std::int64_t kSlowness = 2000;
 
 constexpr int kIdlePolls = 5;
 constexpr int kStalledPolls = 4;
@@ -48,8 +51,7 @@ bool hasSoundCard() {
 
 } // namespace
 
-Synth::Synth(PlayClock& clock, std::function<int()> jackRate, bool sound)
-    : clock_(clock), jackRate_(std::move(jackRate)), sound_(sound) {
+Synth::Synth(PlayClock& clock, JackClient* jack, bool sound) : clock_(clock), jack_(jack), sound_(sound) {
     silenceFluidSynth();
     silenceAlsa();
 }
@@ -61,37 +63,43 @@ Synth::~Synth() {
 void Synth::addUser() {
     ++users_;
     idlePolls_ = 0;
-    if (!driver_) start();
+    if (!running_) start();
 }
 
 void Synth::removeUser() {
     users_ = std::max(0, users_ - 1);
 }
 
+bool Synth::onJack() const {
+    return running_ && !driver_;
+}
+
 void Synth::poll() {
     if (users_ == 0) {
-        if (driver_ && ++idlePolls_ > kIdlePolls) stop();
+        if (running_ && ++idlePolls_ > kIdlePolls) stop();
         return;
     }
     const std::uint32_t callbacks = callbacks_.load();
-    stalledPolls_ = driver_ && callbacks != seenCallbacks_ ? 0 : stalledPolls_ + 1;
+    stalledPolls_ = running_ && callbacks != seenCallbacks_ ? 0 : stalledPolls_ + 1;
     seenCallbacks_ = callbacks;
-    if (stalledPolls_ < kStalledPolls) return;
+    const bool online = jack_ != nullptr && jack_->online();
+    const bool serverLeft = onJack() && !online;
+    const bool serverCame = !running_ && online;
+    if (!serverLeft && !serverCame && stalledPolls_ < kStalledPolls) return;
     stop();
     start();
 }
 
 void Synth::start() {
     stalledPolls_ = 0;
-    if (!sound_) return;
-    const int jackRate = jackRate_ ? jackRate_() : 0;
-    if (jackRate > 0 && startDriver("jack", jackRate)) return;
+    if (!sound_ || startJack()) return;
     for (const char* name : {"pipewire", "pulseaudio"})
-        if (startDriver(name, kUsualRate)) return;
-    if (hasSoundCard()) startDriver("alsa", kUsualRate);
+        if (startDriver(name)) return;
+    if (hasSoundCard()) startDriver("alsa");
 }
 
 void Synth::stop() {
+    if (onJack() && jack_ != nullptr) jack_->setAudio(nullptr);
     running_ = false;
     driver_ = nullptr;
     driverName_ = "";
@@ -108,16 +116,24 @@ void Synth::prepare(int sampleRate) {
     running_ = true;
 }
 
-bool Synth::startDriver(const char* name, int sampleRate) {
+bool Synth::startJack() {
+    if (jack_ == nullptr || !jack_->online()) return false;
+    prepare(jack_->sampleRate());
+    if (core_->ready() && jack_->setAudio(this))
+        driverName_ = "jack";
+    else
+        stop();
+    return running_;
+}
+
+bool Synth::startDriver(const char* name) {
     settings_.reset(new_fluid_settings());
     if (fluid_settings_setstr(settings_.get(), "audio.driver", name) != FLUID_OK) return false;
-    fluid_settings_setnum(settings_.get(), "synth.sample-rate", sampleRate);
+    fluid_settings_setnum(settings_.get(), "synth.sample-rate", kUsualRate);
     fluid_settings_setint(settings_.get(), "audio.period-size", kPeriod);
     fluid_settings_setint(settings_.get(), "audio.periods", kPeriods);
     fluid_settings_setstr(settings_.get(), "audio.sample-format", "float");
-    fluid_settings_setstr(settings_.get(), "audio.jack.id", "Marlune 200Q Synth");
-    fluid_settings_setint(settings_.get(), "audio.jack.autoconnect", 1);
-    prepare(sampleRate);
+    prepare(kUsualRate);
     if (core_->ready()) driver_.reset(new_fluid_audio_driver2(settings_.get(), onAudio, this));
     if (driver_)
         driverName_ = name;
@@ -148,10 +164,11 @@ void Synth::fill(int frames, float* left, float* right) noexcept {
         frame_ = 0;
         time_.base = now;
     } else {
-        time_.base += apart / 200;
+        time_.base += apart / kSlowness;
     }
-    latency_ =
-        std::max(latency_, frames + 2 * SynthCore::kBlock + kLookAheadNs * time_.rate / FrameTime::kSecond);
+    // How far the device runs ahead of the events: the rest of a burst, a callback, a block.
+    const std::int64_t ahead = std::max<std::int64_t>(0, time_.nsAt(frame_) - now) + kLookAheadNs;
+    latency_ = std::max(latency_, frames + 2 * SynthCore::kBlock + ahead * time_.rate / FrameTime::kSecond);
     for (int done = 0; done < frames;) {
         if (taken_ == SynthCore::kBlock) nextBlock();
         const int count = std::min(frames - done, SynthCore::kBlock - taken_);

@@ -6,10 +6,11 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <memory>
 
+#include "platform/audio_source.h"
 #include "platform/frame_time.h"
+#include "platform/jack_client.h"
 #include "platform/message_ring.h"
 #include "platform/port_system.h"
 #include "platform/synth_core.h"
@@ -19,11 +20,11 @@ namespace marlune {
 // User-interface thread, except send(): engine thread. Events go through a ring into the audio callback,
 // which places them at their sample with a fixed latency. Without any audio device it swallows what it gets,
 // and looks for one again from time to time.
-class Synth : public OutputLink {
+class Synth : public OutputLink, private AudioSource {
   public:
-    // jackRate: the sample rate of the JACK server, 0 where there is none; asked on the user-interface
-    // thread. sound: false never opens an audio device.
-    Synth(PlayClock& clock, std::function<int()> jackRate, bool sound);
+    // jack: to be preferred while it is online; may be null. sound: false never opens an audio device. Clock
+    // and client outlive the synthesizer.
+    Synth(PlayClock& clock, JackClient* jack, bool sound);
     ~Synth() override;
     Synth(const Synth&) = delete;
     Synth& operator=(const Synth&) = delete;
@@ -41,7 +42,7 @@ class Synth : public OutputLink {
     const char* driverName() const { return driverName_; }
 
     // Audio thread, for the driver; public for tests. Writes the next frames.
-    void fill(int frames, float* left, float* right) noexcept;
+    void fill(int frames, float* left, float* right) noexcept override;
 
     // Makes sample rate and sound ready as for a driver, without one; for tests.
     void prepare(int sampleRate);
@@ -49,7 +50,9 @@ class Synth : public OutputLink {
   private:
     void start();
     void stop();
-    bool startDriver(const char* name, int sampleRate);
+    bool onJack() const;
+    bool startJack();
+    bool startDriver(const char* name);
     void nextBlock() noexcept;
     static int onAudio(void* self, int frames, int effects, float** effect, int outputs, float** output);
 
@@ -61,7 +64,7 @@ class Synth : public OutputLink {
     };
 
     PlayClock& clock_;
-    std::function<int()> jackRate_;
+    JackClient* jack_;
     bool sound_;
     int users_ = 0;
     int idlePolls_ = 0;

@@ -1,0 +1,19 @@
+// What marlune-cli can do, a routine a verb. Each returns the exit status and has told on stderr what failed.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace marlune {
+
+using Words = std::vector<std::string>; // the command line behind the verb
+
+int playVerb(const Words& words);
+int renderVerb(const Words& words);
+int resaveVerb(const Words& words);
+int portsVerb(const Words& words);
+
+// Tells what is wrong and returns the exit status for it.
+int refuse(const std::string& text);
+
+} // namespace marlune

@@ -1,0 +1,126 @@
+// Any form through the one binding: contents go both ways around every event.
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "desktop/form_window.h"
+#include "desktop/main_window.h"
+#include "desktop/qt_shell.h"
+#include "panel/menus.h"
+
+namespace marlune {
+namespace {
+
+struct TryForm final : Form {
+    Label note{"first"};
+    TextBox name{"abc"}, number{"12"};
+    CheckBox loud{"Loud", false};
+    ComboBox port{{"None", "One", "Two"}, 1};
+    Button ok{"OK"}, cancel{"Cancel"}, add{"Add"};
+    std::string log;
+    bool takeEscape = false;
+
+    void describe(FormBuilder& b) override {
+        b.label(note);
+        b.beginFrame("Frame");
+        b.textBox("Name", name, 12, [this] { log += "focus:" + name.text + " "; });
+        b.digitsBox("Number", number, 3);
+        b.comboBox("Port", port);
+        b.checkBox(loud, [this] { log += loud.checked ? "loud " : "quiet "; number.enabled = !loud.checked; });
+        b.endFrame();
+        b.beginRow();
+        b.button(add, FormBuilder::Role::plain, [this] { number.text += "0"; note.text = name.text; });
+        b.button(ok, FormBuilder::Role::accept, [this] { log += "ok:" + name.text + "/" + number.text + "/" + std::to_string(port.selected); unload(); });
+        b.button(cancel, FormBuilder::Role::reject, [this] { log += "cancel"; unload(); });
+        b.endRow();
+    }
+    bool Form_KeyDown(int code) override {
+        log += "key" + std::to_string(code) + " ";
+        return code == 27 && takeEscape;
+    }
+};
+
+// Runs what the user does while the form is shown, then returns the form's log.
+template <typename User>
+std::string whileModal(TryForm& form, QtShell& shell, User user) {
+    setAppShell(&shell);
+    QTimer::singleShot(20, &shell, [&] {
+        auto* window = qobject_cast<FormWindow*>(QApplication::activeModalWidget());
+        ASSERT_NE(window, nullptr);
+        user(*window);
+    });
+    form.showModal();
+    setAppShell(nullptr);
+    return form.log;
+}
+
+TEST(FormWindows, ContentsGoIntoTheFormBeforeAnEventAndBackAfterIt) {
+    resetMenus();
+    QtShell shell;
+    TryForm form;
+    const std::string log = whileModal(form, shell, [&](FormWindow& window) {
+        const QList<QLineEdit*> lines = window.findChildren<QLineEdit*>();
+        QTest::keyClicks(lines[1], "7x8");
+        lines[0]->setText("new");
+        window.findChild<QComboBox*>()->setCurrentIndex(2);
+        window.findChildren<QPushButton*>()[0]->click();
+        EXPECT_EQ(form.number.text, "12780");
+        EXPECT_EQ(lines[1]->text(), "12780");
+        EXPECT_EQ(window.findChild<QLabel*>()->text(), "new");
+        window.findChild<QCheckBox*>()->click();
+        EXPECT_FALSE(lines[1]->isEnabled());
+        form.log.clear();
+        QTest::keyClick(lines[0], Qt::Key_Return);
+    });
+    EXPECT_EQ(log, "key13 ok:new/12780/2");
+    EXPECT_FALSE(form.loaded());
+}
+
+TEST(FormWindows, EscapeAndTheCloseBoxGoToTheRejectingButtonUnlessTheFormTakesTheKey) {
+    resetMenus();
+    QtShell shell;
+    TryForm form;
+    form.takeEscape = true;
+    EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) {
+        form.log.clear();
+        QTest::keyClick(&window, Qt::Key_Escape);
+        EXPECT_TRUE(form.visible());
+        window.close();
+    }), "key27 cancel");
+    form.takeEscape = false;
+    form.log.clear();
+    EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) { form.log.clear(); QTest::keyClick(&window, Qt::Key_Escape); }),
+              "key27 cancel");
+}
+
+TEST(FormWindows, TheFocusSelectsAllAndAModelessFormIsFollowed) {
+    resetMenus();
+    QtShell shell;
+    setAppShell(&shell);
+    TryForm form;
+    form.show();
+    auto* window = shell.window().findChild<FormWindow*>();
+    ASSERT_NE(window, nullptr);
+    auto* line = window->findChild<QLineEdit*>();
+    QFocusEvent focus(QEvent::FocusIn, Qt::MouseFocusReason);
+    QCoreApplication::sendEvent(line, &focus);
+    QTest::qWait(5);
+    EXPECT_EQ(line->selectedText(), "abc");
+    EXPECT_NE(form.log.find("focus:abc"), std::string::npos);
+    form.note.text = "second";
+    shell.formChanged(form);
+    EXPECT_EQ(window->findChild<QLabel*>()->text(), "second");
+    form.hide();
+    QTest::qWait(250);
+    EXPECT_EQ(shell.window().findChild<FormWindow*>(), nullptr);
+    setAppShell(nullptr);
+}
+
+} // namespace
+} // namespace marlune

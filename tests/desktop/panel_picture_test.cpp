@@ -1,0 +1,162 @@
+// The painted panel: every control at its place, every frame told apart, repainting in pieces as good as whole.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <random>
+
+#include "desktop/mock_state.h"
+#include "desktop/panel_widget.h"
+#include "desktop/scene.h"
+
+namespace marlune {
+namespace {
+
+QImage paint(const PanelState& state, const Touch& touch = {}) {
+    QImage image(kPanelWidth, kPanelHeight, QImage::Format_RGB32);
+    QPainter painter(&image);
+    paintPanel(painter, state, touch, 1);
+    return image;
+}
+
+// Pixels inside the rectangle, grown a little, that differ so that an eye sees it.
+int difference(const QImage& a, const QImage& b, const PanelRect& r, int grow = 0) {
+    int count = 0;
+    for (int y = std::max(0, r.y - grow); y < std::min(kPanelHeight, r.y + r.height + grow); ++y)
+        for (int x = std::max(0, r.x - grow); x < std::min(kPanelWidth, r.x + r.width + grow); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            const int apart = std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) +
+                              std::abs(qBlue(p) - qBlue(q));
+            if (apart > 40) ++count;
+        }
+    return count;
+}
+
+TEST(PanelLayout, TheTableSaysWhatTheDrawingSays) {
+    QFile file(QStringLiteral(MARLUNE_PANEL_JSON));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QJsonArray drawn = QJsonDocument::fromJson(file.readAll()).object()["controls"].toArray();
+    ASSERT_EQ(drawn.size(), static_cast<qsizetype>(placedControls().size()));
+    int i = 0;
+    for (const PlacedControl& c : placedControls()) {
+        const QJsonObject d = drawn[i++].toObject();
+        EXPECT_EQ(d["name"].toString().toStdString(), controlInfo(c.control).name);
+        EXPECT_EQ(d["index"].toInt(), c.index);
+        EXPECT_EQ(QRect(d["x"].toInt(), d["y"].toInt(), d["width"].toInt(), d["height"].toInt()),
+                  QRect(c.rect.x, c.rect.y, c.rect.width, c.rect.height))
+            << controlInfo(c.control).name << c.index;
+        EXPECT_EQ(d["interactive"].toBool(), c.interactive);
+    }
+}
+
+TEST(PanelLayout, EveryControlOfEveryArrayHasAPlace) {
+    for (int c = 0; c < kControls; ++c) {
+        const auto control = static_cast<Control>(c);
+        for (int i = 0; i < controlInfo(control).count; ++i)
+            EXPECT_NE(placedControl(control, i), nullptr) << controlInfo(control).name << i;
+        EXPECT_EQ(placedControl(control, controlInfo(control).count), nullptr);
+    }
+}
+
+TEST(PanelPicture, EveryFrameOfEverySpriteLooksUnlikeItsNeighbour) {
+    for (int c = 0; c < kControls; ++c) {
+        const auto control = static_cast<Control>(c);
+        const ControlInfo& info = controlInfo(control);
+        for (int i = 0; i < info.count && info.kind == ControlKind::sprite; ++i) {
+            if (control == Control::knobSprite && i != 0 && i != 7 && i != 19) continue; // one of each strip
+            PanelState state = patternMoment();
+            state.frames[c][i] = 0;
+            QImage before = paint(state);
+            for (int f = 1; f < info.frames; ++f) {
+                state.frames[c][i] = static_cast<short>(f);
+                const QImage after = paint(state);
+                EXPECT_GT(difference(before, after, placedControl(control, i)->rect), 3)
+                    << info.name << "(" << i << ") frame " << f;
+                before = after;
+            }
+        }
+    }
+}
+
+TEST(PanelPicture, WhatFollowsFromOtherControlsIsSeenThere) {
+    struct Case {
+        const char* what;
+        void (*change)(PanelState&);
+        Control seenAt;
+        int index;
+    };
+    const auto set = [](PanelState& s, Control c, int i, int f) {
+        s.frames[static_cast<std::size_t>(c)][i] = static_cast<short>(f);
+    };
+    static const auto frame = set;
+    const Case cases[] = {
+        {"lamp", [](PanelState& s) { s.lamps[3] = !s.lamps[3]; }, Control::step109LED, 3},
+        {"bank of now", [](PanelState& s) { frame(s, Control::DigitPatt, 0, 26); }, Control::bank103A, 3},
+        {"bank of next", [](PanelState& s) { frame(s, Control::DigitPatt, 3, 1); }, Control::bank103B, 0},
+        {"cue", [](PanelState& s) { frame(s, Control::DigitPatt, 4, 13); }, Control::DigitPatt, 5},
+        {"loop", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][0] = "5"; }, Control::step103A, 8},
+        {"loop of the pads", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][2] = "5"; }, Control::step109LED, 7},
+        {"note", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::Offset109)][6] = "127"; }, Control::Offset109, 6},
+        {"bar", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::timeDisplay)][0] = "1000"; }, Control::timeDisplay, 0},
+        {"title", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::UserTitle)][2] = "A far too long one"; }, Control::UserTitle, 2},
+        {"song mode", [](PanelState& s) { frame(s, Control::Check1, 0, 1); }, Control::keys, 0},
+        {"armed", [](PanelState& s) { frame(s, Control::RecButton, 0, 2); }, Control::knobSprite, 4},
+        {"off", [](PanelState& s) { s.enabled[static_cast<std::size_t>(Control::knobSprite)][5] = false; }, Control::knobSprite, 5},
+        {"under edit", [](PanelState& s) { frame(s, Control::SelEditPicture, 2, 0); }, Control::ediSel, 2},
+    };
+    const QImage before = paint(patternMoment());
+    for (const Case& c : cases) {
+        PanelState state = patternMoment();
+        c.change(state);
+        EXPECT_GT(difference(before, paint(state), placedControl(c.seenAt, c.index)->rect), 5) << c.what;
+    }
+}
+
+TEST(PanelPicture, PointerAndFocusAreSeenOnEveryControlThatAnswers) {
+    const PanelState state = patternMoment();
+    const QImage before = paint(state);
+    for (const PlacedControl* stop : PanelWidget::tabStops()) {
+        Touch focus;
+        focus.focus = stop;
+        EXPECT_GT(difference(before, paint(state, focus), stop->rect, 5), 50);
+    }
+    for (const Control control : {Control::knobSprite, Control::step103A, Control::bank109, Control::step109LED,
+                                  Control::sel103BButton, Control::accent, Control::startStopButton}) {
+        Touch pressed;
+        pressed.pressed = placedControl(control, 1 % controlInfo(control).count);
+        EXPECT_NE(before, paint(state, pressed)) << controlInfo(control).name;
+    }
+}
+
+// The widget repaints pieces; whatever happened before, it must show what painting the state afresh shows.
+TEST(PanelPicture, RepaintingPiecesEndsInTheWholePicture) {
+    PanelWidget widget;
+    widget.showState(patternMoment());
+    widget.show();
+    QImage canvas(kPanelWidth, kPanelHeight, QImage::Format_RGB32);
+    widget.render(&canvas);
+    std::mt19937 random(7);
+    for (int round = 0; round < 60; ++round) {
+        const auto control = static_cast<Control>(random() % kControls);
+        const ControlInfo& info = controlInfo(control);
+        const int index = static_cast<int>(random() % info.count);
+        if (info.kind == ControlKind::sprite)
+            widget.showFrame(control, index, static_cast<int>(random() % info.frames));
+        else if (info.kind == ControlKind::lamp)
+            widget.showLamp(index, random() % 2 == 0);
+        else if (info.kind == ControlKind::text)
+            widget.showText(control, index, std::to_string(random() % 16 + 1));
+    }
+    widget.showState(songMoment());
+    widget.render(&canvas);
+    EXPECT_EQ(canvas, paint(songMoment()));
+    EXPECT_LE(widget.sprites().bytes(), SpriteCache::kBudget);
+}
+
+} // namespace
+} // namespace marlune

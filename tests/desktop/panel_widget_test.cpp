@@ -1,0 +1,152 @@
+// What the user does with the pointer and the keys arrives at the right control.
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "desktop/accessible.h"
+#include "desktop/control_words.h"
+#include "desktop/mock_state.h"
+#include "desktop/panel_widget.h"
+#include "desktop/recorded_events.h"
+
+namespace marlune {
+namespace {
+
+class PanelWidgetTest : public testing::Test {
+  protected:
+    PanelWidgetTest() {
+        installPanelAccessibility();
+        panel.showState(patternMoment());
+        panel.show();
+        panel.setFocus();
+        QTest::qWait(1);
+        takeEvents();
+    }
+
+    // A point of the control that no other control covers, on the widget at its zoom.
+    [[nodiscard]] QPoint openPoint(const PlacedControl& c) const {
+        for (const double fy : {0.5, 0.9, 0.08, 0.97})
+            for (const double fx : {0.5, 0.05, 0.95, 0.25}) {
+                const QPoint at((QPointF(c.rect.x + c.rect.width * fx, c.rect.y + c.rect.height * fy) *
+                                 panel.zoom() / 100.0)
+                                    .toPoint());
+                if (controlAt(at.x() * 100.0 / panel.zoom(), at.y() * 100.0 / panel.zoom()) == &c) return at;
+            }
+        return {-1, -1};
+    }
+    [[nodiscard]] QPoint pointOf(Control control, int index) const { return openPoint(*placedControl(control, index)); }
+    void mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys = {}) {
+        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+        QMouseEvent event(type, at, panel.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button, held,
+                          keys);
+        QCoreApplication::sendEvent(&panel, &event);
+    }
+    void key(int qtKey, bool press, bool repeat, Qt::KeyboardModifiers held = {}) {
+        QKeyEvent event(press ? QEvent::KeyPress : QEvent::KeyRelease, qtKey, held, QString(), repeat);
+        QCoreApplication::sendEvent(&panel, &event);
+    }
+
+    PanelWidget panel;
+};
+
+TEST_F(PanelWidgetTest, AClickReachesTheControlUnderItAtEveryZoom) {
+    for (const int zoom : {50, 100, 125, 300}) {
+        panel.setZoom(zoom);
+        for (const PlacedControl& c : placedControls()) {
+            if (!c.interactive) continue;
+            const QPoint at = openPoint(c);
+            ASSERT_GE(at.x(), 0) << controlInfo(c.control).name << c.index;
+            QTest::mouseClick(&panel, Qt::LeftButton, Qt::NoModifier, at);
+            const std::string where = std::string(controlInfo(c.control).name) + "(" + std::to_string(c.index) + ")@" +
+                                      std::to_string(std::lround(at.y() * 1500.0 / zoom));
+            EXPECT_EQ(takeEvents(), "press:" + where + " release:" + where) << zoom;
+            QTest::qWait(0);
+        }
+    }
+}
+
+TEST_F(PanelWidgetTest, ADragKeepsItsControlAndTellsTheHeldButtonAndShift) {
+    mouse(QEvent::MouseButtonPress, {232, 195}, Qt::LeftButton);
+    mouse(QEvent::MouseMove, {500, -20}, Qt::LeftButton, Qt::ShiftModifier);
+    mouse(QEvent::MouseButtonPress, {500, 300}, Qt::RightButton);
+    mouse(QEvent::MouseButtonRelease, {500, 300}, Qt::LeftButton);
+    mouse(QEvent::MouseMove, {500, 300}, Qt::NoButton);
+    EXPECT_EQ(takeEvents(), "press:knobSprite(0)@2925 move:knobSprite(0)@-300,fine,outside "
+                            "release:knobSprite(0)@4500,outside");
+}
+
+TEST_F(PanelWidgetTest, TheSecondPressOfAFastPairIsAPressAndSaysSo) {
+    const QPoint at = pointOf(Control::up, 0);
+    const std::string where = "up(0)@" + std::to_string(at.y() * 15);
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
+                                    QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
+        mouse(type, at, Qt::LeftButton);
+    EXPECT_EQ(takeEvents(),
+              "press:" + where + " release:" + where + " press:" + where + ",second release:" + where);
+}
+
+TEST_F(PanelWidgetTest, BlackKeysLieUponWhiteOnesAndTheButtonUponItsPlate) {
+    EXPECT_EQ(controlAt(65, 330), placedControl(Control::sel103AButton, 1));
+    EXPECT_EQ(controlAt(65, 380), placedControl(Control::sel103AButton, 0));
+    EXPECT_EQ(controlAt(398, 60), placedControl(Control::startStopButton, 0));
+    EXPECT_EQ(controlAt(350, 20), placedControl(Control::PlayHit, 0));
+    EXPECT_EQ(controlAt(560, 200), nullptr);
+}
+
+TEST_F(PanelWidgetTest, ADisabledKnobAnswersNothing) {
+    panel.showEnabled(Control::knobSprite, 3, false);
+    QTest::mouseClick(&panel, Qt::LeftButton, Qt::NoModifier, pointOf(Control::knobSprite, 3));
+    EXPECT_EQ(takeEvents(), "");
+}
+
+TEST_F(PanelWidgetTest, TheWheelIsCollectedToWholeSteps) {
+    const QPoint at = pointOf(Control::LoopPt, 1);
+    for (const int angle : {60, 60, -360, 90, 40})  {
+        QWheelEvent event(at, panel.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&panel, &event);
+    }
+    EXPECT_EQ(takeEvents(), "wheel:LoopPt(1)+1 wheel:LoopPt(1)-3 wheel:LoopPt(1)+1");
+}
+
+TEST_F(PanelWidgetTest, HoldingAKeyRepeatsWindingAndTempoOnly) {
+    for (const int held : {Qt::Key_Space, Qt::Key_PageUp, Qt::Key_Q, Qt::Key_Plus}) {
+        key(held, true, false);
+        for (int i = 0; i < 2; ++i) key(held, false, true), key(held, true, true);
+        key(held, false, false);
+    }
+    key(Qt::Key_Control, true, false, Qt::ControlModifier);
+    EXPECT_EQ(takeEvents(), "down32/0 up32 down33/0 down33/0 down33/0 up33 down81/0 up81 down17/2");
+    panel.clearFocus();
+    EXPECT_EQ(takeEvents(), "focusLost");
+}
+
+TEST_F(PanelWidgetTest, TabReachesEveryControlByNameAndUpDownF2WorkIt) {
+    std::vector<const PlacedControl*> reached;
+    QStringList names;
+    for (std::size_t i = 0; i < PanelWidget::tabStops().size(); ++i) {
+        QTest::keyClick(&panel, Qt::Key_Tab);
+        reached.push_back(panel.focusControl());
+        names << controlName(*panel.focusControl(), panel.state());
+        EXPECT_FALSE(controlTip(*panel.focusControl()).isEmpty()) << names.last().toStdString();
+    }
+    EXPECT_EQ(reached, PanelWidget::tabStops());
+    EXPECT_EQ(names.removeDuplicates(), 0);
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&panel);
+    ASSERT_EQ(access->childCount(), static_cast<int>(reached.size()));
+    EXPECT_EQ(access->child(0)->text(QAccessible::Name), names[0]);
+    EXPECT_EQ(access->child(0)->text(QAccessible::Value), "pattern");
+
+    takeEvents();
+    panel.setFocusControl(placedControl(Control::knobSprite, 7));
+    for (const int k : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2}) QTest::keyClick(&panel, static_cast<Qt::Key>(k));
+    panel.setFocusControl(placedControl(Control::bank109, 2));
+    for (const int k : {Qt::Key_Up, Qt::Key_F2}) QTest::keyClick(&panel, static_cast<Qt::Key>(k));
+    EXPECT_EQ(takeEvents(), "wheel:knobSprite(7)+1 up38 wheel:knobSprite(7)-1 up40 key:knobSprite(7) "
+                            "key:bank109(2) up38 key:bank109(2)");
+}
+
+} // namespace
+} // namespace marlune

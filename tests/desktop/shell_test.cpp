@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+#include "desktop/fd_pump.h"
+#include "desktop/main_window.h"
+#include "desktop/panel_widget.h"
+#include "desktop/qt_shell.h"
+#include "desktop/recorded_events.h"
+
+namespace marlune {
+namespace {
+
+class ShellTest : public testing::Test {
+  protected:
+    ShellTest() {
+        resetMenus();
+        shell = std::make_unique<QtShell>();
+        setAppShell(shell.get());
+        shell->mayClose = [this] { log += "may? "; return allow; };
+        shell->closing = [this] { log += "closing "; };
+        shell->window().show();
+        takeEvents();
+    }
+    ~ShellTest() override { setAppShell(nullptr); }
+
+    std::unique_ptr<QtShell> shell;
+    std::string log;
+    bool allow = true;
+};
+
+TEST_F(ShellTest, EveryMenuEntryStandsInOrderShowsItsStateAndIsReported) {
+    std::string expected;
+    for (const MenuRow& row : menuRows()) {
+        if (row.kind != MenuKind::entry) continue;
+        QAction* action = shell->window().action(row.id);
+        ASSERT_NE(action, nullptr) << row.name;
+        EXPECT_EQ(action->text().toStdString(), menuState(row.id).caption);
+        EXPECT_EQ(action->shortcut(), QKeySequence(row.shortcut)) << row.name;
+        setMenuEnabled(row.id, true);
+        action->trigger();
+        expected += (expected.empty() ? "" : " ") + std::string(row.name);
+    }
+    EXPECT_EQ(takeEvents(), expected);
+    setMenuCaption(Menu::mnuEditCut, "Copy Pattern");
+    setMenuEnabled(Menu::mnuEditCut, false);
+    setMenuVisible(Menu::mnuEditCut, false);
+    const QAction* cut = shell->window().action(Menu::mnuEditCut);
+    EXPECT_EQ(cut->text(), "Copy Pattern");
+    EXPECT_FALSE(cut->isEnabled() || cut->isVisible());
+}
+
+TEST_F(ShellTest, ShortcutsOfTheWindowAreUnlikeEachOther) {
+    QList<QKeySequence> keys;
+    for (const QAction* action : shell->window().findChildren<QAction*>())
+        for (const QKeySequence& key : action->shortcuts()) {
+            EXPECT_FALSE(keys.contains(key)) << key.toString().toStdString();
+            keys << key;
+        }
+}
+
+TEST_F(ShellTest, TheWindowTakesTheSizeOfTheZoomedPanel) {
+    shell->window().setZoom(100);
+    for (const int expected : {125, 150, 200, 250, 300, 300}) {
+        shell->window().stepZoom(1);
+        QTest::qWait(1);
+        EXPECT_EQ(shell->window().panel().zoom(), expected);
+        EXPECT_EQ(shell->window().width(), kPanelWidth * expected / 100);
+    }
+    shell->window().setZoom(50);
+    shell->window().stepZoom(-1);
+    EXPECT_EQ(shell->window().panel().zoom(), 50);
+}
+
+TEST_F(ShellTest, ClosingAsksFirstAndWaitsForARoutineThatLetsEventsRun) {
+    allow = false;
+    shell->window().close();
+    EXPECT_EQ(log, "may? ");
+    EXPECT_TRUE(shell->window().isVisible());
+    allow = true;
+    log.clear();
+    QTimer::singleShot(0, [&] { shell->window().close(); });
+    shell->waitForEvents(50);
+    shell->waitForEvents(5);
+    EXPECT_EQ(log, "");
+    QTest::qWait(10);
+    EXPECT_EQ(log, "may? closing ");
+    EXPECT_FALSE(shell->window().isVisible());
+    shell->waitForEvents(1000); // returns at once after the end
+}
+
+TEST_F(ShellTest, AWaitEndsWithTheFirstEventOrAtItsLimit) {
+    QElapsedTimer clock;
+    clock.start();
+    shell->letEventsRun();
+    while (clock.elapsed() < 30) shell->waitForEvents(30 - static_cast<int>(clock.elapsed()));
+    EXPECT_LT(clock.elapsed(), 200);
+    bool came = false;
+    QTimer::singleShot(5, [&] { came = true; });
+    for (int i = 0; i < 50 && !came; ++i) shell->waitForEvents(2000);
+    EXPECT_TRUE(came);
+    EXPECT_LT(clock.elapsed(), 1500);
+}
+
+TEST_F(ShellTest, AMessageBoxReturnsTheButton) {
+    const auto answer = [&](QMessageBox::StandardButton button, BoxButtons buttons) {
+        QTimer::singleShot(10, [button] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            EXPECT_EQ(box->text(), "Save changes to a.mlp\nbefore closing ? ");
+            box->button(button)->click();
+        });
+        return shell->messageBox("Save changes to a.mlp\nbefore closing ? ", BoxIcon::exclamation, buttons);
+    };
+    EXPECT_EQ(answer(QMessageBox::Yes, BoxButtons::yesNoCancel), BoxAnswer::yes);
+    EXPECT_EQ(answer(QMessageBox::No, BoxButtons::yesNoCancel), BoxAnswer::no);
+    EXPECT_EQ(answer(QMessageBox::Cancel, BoxButtons::okCancel), BoxAnswer::cancel);
+    EXPECT_EQ(answer(QMessageBox::Ok, BoxButtons::ok), BoxAnswer::ok);
+}
+
+TEST(DesktopPieces, FiltersAndDescriptors) {
+    EXPECT_EQ(nativeFilter("Marlune Files (*.mlp)|*.mlp"), "Marlune Files (*.mlp *.MLP)");
+    EXPECT_EQ(nativeFilter("Songs|*.rbs|All files (*.*)|*.*"), "Songs (*.rbs *.RBS);;All files (*.*)");
+    const int fd = eventfd(0, EFD_NONBLOCK);
+    int calls = 0;
+    const FdPump pump(fd, [&] { ++calls; });
+    for (int round = 1; round <= 2; ++round) {
+        const std::uint64_t one = 1;
+        ASSERT_EQ(write(fd, &one, sizeof one), 8);
+        QTest::qWait(20);
+        EXPECT_EQ(calls, round);
+    }
+    close(fd);
+}
+
+} // namespace
+} // namespace marlune

@@ -1,0 +1,156 @@
+// A freshly started program around a test: a recorder before the real playback engine in virtual time, a
+// recording display, a shell with scripted answers, ports in memory and a clock that the test moves.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/virtual_engine.h"
+#include "midi/midi_input.h"
+#include "panel/app_shell.h"
+#include "panel/panel_events.h"
+#include "panel/panel_view.h"
+
+namespace marlune::test {
+
+// Keeps the calls as text in order, "Set103Note32(0,1,2,3,5)", and hands them on.
+class RecordingComponent final : public EngineComponent {
+  public:
+    explicit RecordingComponent(EngineComponent& behind) : behind_(behind) {}
+    int call(const EngineCall& call) override;
+    bool takeMessage(EngineMessage& message) override { return behind_.takeMessage(message); }
+    std::vector<std::string> calls;
+
+  private:
+    EngineComponent& behind_;
+};
+
+class RecordingView final : public PanelView {
+  public:
+    void showFrame(Control control, int index, int frame) override;
+    void showText(Control control, int index, const std::string& text) override;
+    void showLamp(int step, bool lit) override;
+    void showEnabled(Control control, int index, bool enabled) override;
+    std::vector<std::string> shown;
+};
+
+class ScriptedShell final : public AppShell {
+  public:
+    void showTitle(const std::string& text) override { title = text; }
+    void showPointer(Pointer /*pointer*/) override {}
+    void showStatus(const std::string& text) override { status = text; }
+    void showStatusBar(bool visible) override { statusBar = visible; }
+    void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
+    void showPanel(bool visible) override { panel = visible; }
+    void beep() override {}
+    BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) override;
+    std::string fileDialog(const FileDialog& dialog) override;
+    void runModal(Form& form) override;
+    void showModeless(Form& /*form*/) override {}
+    void formChanged(Form& /*form*/) override {}
+    void letEventsRun() override;
+    void waitForEvents(int ms) override;
+    void closeWindow() override { ++closings; }
+    void openHelp() override {}
+    void showAbout() override {}
+
+    std::string title, status;
+    bool statusBar = false, panel = false;
+    int closings = 0;
+    std::vector<std::string> boxes;         // texts of the message boxes
+    std::deque<BoxAnswer> answers;          // to the next boxes; then the refusing button
+    std::deque<std::string> fileNames;      // of the next file dialogs; then none
+    std::vector<FileDialog> dialogs;        // as asked
+    std::deque<std::function<void(Form&)>> modal; // what the user does in the next modal forms
+
+    // Runs an action once the virtual clock has reached that many ms from now, inside whatever waits then.
+    void after(int ms, std::function<void()> action);
+
+  private:
+    struct Timed {
+        std::uint32_t due;
+        std::function<void()> action;
+    };
+    std::vector<Timed> timed_;
+};
+
+// Port in memory: what arrives is kept as text, "90 24 64".
+class MemoryPort final : public OutputPort {
+  public:
+    void send(const MidiMessage& message, std::int64_t due) noexcept override;
+    std::vector<std::string> sent;
+};
+
+class MemoryDevices final : public OutputDevices, public InputDevices {
+  public:
+    int count() override { return devices; }
+    std::string name(int index) override { return "Device " + std::to_string(index); }
+    OutputPort* open(int index) override { return index >= 0 && index < devices ? &ports[index] : nullptr; }
+    void close(OutputPort* /*port*/) override {}
+    bool open(int index, InputSink& sink) override;
+    void close() override { input = nullptr; }
+
+    int devices = 2;
+    MemoryPort ports[2];
+    InputSink* input = nullptr;
+};
+
+struct Options {
+    bool devicesChosen = true;  // output 0 and input 0 are open
+    std::string configFolder;
+    std::string commandLine;
+};
+
+class TestProgram {
+  public:
+    explicit TestProgram(const Options& options = {});
+    ~TestProgram();
+    TestProgram(const TestProgram&) = delete;
+    TestProgram& operator=(const TestProgram&) = delete;
+
+    MemoryDevices devices;
+    VirtualEngine engine;
+    RecordingComponent recorder;
+    RecordingView view;
+    ScriptedShell shell;
+
+    // What was recorded since the last time, one blank between; forgets it.
+    std::string calls();
+    std::string shown();
+    std::string wire(); // port 0
+
+    void play(int steps);            // that many whole steps, all their messages delivered
+    void midi(int status, int data1, int data2); // arrives at the input; read at once in event mode
+    void click(Control control, int index = 0);
+    void doubleClick(Control control, int index = 0);
+    void drag(Control control, int index, double fromY, double toY, int moves = 4);
+
+    // Empty when the component's copy of the patterns is that of the record, else the first difference.
+    std::string copyDifference();
+
+    static void advanceClock(int ms);
+    static std::uint32_t now();
+};
+
+// Several fixtures' worth of noise: the first step's bass pattern of a module as text, "C  E^! -  D_":
+// note name, octave ^ or _, accent !, "-" a rest.
+void setBassSteps(int module, const std::string& text);
+
+// A folder that vanishes with the object.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    [[nodiscard]] std::string file(const std::string& name) const { return path + "/" + name; }
+    std::string path;
+};
+
+std::vector<std::uint8_t> readBytes(const std::string& path);
+void writeBytes(const std::string& path, const std::vector<std::uint8_t>& bytes);
+
+} // namespace marlune::test
