@@ -1,4 +1,5 @@
-// Makes the demo projects: make_examples FOLDER writes harbour_nights.mlp and tide_pool.mlp there.
+// Makes the demo projects: make_examples FOLDER writes harbour_nights.mlp and tide_pool.mlp there, and the
+// starter configuration into the folder's subfolder "starter".
 //
 // Patterns are written as text. Bass: sixteen steps of a note name C..B or C' with ^ octave up, _ octave down,
 // ! accent, or - for a rest. Drums: one line of sixteen per row, x a hit.
@@ -12,6 +13,8 @@
 #include "core/project_file.h"
 #include "core/song_track.h"
 #include "core/startup.h"
+#include "midi/config_file.h"
+#include "midi/global_config.h"
 
 namespace marlune {
 
@@ -220,5 +223,10 @@ int main(int argc, char** argv) {
         startupMain("", hooks);
         if (!make(folder + name)) return 1;
     }
+    // The built-in synthesizer for both outputs (the clock then goes out once), the virtual input.
+    config.midiInDevice = config.midiOutDevice = config.syncOutDevice = 0;
+    config.statusBarVisible = true;
+    setConfigFolder(folder + "/starter");
+    saveGlobalConfig();
     return 0;
 }

@@ -173,7 +173,7 @@ void paintPad(const Ink& ink, const Look& look, const QRectF& area) {
         const QRectF face = top.adjusted(half, half, -half, 0);
         ink.box(face, 6.5, dark ? colours.capAsleep : beat ? palette::kPad : palette::kPadBetween);
         ink.frame(face.adjusted(half, half, -half, -half), 6, palette::kEdge);
-        const QRgb colour = beat && !look.is(kBeyond) ? palette::kText : rgb(0xCFC6BC);
+        const QRgb colour = look.is(kBeyond) ? rgb(0xB4ACA3) : beat ? palette::kText : rgb(0xCFC6BC);
         ink.textMiddle(middle, label, {12, beat ? 600 : 500}, colour);
     }
     hoverFilm(ink, look, top, 7);

@@ -141,13 +141,21 @@ void paintLogo(const Ink& ink, QPointF centre, double radius) {
     ink.painter().restore();
 }
 
-void paintGround(const Ink& ink, std::uint16_t marks) {
+void paintGround(const Ink& ink, const PanelRect& tile, std::uint16_t marks) {
+    // Everything on a plate stays within its shadow and its light.
+    const auto reaches = [&tile](const PanelRect& r) {
+        return tile.x < r.x + r.width + 8 && r.x - 8 < tile.x + tile.width && tile.y < r.y + r.height + 8 &&
+               r.y - 8 < tile.y + tile.height;
+    };
     ink.box(QRectF(0, 0, kPanelWidth, kPanelHeight), 0, palette::kBed);
-    strip(ink);
-    songBox(ink, (marks & kSong) != 0, (marks & kArmed) != 0);
+    if (reaches(kRegions.strip)) strip(ink);
+    if (reaches(kRegions.songBox)) songBox(ink, (marks & kSong) != 0, (marks & kArmed) != 0);
     for (int module = 0; module < 3; ++module)
-        modulePlate(ink, module, (marks & (kGroundEdit << module)) != 0);
-    for (const Printed& p : kModuleCaptions) print(ink, p, palette::kCaption);
+        if (reaches(kRegions.modules[module]))
+            modulePlate(ink, module, (marks & (kGroundEdit << module)) != 0);
+    for (const Printed& p : kModuleCaptions)
+        if (reaches({static_cast<int>(p.x) - 50, static_cast<int>(p.y) - 10, 150, 12}))
+            print(ink, p, palette::kCaption);
 }
 
 void paintChannel(const Ink& ink, const Look& look, const QRectF& box) {

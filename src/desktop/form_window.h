@@ -27,6 +27,8 @@ class FormWindow final : public QDialog, private FormBuilder {
     [[nodiscard]] const Form* form() const { return &form_; }
     void showContents(); // after a change from outside; closes when the form is hidden
 
+    void reject() override { close(); } // no way out past the form
+
   signals:
     void formHidden();
 

@@ -8,6 +8,7 @@
 namespace marlune {
 
 class Ink;
+struct PanelRect;
 
 enum class Art : std::uint8_t {
     ground, channel, arrow, halo, rail, bracket, lamp, keys, stepCap, bankCap, octaveCap, drumCap, pad, knob,
@@ -45,8 +46,8 @@ std::size_t hashOf(const Look& look);
 // Draws the look with its box at the origin. Light may reach beyond the box.
 void paintLook(const Ink& ink, const Look& look, double width, double height);
 
-// The plates with everything printed on them, in panel coordinates. marks: kEdit << module, kSong, kArmed.
+// What of the plates, and of all that is printed on them, may show in a tile; in panel coordinates. marks: kEdit << module, kSong, kArmed.
 inline constexpr int kGroundEdit = 8; // bits 8, 16, 32: module 0, 1, 2 under edit
-void paintGround(const Ink& ink, std::uint16_t marks);
+void paintGround(const Ink& ink, const PanelRect& tile, std::uint16_t marks);
 
 } // namespace marlune

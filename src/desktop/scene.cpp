@@ -299,7 +299,7 @@ void paintPiece(QPainter& painter, const Piece& piece, const Look& look, double 
     if (piece.art == Art::ground) {
         painter.setClipRect(QRect(area.x, area.y, area.width, area.height));
         painter.scale(scale, scale);
-        paintGround(Ink(painter, scale), look.marks);
+        paintGround(Ink(painter, scale), piece.rect, look.marks);
     } else {
         const int margin = static_cast<int>(std::ceil(piece.margin * scale));
         painter.translate(area.x + margin, area.y + margin);

@@ -89,13 +89,13 @@ TEST(FormWindows, EscapeAndTheCloseBoxGoToTheRejectingButtonUnlessTheFormTakesTh
     form.takeEscape = true;
     EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) {
         form.log.clear();
-        QTest::keyClick(&window, Qt::Key_Escape);
+        QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
         EXPECT_TRUE(form.visible());
         window.close();
     }), "key27 cancel");
     form.takeEscape = false;
     form.log.clear();
-    EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) { form.log.clear(); QTest::keyClick(&window, Qt::Key_Escape); }),
+    EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) { form.log.clear(); QTest::keyClick(window.focusWidget(), Qt::Key_Escape); }),
               "key27 cancel");
 }
 

@@ -1,0 +1,103 @@
+#include "core/startup.h"
+
+#include <gtest/gtest.h>
+
+#include "core/default_project.h"
+#include "core/project_file.h"
+#include "core/song_track.h"
+#include "midi/global_config.h"
+#include "panel/mode_switch.h"
+#include "panel/shown_state.h"
+#include "playback/transport.h"
+#include "support/test_program.h"
+
+namespace marlune {
+namespace {
+
+using test::TemporaryFolder;
+using test::TestProgram;
+
+TEST(Startup, LeavesACleanNewProjectWhoseCopyTheComponentHas) {
+    TestProgram program;
+    EXPECT_EQ(program.shell.title, "Marlune 200Q [ untitled.mlp ]");
+    EXPECT_FALSE(projectDirty);
+    EXPECT_TRUE(program.shell.statusBar);
+    EXPECT_TRUE(program.shell.boxes.empty());
+    EXPECT_EQ(program.copyDifference(), "");
+    EXPECT_EQ(shownText(Control::UserTitle, 19), "Accent");
+    EXPECT_EQ(shownFrame(Control::knobSprite, 12), 42);
+    EXPECT_EQ(shownText(Control::PatchID, 0), "NONE");
+    EXPECT_EQ(shownFrame(Control::SelEditPicture, 0) + 2 * shownFrame(Control::SelEditPicture, 1), 2);
+    EXPECT_EQ(mappedKey('K').module * 10 + mappedKey('K').pattern, 27);
+    playButton(); // a new project sounds: a low C on every step
+    program.play(2);
+    EXPECT_NE(program.wire().find("90 24 64"), std::string::npos);
+}
+
+TEST(Startup, WarnsOnceWithoutDevicesAndOpensTheNamedProject) {
+    const TemporaryFolder folder;
+    {
+        TestProgram program;
+        project.tempo = 99;
+        saveProjectFile(folder.file("named.mlp"));
+    }
+    test::Options options;
+    options.devicesChosen = false;
+    options.commandLine = folder.file("named.mlp");
+    TestProgram program(options);
+    EXPECT_EQ(program.shell.boxes.size(), 1U);
+    EXPECT_EQ(program.shell.boxes[0].substr(0, 40), "Warning: Can't open selected MIDI Device");
+    EXPECT_EQ(project.tempo, 99);
+    EXPECT_EQ(program.shell.title, "Marlune 200Q [ named.mlp ]");
+    EXPECT_FALSE(projectDirty);
+}
+
+TEST(Startup, RefusesASecondInstanceBeforeAnythingElse) {
+    TestProgram program;
+    project.tempo = 55;
+    StartupHooks hooks;
+    hooks.anotherInstanceRuns = [] { return true; };
+    EXPECT_FALSE(startupMain("", hooks));
+    EXPECT_EQ(program.shell.boxes[0],
+              "Error:  Marlune200q is already running.\nYou may run only one instance of Marlune at a time.");
+    EXPECT_EQ(project.tempo, 55);
+    EXPECT_EQ(program.calls(), "");
+}
+
+TEST(Closing, AsksStopsAndReleasesInThatOrder) {
+    TestProgram program;
+    EXPECT_TRUE(MDIForm_QueryUnload()); // nothing to save: no question
+    projectDirty = true;
+    playButton();
+    program.play(3);
+    EXPECT_FALSE(MDIForm_QueryUnload()); // cancelled: everything goes on
+    EXPECT_TRUE(transportRunning);
+    EXPECT_EQ(program.shell.boxes.back(), "Save changes to untitled.mlp\nbefore closing ? ");
+    program.shell.answers = {BoxAnswer::yes}; // but the file dialog is left without a name
+    EXPECT_FALSE(MDIForm_QueryUnload());
+    program.shell.answers = {BoxAnswer::no};
+    EXPECT_TRUE(MDIForm_QueryUnload());
+    EXPECT_FALSE(transportRunning);
+    EXPECT_FALSE(program.shell.panel);
+}
+
+TEST(FileNew, BringsTheDefaultsBackInEitherMode) {
+    for (const bool fromSong : {false, true}) {
+        TestProgram program;
+        project.tempo = 200;
+        setBar(1, 160, 3, 3);
+        test::setBassSteps(1, "G G_ G^");
+        if (fromSong) Check1_Click();
+        projectDirty = false;
+        mnuFileNew_Click();
+        EXPECT_FALSE(songMode);
+        EXPECT_EQ(project.tempo, 140);
+        EXPECT_EQ(barPatt(1, 160), 0);
+        EXPECT_EQ(knobTrack[12][9999], 100);
+        EXPECT_FALSE(projectDirty);
+        EXPECT_EQ(program.copyDifference(), "");
+    }
+}
+
+} // namespace
+} // namespace marlune
