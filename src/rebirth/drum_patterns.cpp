@@ -45,11 +45,12 @@ struct DrumParameter {
 };
 using Sets = DrumParameter::Sets;
 constexpr DrumParameter kParameters[] = {
-    {16, Sets::accent},         {17, Sets::levels, 1, 1},   {20, Sets::levels, 2, 2},   {23, Sets::levels, 3, 4},
-    {25, Sets::pairSwitch, 0},  {26, Sets::levels, 5, 6},   {28, Sets::pairSwitch, 1},  {29, Sets::levels, 7, 8},
-    {31, Sets::pairSwitch, 2},  {32, Sets::levels, 9, 10},  {33, Sets::pairSwitch, 3},  {34, Sets::levels, 11, 12},
-    {35, Sets::pairSwitch, 4},  {36, Sets::levels, 13, 13}, {37, Sets::levels, 14, 14}, {40, Sets::levels, 15, 15},
-    {42, Sets::levels, 16, 16},
+    {16, Sets::accent},         {17, Sets::levels, 1, 1},   {20, Sets::levels, 2, 2},
+    {23, Sets::levels, 3, 4},   {25, Sets::pairSwitch, 0},  {26, Sets::levels, 5, 6},
+    {28, Sets::pairSwitch, 1},  {29, Sets::levels, 7, 8},   {31, Sets::pairSwitch, 2},
+    {32, Sets::levels, 9, 10},  {33, Sets::pairSwitch, 3},  {34, Sets::levels, 11, 12},
+    {35, Sets::pairSwitch, 4},  {36, Sets::levels, 13, 13}, {37, Sets::levels, 14, 14},
+    {40, Sets::levels, 15, 15}, {42, Sets::levels, 16, 16},
 };
 
 } // namespace
@@ -75,7 +76,8 @@ void Drum_Patterns::Convert_PatternToMarLune(int bank, int pattern) const {
     const int p = kPatterns * bank + pattern;
     DrumPattern& target = project.drum.patterns[bank][pattern];
     for (int step = 0; step < kSteps; ++step) {
-        for (int d = 0; d < kDrumRows; ++d) target.drumOn[step][d] = hitAt(kImportRow[d], step, p) ? kDrumHit : 0;
+        for (int d = 0; d < kDrumRows; ++d)
+            target.drumOn[step][d] = hitAt(kImportRow[d], step, p) ? kDrumHit : 0;
     }
     target.loopEnd = patternLengths[p] - 1;
 }

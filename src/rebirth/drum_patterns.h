@@ -18,10 +18,11 @@ class Drum_Patterns {
     int patternNumber = 0; // what Convert_Pattern works on, 0..31
     int channel = 10;      // 1..16
 
-    // How the voices stand; the song's events change it through applyParameter. Levels as in the file, 0..255.
-    std::array<bool, 5> voiceSwitch{};           // which instrument of each pair sounds
+    // How the voices stand; the song's events change it through applyParameter. Levels as in the file,
+    // 0..255.
+    std::array<bool, 5> voiceSwitch{}; // which instrument of each pair sounds
     int accentLevel = 0;
-    std::array<int, kRbsVoices> voiceLevel{};    // [1..16]
+    std::array<int, kRbsVoices> voiceLevel{}; // [1..16]
 
     int eventStatus = 0; // of the event that MIDI_808_Get_Step produced
     int eventNote = 0;

@@ -6,9 +6,13 @@ namespace marlune {
 
 namespace {
 
-constexpr bool isFlagByte(int offset) { return offset % 8 == 6; }
+constexpr bool isFlagByte(int offset) {
+    return offset % 8 == 6;
+}
 
-constexpr int flagByteOf(int offset) { return offset + (14 - offset % 8) % 8; }
+constexpr int flagByteOf(int offset) {
+    return offset + (14 - offset % 8) % 8;
+}
 static_assert(flagByteOf(437) == 438 && flagByteOf(439) == 446 && flagByteOf(445) == 446);
 
 } // namespace

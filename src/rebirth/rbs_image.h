@@ -1,9 +1,9 @@
 // A ReBirth song file (.rbs) as a byte array, and the reading rules that hold all over it.
 //
-// No identifier or version is looked at: every place but the song tracks is a constant. From the length tables
-// to the end of the drum patterns the file is a stream of seven-bit bytes with a flag byte at every offset p
-// with p mod 8 = 6, which holds the top bits of the seven bytes before it: bit 6 of the byte at p - 7, down to
-// bit 0 of the byte at p - 1. Any thread.
+// No identifier or version is looked at: every place but the song tracks is a constant. From the length
+// tables to the end of the drum patterns the file is a stream of seven-bit bytes with a flag byte at every
+// offset p with p mod 8 = 6, which holds the top bits of the seven bytes before it: bit 6 of the byte at p -
+// 7, down to bit 0 of the byte at p - 1. Any thread.
 #pragma once
 
 #include <array>
@@ -17,7 +17,9 @@ namespace marlune {
 inline constexpr int kRbsPatterns = 32; // of a unit; number = 8 x bank + pattern
 
 // Offset of a data byte by its index among the data bytes, flag bytes left out.
-constexpr int rbsPlace(int dataIndex) { return dataIndex + (dataIndex + 1) / 7; }
+constexpr int rbsPlace(int dataIndex) {
+    return dataIndex + (dataIndex + 1) / 7;
+}
 
 inline constexpr int kRbsTempo = 100;    // 3 bytes, most significant first: microseconds per quarter note
 inline constexpr int kRbsBarCount = 153; // 3 bytes
@@ -39,7 +41,9 @@ class RbsImage {
         return offset >= 0 && offset < fileLength() ? bytes_[static_cast<std::size_t>(offset)] : 0;
     }
     // Whether the file reaches to the end of a place.
-    [[nodiscard]] bool holds(int offset, int length) const { return offset >= 0 && length <= fileLength() - offset; }
+    [[nodiscard]] bool holds(int offset, int length) const {
+        return offset >= 0 && length <= fileLength() - offset;
+    }
 
   private:
     std::vector<std::uint8_t> bytes_;

@@ -40,7 +40,8 @@ void Song_Tracks::SONG_Get_Data(int trackIndex, const RbsImage& image, bool& fai
                 return;
             }
             trackData.resize(static_cast<std::size_t>(dataSize));
-            for (int k = 0; k < dataSize; ++k) trackData[k] = static_cast<std::uint8_t>(image[start + kDataField + k]);
+            for (int k = 0; k < dataSize; ++k)
+                trackData[k] = static_cast<std::uint8_t>(image[start + kDataField + k]);
             trackLast = dataSize - 1;
             rewind();
             drumReadPos = 0;
@@ -50,7 +51,9 @@ void Song_Tracks::SONG_Get_Data(int trackIndex, const RbsImage& image, bool& fai
     }
 }
 
-void Song_Tracks::rewind() { readPos = deltaCarry = runningTime = 0; }
+void Song_Tracks::rewind() {
+    readPos = deltaCarry = runningTime = 0;
+}
 
 std::optional<Song_Tracks::Event> Song_Tracks::eventAt(int pos) const {
     if (pos > trackLast) return std::nullopt;
@@ -105,9 +108,11 @@ void Song_Tracks::SONG_Extract_303_One_Knob() {
     }
     eventStatus = 0xB0 + channel - 1;
     eventData2 = event->value;
-    const int controllers[] = {cutoffController, resoController, envModController, decayController, accentController};
+    const int controllers[] = {cutoffController, resoController, envModController, decayController,
+                               accentController};
     if (parameter == 7 || parameter == 10 || parameter == 12) eventData1 = parameter;
-    if (parameter >= kFirstKnob && parameter < kFirstKnob + 5) eventData1 = controllers[parameter - kFirstKnob];
+    if (parameter >= kFirstKnob && parameter < kFirstKnob + 5)
+        eventData1 = controllers[parameter - kFirstKnob];
 }
 
 void Song_Tracks::SONG_Extract_303_One_Knob_for_MarLune() {

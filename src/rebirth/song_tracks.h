@@ -1,8 +1,9 @@
 // One track of a ReBirth song: timed events, read in four ways, one for each consumer.
 //
-// An event is a delta of one or two bytes, a parameter and a value. The delta unit is half a step: 2 to a step,
-// 32 to a bar. The first event is always three bytes at time 0 and counts as parameter 7. No reader goes beyond
-// the track: one that is cut inside an event ends before that event. Any thread; writes nothing outside.
+// An event is a delta of one or two bytes, a parameter and a value. The delta unit is half a step: 2 to a
+// step, 32 to a bar. The first event is always three bytes at time 0 and counts as parameter 7. No reader
+// goes beyond the track: one that is cut inside an event ends before that event. Any thread; writes nothing
+// outside.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +39,8 @@ class Song_Tracks {
     int runningTime = 0; // sum of the deltas so far, track units
     bool patternOn = false;
     int previousPattern = 0, currentPattern = 0; // 0..31
-    int cutoffController = 0, resoController = 0, envModController = 0, decayController = 0, accentController = 0;
+    int cutoffController = 0, resoController = 0, envModController = 0, decayController = 0,
+        accentController = 0;
     int eventTime = 0;   // of the event just read; meaning by reader
     int eventStatus = 0; // 0: no MIDI form
     int eventData1 = 0, eventData2 = 0;

@@ -14,8 +14,8 @@ namespace marlune {
 // MIDI of a bassline pattern: 2 half-steps to a step, 30 file ticks to a step.
 class Three03_Patterns {
   public:
-    int noteOffset = 0;   // note number of semitone 0
-    int noteVelocity = 0; // of every step that sounds
+    int noteOffset = 0;    // note number of semitone 0
+    int noteVelocity = 0;  // of every step that sounds
     int patternNumber = 0; // what Convert_Pattern works on, 0..31
     int channel = 1;       // 1..16
 
@@ -34,8 +34,8 @@ class Three03_Patterns {
     void Convert_Pattern();
 
     // The event at a half-step from the start of a stretch, repeating at the pattern's length: a note-on on
-    // even positions with the given delta, a note-off a step later on odd ones. A rest has velocity 0. Needs a
-    // preceding Convert_Pattern.
+    // even positions with the given delta, a note-off a step later on odd ones. A rest has velocity 0. Needs
+    // a preceding Convert_Pattern.
     void MIDI_Get_Step(int position, int delta);
 
   private:

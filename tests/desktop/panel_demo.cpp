@@ -1,8 +1,12 @@
 // The panel to look at: panel_demo pattern|song [SCALE FILE.png]
+//                   panel_demo time ZOOM
 // Without a file the window opens; with one, the panel is painted at the scale, or, with scale 0, the window.
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
+#include <cstdio>
 
 #include "desktop/main_window.h"
 #include "desktop/mock_state.h"
@@ -22,6 +26,30 @@ bool savePanel(const PanelState& state, double scale, const QString& file) {
     return painter.end() && image.save(file);
 }
 
+// Milliseconds from the change of all twenty knobs to their being painted, frames known already.
+void timeKnobs(MainWindow& window, int zoom) {
+    window.setZoom(zoom);
+    window.show();
+    PanelWidget& panel = window.panel();
+    QElapsedTimer clock;
+    std::vector<double> times;
+    for (int round = 0; round < 4 * 54; ++round) {
+        QApplication::processEvents();
+        clock.restart();
+        for (int knob = 0; knob < 20; ++knob) panel.showFrame(Control::knobSprite, knob, (round + knob) % 54);
+        const double asked = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        QApplication::processEvents();
+        if (round >= 2 * 54) times.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+        if (round == 4 * 54 - 1) std::printf("asking for the last took %.3f ms\n", asked);
+    }
+    std::sort(times.begin(), times.end());
+    std::printf("20 knobs at %d %%: median %.2f ms, worst of %zu %.2f ms; cache %.1f MB\n", zoom,
+                times[times.size() / 2], times.size(), times.back(), static_cast<double>(panel.sprites().bytes()) / 1e6);
+    clock.restart();
+    panel.repaint();
+    std::printf("whole panel again: %.2f ms\n", static_cast<double>(clock.nsecsElapsed()) / 1e6);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -37,6 +65,10 @@ int main(int argc, char** argv) {
     QtShell shell;
     setAppShell(&shell);
     shell.window().panel().showState(state);
+    if (words.value(1) == "time") {
+        timeKnobs(shell.window(), words.value(2, "200").toInt());
+        return 0;
+    }
     shell.showTitle("Marlune 200Q [ untitled.mlp ]");
     shell.showStatus(song ? "SONG COPY: ( 109 Patterns and knobs ) from BAR 41 thru 44 ."
                           : "COPY: Module 103A ( current pattern and knobs ).");

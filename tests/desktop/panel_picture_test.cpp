@@ -1,6 +1,7 @@
 // The painted panel: every control at its place, every frame told apart, repainting in pieces as good as whole.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
@@ -107,7 +108,7 @@ TEST(PanelPicture, WhatFollowsFromOtherControlsIsSeenThere) {
         {"bank of next", [](PanelState& s) { frame(s, Control::DigitPatt, 3, 1); }, Control::bank103B, 0},
         {"cue", [](PanelState& s) { frame(s, Control::DigitPatt, 4, 13); }, Control::DigitPatt, 5},
         {"loop", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][0] = "5"; }, Control::step103A, 8},
-        {"loop of the pads", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][2] = "5"; }, Control::step109LED, 8},
+        {"loop of the pads", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][2] = "5"; }, Control::step109LED, 13},
         {"note", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::Offset109)][6] = "127"; }, Control::Offset109, 6},
         {"bar", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::timeDisplay)][0] = "1000"; }, Control::timeDisplay, 0},
         {"title", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::UserTitle)][2] = "A far too long one"; }, Control::UserTitle, 2},

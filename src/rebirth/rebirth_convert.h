@@ -1,0 +1,48 @@
+// A ReBirth song as a Standard MIDI File of six tracks: meta events, notes and knobs of the two basslines,
+// and drums. The project has no part in it. Any thread.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "export/midi_file_writer.h"
+#include "rebirth/rebirth_units.h"
+
+namespace marlune {
+
+// All values as MIDI has them; channels count from 1.
+struct UnitOptions {
+    int baseNote = 36; // 0..127; a plain step of semitone 0 sounds an octave higher
+    int velocity = 90; // 0..127
+    int channel = 1;   // 1..16
+    int cutoff = 12, reso = 13, envMod = 14, decay = 15, accent = 16; // controllers, 0..127
+};
+
+struct ConverterOptions {
+    UnitOptions top;
+    UnitOptions mid{.channel = 2};
+    int drumsChannel = 10; // 1..16
+};
+
+// The legal range of each, for whoever fills the options from outside.
+struct OptionLimits {
+    int lowest, highest;
+};
+inline constexpr OptionLimits kDataByteLimits{0, 127};
+inline constexpr OptionLimits kChannelLimits{1, 16};
+
+// A converted song is at most this long, whatever the file says: about four times what a song of the project
+// has, and a file of 12 MB at the very worst. What lies behind is left out.
+inline constexpr int kLongestConversionBars = 4096;
+
+using ConversionProgress = std::function<void(int percent)>; // 0..100
+
+// False, with nothing written, for a corrupt file.
+bool convertRbsImage(const RbsImage& image, const ConverterOptions& options, MidiFileWriter& writer,
+                     const ConversionProgress& progress = {});
+
+// From file to file; the output is written as a whole or not at all.
+RebirthResult convertRebirthFile(const std::string& in, const std::string& out,
+                                 const ConverterOptions& options, const ConversionProgress& progress = {});
+
+} // namespace marlune

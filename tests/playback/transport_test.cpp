@@ -1,0 +1,138 @@
+#include "playback/transport.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <sstream>
+
+#include "core/song_track.h"
+#include "midi/midi_input.h"
+#include "panel/mode_switch.h"
+#include "panel/panel_events.h"
+#include "panel/shown_state.h"
+#include "support/test_program.h"
+
+namespace marlune {
+namespace {
+
+using test::TestProgram;
+
+std::string sprites() {
+    std::string text;
+    for (const Control c : {Control::startStopButton, Control::playSongButton, Control::stopButton, Control::RecButton}) {
+        text += std::to_string(shownFrame(c, 0));
+    }
+    return text;
+}
+
+TEST(Transport, StopByThePlayButtonTakesCuesAndStopInPlaceLeavesThem) {
+    TestProgram program;
+    playButton();
+    program.play(5);
+    Form_KeyDown('4', 0); // cues pattern 4 of 103A
+    EXPECT_EQ(project.bass[0].currPatt, 0);
+    stopButton_Hit();
+    EXPECT_EQ(project.bass[0].currPatt, 0);
+    EXPECT_EQ(project.bass[0].nextPatt, 3);
+    EXPECT_EQ(moduleStep[0], 0);
+    EXPECT_FALSE(MIDIIn1.MessageEvents);
+    playButton();
+    program.play(5);
+    playButton();
+    EXPECT_EQ(project.bass[0].currPatt, 3);
+    EXPECT_TRUE(MIDIIn1.MessageEvents);
+}
+
+TEST(Transport, SpritesFollowModeAndState) {
+    TestProgram program;
+    EXPECT_EQ(sprites(), "0000");
+    program.click(Control::startStopButton);
+    EXPECT_EQ(sprites(), "1000");
+    program.doubleClick(Control::PlayHit); // off and on
+    EXPECT_EQ(sprites(), "1000");
+    program.click(Control::startStopButton);
+    program.click(Control::Check1);
+    EXPECT_EQ(sprites(), "0111");
+    program.click(Control::RecButton);
+    EXPECT_EQ(sprites(), "0112");
+    program.click(Control::playSongButton);
+    EXPECT_EQ(sprites(), "1212");
+    program.click(Control::playSongButton); // goes on
+    EXPECT_EQ(sprites(), "1212");
+    panelPointer(Control::stopButton, 0, {.action = PointerAction::press});
+    EXPECT_EQ(sprites(), "0121");
+    panelPointer(Control::stopButton, 0, {.action = PointerAction::release});
+    EXPECT_EQ(sprites(), "0111");
+    EXPECT_FALSE(transportRunning || recordOn);
+}
+
+TEST(Transport, EveryNoteThatStartedEnds) {
+    for (const bool song : {false, true}) {
+        TestProgram program;
+        for (int s = 0; s < kSteps; s += 3) program.click(Control::step109LED, s);
+        test::setBassSteps(0, "C - E^ - G! - - C' D_");
+        if (song) Check1_Click();
+        program.wire();
+        playButton();
+        program.play(21);
+        if (song) {
+            stopButton_Hit();
+        } else {
+            playButton();
+        }
+        std::array<std::array<int, 128>, 16> sounding{};
+        std::istringstream words(program.wire());
+        int notes = 0;
+        for (std::string status; words >> status;) {
+            std::string a, b;
+            if (status[0] == '9') {
+                words >> a >> b;
+                int& on = sounding[std::stoi(status.substr(1), nullptr, 16)][std::stoi(a, nullptr, 16)];
+                on = b == "00" ? 0 : 1;
+                notes += on;
+            }
+        }
+        EXPECT_GT(notes, 10);
+        for (const auto& channel : sounding) {
+            for (const int on : channel) EXPECT_EQ(on, 0);
+        }
+    }
+}
+
+TEST(Transport, SongStartsOnTheBarLineWithTheStepsThatBelongThere) {
+    TestProgram program;
+    project.bass[1].patterns[0][0].loopEnd = 11;
+    Check1_Click();
+    songTick = 16 * 3 + 7;
+    program.calls();
+    playButton();
+    EXPECT_EQ(songTick, 48);
+    EXPECT_EQ(moduleStep[1], 0); // 48 mod 12
+    const std::string calls = program.calls();
+    EXPECT_NE(calls.find("SetModuleTick32(1,0)"), std::string::npos);
+    EXPECT_LT(calls.find("HoldTicks32(-1)"), calls.find("SetMarluneTempo32(140) SetSongTick32(48)"));
+    EXPECT_LT(calls.find("StartMarluneTimer32(17,0)"), calls.find("HoldTicks32(0)"));
+    program.play(20);
+    EXPECT_EQ(moduleStep[1], (19) % 12);
+    StopPlay();
+    EXPECT_EQ(songTick, 48 + 20); // stays where the last tick left it
+}
+
+TEST(Recording, ArmsOnlyInSongModeAndFreesTheKnobs) {
+    TestProgram program;
+    recButton_Click();
+    EXPECT_FALSE(recordOn);
+    Check1_Click();
+    EXPECT_FALSE(shownEnabled(Control::knobSprite, 18));
+    EXPECT_TRUE(shownEnabled(Control::knobSprite, 19));
+    stopButton_Hit(); // nothing runs
+    recButton_Click();
+    EXPECT_TRUE(recordOn && shownEnabled(Control::knobSprite, 18) && MIDIIn1.MessageEvents);
+    program.doubleClick(Control::RecButton);
+    EXPECT_TRUE(recordOn);
+    recButton_Click();
+    EXPECT_FALSE(recordOn || shownEnabled(Control::knobSprite, 0));
+}
+
+} // namespace
+} // namespace marlune
