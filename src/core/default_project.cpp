@@ -125,6 +125,7 @@ void mnuFileNew_Click() {
     ctrlDown = false;
     if (wannaSaveYourWorkCancel()) return;
     shell().showPointer(Pointer::hourglass);
+    ++recordGeneration;
     SongSwitch(false);
     init309();
     refreshAll();

@@ -120,6 +120,7 @@ void saveAs(const std::string& name) {
 } // namespace
 
 bool loadProjectFile(const std::string& fileName) {
+    ++recordGeneration;
     if (takeFile(readFileStart(fileName, kLargestFile))) return true;
     shell().messageBox("File Open Error : \nThe file being opened is not a valid Marlune file.", BoxIcon::exclamation,
                        BoxButtons::ok);

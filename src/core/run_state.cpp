@@ -27,6 +27,7 @@ bool programClosing = false;
 bool saveAsRequested = false;
 int exportBars = 16;
 bool importCancelled = false;
+unsigned recordGeneration = 0;
 std::string patternCopyStatus;
 std::string songCopyStatus;
 
@@ -44,6 +45,7 @@ void resetRunState() {
     knobLabel = {};
     tickWatch.Reset();
     exportBars = 16;
+    ++recordGeneration;
     patternCopyStatus.clear();
     songCopyStatus.clear();
 }

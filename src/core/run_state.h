@@ -43,6 +43,7 @@ extern bool programClosing;                           // the window is going: wa
 extern bool saveAsRequested;                          // set for the length of File Save As
 extern int exportBars;                                // bars the export dialog offers
 extern bool importCancelled;                          // the last import was left or refused
+extern unsigned recordGeneration;                     // counts loads, new projects and mode switches
 extern std::string patternCopyStatus;                 // status text of the last copy in pattern mode
 extern std::string songCopyStatus;                    // and in song mode
 

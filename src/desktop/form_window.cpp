@@ -13,6 +13,7 @@
 #include <QRegularExpressionValidator>
 #include <QScreen>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include "desktop/key_codes.h"
 
@@ -21,6 +22,7 @@ namespace marlune {
 namespace {
 
 constexpr int kFollowMs = 100; // how soon a form hidden by others loses its window
+constexpr int kWholeWidth = 0; // columns of an item that fills its line
 constexpr int kEnter = 13;
 constexpr int kEscape = 27;
 
@@ -60,8 +62,7 @@ void FormWindow::beginFrame(const std::string& title) {
     auto* grid = new QGridLayout(box);
     grid->setHorizontalSpacing(10);
     grid->setVerticalSpacing(7);
-    Frame& outer = frames_.back();
-    place(box, outer.inRow ? 2 : 100); // a frame of its own takes the whole width
+    place(box, kWholeWidth);
     frames_.push_back({grid});
 }
 
@@ -84,28 +85,41 @@ void FormWindow::endRow() {
 
 void FormWindow::place(QWidget* widget, int columns) {
     Frame& frame = frames_.back();
-    const int span = columns >= 100 ? -1 : columns;
-    frame.grid->addWidget(widget, frame.row, frame.column, 1, span);
-    frame.column += columns;
-    if (!frame.inRow) {
-        ++frame.row;
-        frame.column = 0;
+    if (frame.inRow) { // side by side, feet on one line
+        frame.grid->addWidget(widget, frame.row, frame.column++, qobject_cast<QGroupBox*>(widget) != nullptr
+                                                                     ? Qt::Alignment()
+                                                                     : Qt::AlignLeft | Qt::AlignBottom);
+        return;
     }
+    frame.grid->addWidget(widget, frame.row++, columns == kWholeWidth ? 0 : frame.column, 1,
+                          columns == kWholeWidth ? -1 : columns);
+    frame.column = 0;
 }
 
-void FormWindow::placeCaption(const std::string& caption) {
-    if (caption.empty()) return;
+// Before the box in a line of its own, above it among others.
+void FormWindow::placeWithCaption(const std::string& caption, QWidget* widget) {
     Frame& frame = frames_.back();
+    if (caption.empty()) return place(widget, 2);
     auto* words = new QLabel(text(caption));
-    frame.grid->addWidget(words, frame.row, frame.column, Qt::AlignLeft | Qt::AlignVCenter);
-    ++frame.column;
+    words->setObjectName(QStringLiteral("caption"));
+    if (!frame.inRow) {
+        frame.grid->addWidget(words, frame.row, frame.column++, Qt::AlignLeft | Qt::AlignVCenter);
+        return place(widget, 1);
+    }
+    auto* both = new QWidget;
+    auto* column = new QVBoxLayout(both);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(3);
+    column->addWidget(words);
+    column->addWidget(widget);
+    place(both, 1);
 }
 
 void FormWindow::label(const Label& shown) {
     auto* words = new QLabel;
     words->setTextFormat(Qt::PlainText);
     bindings_.push_back({[] {}, [words, &shown] { words->setText(text(shown.text)); }});
-    place(words, frames_.back().inRow ? 2 : 100);
+    place(words, kWholeWidth);
 }
 
 QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int width) {
@@ -117,8 +131,7 @@ QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int
                              if (line->text() != text(box.text)) quietly(line, [&] { line->setText(text(box.text)); });
                              line->setEnabled(box.enabled);
                          }});
-    placeCaption(caption);
-    place(line, caption.empty() ? 2 : 1);
+    placeWithCaption(caption, line);
     return line;
 }
 
@@ -160,8 +173,7 @@ void FormWindow::comboBox(const std::string& caption, ComboBox& box) {
     };
     bindings_.push_back({[combo, &box] { box.selected = combo->currentIndex(); }, fill});
     connect(combo, &QComboBox::activated, this, [this] { run({}); });
-    placeCaption(caption);
-    place(combo, caption.empty() ? 2 : 1);
+    placeWithCaption(caption, combo);
 }
 
 void FormWindow::progressBar(ProgressBar& bar) {
@@ -171,7 +183,7 @@ void FormWindow::progressBar(ProgressBar& bar) {
                              progress->setRange(bar.minimum, bar.maximum);
                              progress->setValue(bar.value);
                          }});
-    place(progress, frames_.back().inRow ? 2 : 100);
+    place(progress, kWholeWidth);
 }
 
 void FormWindow::button(Button& shown, Role role, FormEvent click) {
@@ -186,15 +198,14 @@ void FormWindow::button(Button& shown, Role role, FormEvent click) {
                          }});
     connect(push, &QPushButton::clicked, this, [this, event = std::move(click)] { run(event); });
     Frame& frame = frames_.back();
-    if (frame.inRow && frame.column == 0 && frame.buttons == nullptr) { // a row of buttons stands at the right
+    if (frame.column == 0 && frame.buttons == nullptr) { // a line of buttons stands at the right
         frame.buttons = new QHBoxLayout;
         frame.buttons->addStretch();
         frame.grid->addLayout(frame.buttons, frame.row, 0, 1, -1);
     }
-    if (frame.buttons != nullptr)
-        frame.buttons->addWidget(push);
-    else
-        place(push, 2);
+    if (frame.buttons == nullptr) return place(push, 1);
+    frame.buttons->addWidget(push);
+    if (!frame.inRow) endRow();
 }
 
 // --- events

@@ -57,7 +57,7 @@ class FormWindow final : public QDialog, private FormBuilder {
 
     QLineEdit* addLineEdit(const std::string& caption, TextBox& box, int width);
     void place(QWidget* widget, int columns);
-    void placeCaption(const std::string& caption);
+    void placeWithCaption(const std::string& caption, QWidget* widget);
     void run(const FormEvent& event); // contents in, event, contents out
     bool keyDown(int code);
 

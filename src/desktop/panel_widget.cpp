@@ -109,15 +109,20 @@ void PanelWidget::paintEvent(QPaintEvent* event) {
     sprites_.setScale(zoom_ / 100.0 * ratio);
     QPainter painter(this);
     painter.scale(1 / ratio, 1 / ratio); // device pixels from here on: pictures are copied, never stretched
-    const QRegion region = event->region();
     const std::span<const Piece> pieces = panelPieces();
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        const Look& look = shown_[i];
-        if (look.art == Art::halo && !look.is(kLit)) continue;
-        const DeviceRect area = deviceRect(pieces[i], sprites_.scale());
-        if (!region.intersects(widgetRect(area))) continue;
-        painter.drawPixmap(area.x, area.y, sprites_.picture(pieces[i], look));
+    for (const QRect& part : event->region()) { // one rectangle at a time: a plain clip is copied fastest
+        painter.setClipRect(
+            QRectF(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio)
+                .toAlignedRect());
+        for (std::size_t i = 0; i < pieces.size(); ++i) {
+            const Look& look = shown_[i];
+            if (look.art == Art::halo && !look.is(kLit)) continue;
+            const DeviceRect area = deviceRect(pieces[i], sprites_.scale());
+            if (part.intersects(widgetRect(area)))
+                painter.drawPixmap(area.x, area.y, sprites_.picture(pieces[i], look));
+        }
     }
+    painter.setClipping(false);
     if (touch_.focus != nullptr && hasFocus()) paintFocusRing(painter, touch_.focus->rect, sprites_.scale());
 }
 

@@ -28,6 +28,7 @@ QStatusBar::item { border: none; }
 QStatusBar QLabel { color: #C2CBD5; font-size: 12px; padding-left: 9px; }
 QToolTip { background: #262D37; color: #EDF1F5; border: 1px solid #0A0D11; padding: 4px 6px; font-size: 12px; }
 QDialog QLabel, QMessageBox QLabel { color: #EDF1F5; }
+QDialog QLabel#caption { color: #C2CBD5; font-size: 12px; }
 QGroupBox { color: #C2CBD5; border: 1px solid #2F3741; border-radius: 8px; margin-top: 9px; padding: 8px; }
 QGroupBox::title { subcontrol-origin: margin; left: 12px; padding: 0 4px; font-weight: 600; }
 QLineEdit, QComboBox { background: #0A0E12; color: #F3E9CF; border: 1px solid #07090C; border-radius: 5px;

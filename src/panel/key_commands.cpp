@@ -3,6 +3,7 @@
 
 #include "core/run_state.h"
 #include "edit/transforms.h"
+#include "edit/undo_history.h"
 #include "midi/global_config.h"
 #include "midi/memorizer.h"
 #include "panel/knobs.h"
@@ -150,6 +151,7 @@ void releaseWinding(void (*showRest)()) {
 } // namespace
 
 void Form_KeyDown(int code, int shift) {
+    const EditBracket bracket;
     if (shift == 0) plainKey(code);
     if (shift == kShift) shiftedKey(code);
     if (code == kShiftKey) windRate = 7;

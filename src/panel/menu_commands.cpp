@@ -9,6 +9,7 @@
 #include "edit/randomizers.h"
 #include "edit/song_tools.h"
 #include "edit/transforms.h"
+#include "edit/undo_history.h"
 #include "midi/config_file.h"
 #include "midi/memorizer.h"
 #include "midi/midi_devices.h"
@@ -43,6 +44,8 @@ constexpr MenuCommand kCommands[] = {
     {Menu::mnuEditLoop1, mnuEditLoop1_Click},
     {Menu::mnuPatchDec, mnuPatchDec_Click},
     {Menu::mnuPatchInc, mnuPatchInc_Click},
+    {Menu::mnuEditUndo, mnuEditUndo_Click},
+    {Menu::mnuEditRedo, mnuEditRedo_Click},
     {Menu::mnuToolsRNotes, mnuToolsRNotes_Click},
     {Menu::mnuToolsRandRest, mnuToolsRandRest_Click},
     {Menu::mnuToolsROctave, mnuToolsROctave_Click},
@@ -68,7 +71,13 @@ constexpr MenuCommand kCommands[] = {
 void menuClicked(Menu menu) {
     if (!menuState(menu).enabled || !menuState(menu).visible) return; // an accelerator of an absent entry
     for (const MenuCommand& row : kCommands) {
-        if (row.menu == menu) row.command();
+        if (row.menu != menu) continue;
+        if (menu == Menu::mnuEditUndo || menu == Menu::mnuEditRedo) {
+            row.command();
+        } else {
+            const EditBracket bracket;
+            row.command();
+        }
     }
 }
 

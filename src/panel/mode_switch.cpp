@@ -165,6 +165,7 @@ void toPatternMode() {
 } // namespace
 
 void Check1_Click() {
+    ++recordGeneration;
     if (songMode) {
         toPatternMode();
     } else {

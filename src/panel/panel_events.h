@@ -38,6 +38,12 @@ void Form_KeyUp(int code, int shift);
 // The keyboard focus left the window: held modifiers count as released.
 void panelFocusLost();
 
+// The MIDI input has woken the event loop: read in event mode, left alone in polled mode.
+void midiArrived();
+
+// The playback component has posted messages.
+void engineSpoke();
+
 // A menu entry was chosen; nothing where it is disabled or hidden at present.
 void menuClicked(Menu menu);
 

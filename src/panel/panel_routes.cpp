@@ -3,12 +3,16 @@
 #include <array>
 
 #include "core/run_state.h"
-#include "panel/mode_switch.h"
+#include "edit/undo_history.h"
+#include "midi/midi_input.h"
+#include "midi/remote_control.h"
 #include "panel/knobs.h"
+#include "panel/mode_switch.h"
 #include "panel/panel_events.h"
 #include "panel/refresh.h"
 #include "panel/selection.h"
 #include "panel/step_editing.h"
+#include "playback/engine_link.h"
 #include "playback/navigation.h"
 #include "playback/transport.h"
 
@@ -31,7 +35,9 @@ struct Route {
     Wheel wheel = nullptr;
 };
 
-bool edits() { return !songMode; }
+bool edits() {
+    return !songMode;
+}
 
 // An edit of the step under edit of a bassline; the module is selected in either mode.
 template <int module>
@@ -129,7 +135,8 @@ constexpr Route routeOf(Control control) {
                     .move = digitMove,
                     .release = [](int i, At at) { DigitPatt_MouseMove(i, at.y); },
                     .wheel = stepDigit};
-        case Control::accent: return {.click = flagClick<accentClick>, .doubleClick = flagDblClick<accentClick>};
+        case Control::accent:
+            return {.click = flagClick<accentClick>, .doubleClick = flagDblClick<accentClick>};
         case Control::up: return {.click = flagClick<upClick>, .doubleClick = flagDblClick<upClick>};
         case Control::down: return {.click = flagClick<downClick>, .doubleClick = flagDblClick<downClick>};
         case Control::sel109:
@@ -140,7 +147,8 @@ constexpr Route routeOf(Control control) {
         case Control::Check1: return {.click = run<Check1_Click>, .doubleClick = run<Check1_DblClick>};
         case Control::startStopButton: return {.click = run<startStopButton_Click>};
         case Control::PlayHit: return {.click = run<PlayHit_Click>};
-        case Control::RecButton: return {.click = run<recButton_Click>, .doubleClick = run<RecButton_DblClick>};
+        case Control::RecButton:
+            return {.click = run<recButton_Click>, .doubleClick = run<RecButton_DblClick>};
         case Control::playSongButton:
             return {.click = run<playSongButton_Click>, .doubleClick = run<playSongButton_DblClick>};
         case Control::stopButton:
@@ -181,11 +189,13 @@ void click(const Route& route, int index, At at) {
     call(at.second && route.doubleClick != nullptr ? route.doubleClick : route.click, index, at);
 }
 
+constexpr int kWheelKind = 1000; // notches on one control go on with each other
+constexpr int kMidiKind = 1;
 constexpr double kFarthest = 100000; // twips; what a pointer can't reach can't overflow a slider
 
-} // namespace
+bool gestureOpen = false;
 
-void panelPointer(Control control, int index, const PointerEvent& event) {
+void deliver(Control control, int index, const PointerEvent& event) {
     const Route route = routeOf(control);
     PointerEvent at = event;
     at.y = std::clamp(event.y, -kFarthest, kFarthest);
@@ -203,14 +213,32 @@ void panelPointer(Control control, int index, const PointerEvent& event) {
     }
 }
 
+} // namespace
+
+void panelPointer(Control control, int index, const PointerEvent& event) {
+    // From the press to the release is one edit, however many moves lie between.
+    if (event.action == PointerAction::press) {
+        if (gestureOpen) endEdit(); // a release that never came
+        beginEdit();
+        gestureOpen = true;
+    }
+    deliver(control, index, event);
+    if (event.action == PointerAction::release && gestureOpen) {
+        gestureOpen = false;
+        endEdit();
+    }
+}
+
 void panelWheel(Control control, int index, int steps) {
     const Route route = routeOf(control);
+    const EditBracket bracket(kWheelKind + kMaxControlCount * static_cast<int>(control) + index);
     if (route.wheel != nullptr) route.wheel(index, steps);
 }
 
 void panelPress(Control control, int index) {
     const Route route = routeOf(control);
     if (route.wheel != nullptr) return; // turned, not pressed
+    const EditBracket bracket;
     // A navigation button would wait for its release inside the press: from the keyboard it is clicked.
     if (route.click != nullptr) {
         route.click(index, {});
@@ -218,6 +246,22 @@ void panelPress(Control control, int index) {
     }
     call(route.press, index, {});
     call(route.release, index, {});
+}
+
+void midiArrived() {
+    if (!MIDIIn1.MessageEvents) return;
+    const EditBracket bracket(kMidiKind);
+    MIDIIn1_Message();
+}
+
+void engineSpoke() {
+    // Ticks edit nothing by themselves, but they read the MIDI input.
+    if (MIDIIn1.MessageCount() == 0) {
+        pumpEngineMessages();
+        return;
+    }
+    const EditBracket bracket(kMidiKind);
+    pumpEngineMessages();
 }
 
 } // namespace marlune

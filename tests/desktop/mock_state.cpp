@@ -16,7 +16,7 @@ class Setter {
     }
     Setter& text(Control c, std::initializer_list<const char*> texts) {
         int i = 0;
-        for (const char* t : texts) state_.texts[static_cast<std::size_t>(c)][i++] = t;
+        for (const char* t : texts) state_.texts[static_cast<std::size_t>(c)][i++] = std::string(t);
         return *this;
     }
 

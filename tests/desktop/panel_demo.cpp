@@ -1,5 +1,5 @@
-// The panel to look at: panel_demo pattern|song [SCALE FILE.png]
-//                   panel_demo time ZOOM
+// The panel to look at: panel_demo pattern|song|asleep [SCALE FILE.png]
+//                   panel_demo time ZOOM | about FILE.png | help PAGE FILE.png
 // Without a file the window opens; with one, the panel is painted at the scale, or, with scale 0, the window.
 #include <QApplication>
 #include <QElapsedTimer>
@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "desktop/about_window.h"
+#include "desktop/help_window.h"
 #include "desktop/main_window.h"
 #include "desktop/mock_state.h"
 #include "desktop/panel_widget.h"
@@ -18,20 +20,35 @@ using namespace marlune;
 
 namespace {
 
-bool savePanel(const PanelState& state, double scale, const QString& file) {
+// A song that stands still, unarmed, with the pointer and the keyboard at work.
+PanelState asleepMoment() {
+    PanelState state = songMoment();
+    for (const Control c : {Control::RecButton, Control::playSongButton})
+        state.frames[static_cast<std::size_t>(c)][0] = 1;
+    state.frames[static_cast<std::size_t>(Control::nextButton)][0] = 2;
+    state.frames[static_cast<std::size_t>(Control::startStopButton)][0] = 0;
+    state.texts[static_cast<std::size_t>(Control::microDisplay)][0] = std::string("[12/16]");
+    for (int knob = 0; knob < 19; ++knob) state.enabled[static_cast<std::size_t>(Control::knobSprite)][knob] = false;
+    return state;
+}
+
+bool savePanel(const PanelState& state, const Touch& touch, double scale, const QString& file) {
     QImage image(static_cast<int>(kPanelWidth * scale), static_cast<int>(kPanelHeight * scale),
                  QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
-    paintPanel(painter, state, Touch{}, scale);
+    paintPanel(painter, state, touch, scale);
     return painter.end() && image.save(file);
 }
 
 // Milliseconds from the change of all twenty knobs to their being painted, frames known already.
 void timeKnobs(MainWindow& window, int zoom) {
     window.setZoom(zoom);
-    window.show();
     PanelWidget& panel = window.panel();
     QElapsedTimer clock;
+    clock.start();
+    panel.grab();
+    std::printf("first picture: %.1f ms\n", static_cast<double>(clock.nsecsElapsed()) / 1e6);
+    window.show();
     std::vector<double> times;
     for (int round = 0; round < 4 * 54; ++round) {
         QApplication::processEvents();
@@ -57,14 +74,21 @@ int main(int argc, char** argv) {
     applyTheme(app);
     const QStringList words = QApplication::arguments();
     const bool song = words.value(1) == "song";
-    const PanelState state = song ? songMoment() : patternMoment();
+    const bool asleep = words.value(1) == "asleep";
+    const PanelState state = asleep ? asleepMoment() : song ? songMoment() : patternMoment();
+    const Touch touch = asleep ? Touch{placedControl(Control::step103A, 4), placedControl(Control::sel109, 1),
+                                       placedControl(Control::DigitPatt, 3)}
+                               : Touch{};
     const double scale = words.value(2).toDouble();
-    if (words.size() > 3 && scale > 0) return savePanel(state, scale, words[3]) ? 0 : 1;
+    if (words.size() > 3 && scale > 0) return savePanel(state, touch, scale, words[3]) ? 0 : 1;
 
     resetMenus();
     QtShell shell;
     setAppShell(&shell);
     shell.window().panel().showState(state);
+    if (words.value(1) == "about" && words.size() > 2)
+        return AboutWindow(nullptr, false).grab().save(words[2]) ? 0 : 1;
+    if (words.value(1) == "help" && words.size() > 3) return HelpWindow(words[2]).grab().save(words[3]) ? 0 : 1;
     if (words.value(1) == "time") {
         timeKnobs(shell.window(), words.value(2, "200").toInt());
         return 0;

@@ -46,7 +46,7 @@ TEST_F(ShellTest, EveryMenuEntryStandsInOrderShowsItsStateAndIsReported) {
         EXPECT_EQ(action->shortcut(), QKeySequence(row.shortcut)) << row.name;
         setMenuEnabled(row.id, true);
         action->trigger();
-        expected += (expected.empty() ? "" : " ") + std::string(row.name);
+        expected.append(expected.empty() ? "" : " ").append(row.name);
     }
     EXPECT_EQ(takeEvents(), expected);
     setMenuCaption(Menu::mnuEditCut, "Copy Pattern");

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <jack/midiport.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -38,6 +39,7 @@ bool waitFor(int ms, const std::function<bool()>& done) {
 class Server {
   public:
     Server() {
+        fflush(stdout); // else the child would print it again
         child_ = fork();
         if (child_ != 0) {
             // A client that came while the server was starting could block its name for the next one.
@@ -48,6 +50,8 @@ class Server {
             if (probe != nullptr) jack_client_close(probe);
             return;
         }
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        close_range(3, ~0U, 0);
         if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr)
             _exit(1);
         execlp("jackd", "jackd", "-n", kServerName, "-r", "-d", "dummy", "-r", std::to_string(kRate).c_str(),
@@ -273,13 +277,14 @@ TEST_F(Jack, TheSynthesizerSoundsThereAndOutlivesTheServer) {
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(
             waitFor(20, [&] { return sleepMs(100), platform.poll(), platform.soundDriver() == "jack"; }));
-        Watcher watcher;
-        EXPECT_TRUE(watcher.connect("Marlune 200Q:Synth left", "watcher:ear"));
+        auto watcher = std::make_unique<Watcher>();
+        EXPECT_TRUE(watcher->connect("Marlune 200Q:Synth left", "watcher:ear"));
         port->send({3, {0x90, 40, 120}}, platform.clock().nowNs());
-        EXPECT_TRUE(waitFor(500, [&] { return watcher.heard.load(); }));
+        EXPECT_TRUE(waitFor(500, [&] { return watcher->heard.load(); }));
         port->send({3, {0x90, 40, 0}}, platform.clock().nowNs());
         if (round == 1) break;
         server->kill();
+        watcher = nullptr;
         waitFor(1000, [&] { return sleepMs(20), platform.poll(), platform.soundDriver() != "jack"; });
         EXPECT_EQ(platform.soundDriver(), "");
         server = std::make_unique<Server>();

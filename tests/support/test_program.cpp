@@ -11,8 +11,6 @@
 #include "midi/config_file.h"
 #include "midi/global_config.h"
 #include "midi/midi_devices.h"
-#include "midi/remote_control.h"
-#include "playback/engine_link.h"
 #include "playback/pattern_push.h"
 
 namespace marlune::test {
@@ -164,7 +162,7 @@ std::string TestProgram::wire() { return joined(devices.ports[0].sent); }
 void TestProgram::play(int steps) {
     for (int period = 0; period < 6 * steps; ++period) {
         engine.advance();
-        pumpEngineMessages();
+        engineSpoke();
     }
 }
 
@@ -173,7 +171,7 @@ void TestProgram::midi(int status, int data1, int data2) {
                         {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
                          static_cast<std::uint8_t>(data2)}};
     if (devices.input != nullptr) devices.input->received(message);
-    if (MIDIIn1.MessageEvents) MIDIIn1_Message();
+    midiArrived();
 }
 
 void TestProgram::click(Control control, int index) {

@@ -1,0 +1,139 @@
+#include "edit/undo_history.h"
+
+#include <deque>
+
+#include "core/run_state.h"
+#include "edit/musical_state.h"
+#include "panel/menus.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr std::size_t kMaxBytes = 16U << 20U;
+constexpr int kMergeMs = 1000;
+
+struct Step {
+    MusicDifference difference;
+    int kind = 0;
+    std::size_t bytes = 0;
+};
+
+struct History {
+    std::deque<Step> done, undone; // newest at the back
+    std::size_t bytes = 0;         // of done
+    int depth = 0;                 // brackets open
+    bool recording = false;        // the bracket of a recording pass is held open
+    unsigned generation = 0;       // of the record that the steps belong to
+    std::vector<std::uint8_t> before;
+    CStopWatch sinceLast;
+};
+
+History& history() {
+    static History instance;
+    return instance;
+}
+
+void showMenus() {
+    setMenuEnabled(Menu::mnuEditUndo, !history().done.empty());
+    setMenuEnabled(Menu::mnuEditRedo, !history().undone.empty());
+}
+
+bool recordReplaced() { return history().generation != recordGeneration; }
+
+void keep(MusicDifference difference, int kind) {
+    History& h = history();
+    const std::size_t bytes = sizeOf(difference);
+    h.done.push_back({std::move(difference), kind, bytes});
+    h.bytes += bytes;
+    while (h.bytes > kMaxBytes && h.done.size() > 1) {
+        h.bytes -= h.done.front().bytes;
+        h.done.pop_front();
+    }
+    h.undone.clear();
+    h.sinceLast.Reset();
+}
+
+Step take(std::deque<Step>& steps) {
+    Step step = std::move(steps.back());
+    steps.pop_back();
+    return step;
+}
+
+// Whether the edit just made goes on with the last step.
+bool continues(int kind) {
+    const History& h = history();
+    return kind != 0 && !h.done.empty() && h.done.back().kind == kind && h.undone.empty() &&
+           h.sinceLast.Elapsed() < kMergeMs;
+}
+
+bool ready(const std::deque<Step>& steps) {
+    if (recordReplaced()) clearUndoHistory();
+    return history().depth == 0 && !history().recording && !steps.empty();
+}
+
+} // namespace
+
+void beginEdit() {
+    History& h = history();
+    if (h.depth++ > 0 || h.recording) return;
+    if (recordReplaced()) clearUndoHistory();
+    h.before = captureMusic();
+}
+
+void endEdit(int kind) {
+    History& h = history();
+    if (h.depth == 0 || --h.depth > 0) return;
+    if (recordReplaced()) {
+        clearUndoHistory();
+        return;
+    }
+    h.recording = recordOn && transportRunning;
+    if (h.recording) return;
+    MusicDifference difference = differenceTo(h.before, !songMode);
+    if (difference.empty()) return;
+    if (continues(kind)) {
+        const Step last = take(h.done);
+        h.bytes -= last.bytes;
+        putInto(h.before, last.difference, Side::before);
+        difference = differenceTo(h.before, !songMode);
+    }
+    if (!difference.empty()) keep(std::move(difference), kind);
+    showMenus();
+}
+
+void mnuEditUndo_Click() {
+    History& h = history();
+    if (!ready(h.done)) return;
+    Step step = take(h.done);
+    h.bytes -= step.bytes;
+    applyMusic(step.difference, Side::before);
+    h.undone.push_back(std::move(step));
+    showMenus();
+}
+
+void mnuEditRedo_Click() {
+    History& h = history();
+    if (!ready(h.undone)) return;
+    Step step = take(h.undone);
+    h.bytes += step.bytes;
+    applyMusic(step.difference, Side::after);
+    h.done.push_back(std::move(step));
+    showMenus();
+}
+
+int undoSteps() { return static_cast<int>(history().done.size()); }
+
+std::size_t undoBytes() { return history().bytes; }
+
+void clearUndoHistory() {
+    History& h = history();
+    h.done.clear();
+    h.undone.clear();
+    h.bytes = 0;
+    h.recording = false;
+    h.generation = recordGeneration;
+    showMenus();
+}
+
+} // namespace marlune

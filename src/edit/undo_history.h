@@ -1,0 +1,39 @@
+// Undo and redo of everything that a user edits. Kept as differences, within 16 MB; the oldest steps go first.
+//
+// The routes of pointer, keys, menus and MIDI input bracket what they set off by beginEdit and endEdit; what
+// has changed in between is one step. Brackets nest: the outermost counts. While the song is being recorded
+// the bracket stays open until recording ends. Loading, File New and the mode switch end the history.
+// User-interface thread.
+#pragma once
+
+#include <cstddef>
+
+namespace marlune {
+
+void beginEdit();
+
+// kind: 0, or a number that is the same for edits which follow each other quickly as one gesture (the notches
+// of a wheel, the messages of a controller): they become one step within a second of each other.
+void endEdit(int kind = 0);
+
+// The bracket of one scope.
+class EditBracket {
+  public:
+    explicit EditBracket(int kind = 0) : kind_(kind) { beginEdit(); }
+    ~EditBracket() { endEdit(kind_); }
+    EditBracket(const EditBracket&) = delete;
+    EditBracket& operator=(const EditBracket&) = delete;
+
+  private:
+    int kind_;
+};
+
+// One step back or forth; nothing while an edit is under way or no step is left.
+void mnuEditUndo_Click();
+void mnuEditRedo_Click();
+
+int undoSteps();
+std::size_t undoBytes();
+void clearUndoHistory();
+
+} // namespace marlune

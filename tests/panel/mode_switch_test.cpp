@@ -1,0 +1,112 @@
+#include "panel/mode_switch.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "core/song_track.h"
+#include "panel/menus.h"
+#include "panel/panel_events.h"
+#include "panel/selection.h"
+#include "panel/shown_state.h"
+#include "playback/transport.h"
+#include "support/test_program.h"
+
+namespace marlune {
+namespace {
+
+using test::TestProgram;
+
+TEST(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
+    TestProgram program;
+    test::setBassSteps(0, "C D! E^ F_ G A -");
+    project.bass[1].patterns[0][0].loopEnd = 6;
+    editLoop(1, 0);
+    selPatt(2, 3);
+    const ProjectRecord before = project;
+    setBar(0, 0, 2, 1);
+    program.click(Control::Check1);
+    EXPECT_EQ(project.bass[0].currBank, 2);
+    editLoop(0, -5); // of a pattern that isn't the image's current one
+    editLoop(1, -2);
+    project.knobValue[3] = 99;
+    Form_KeyDown(222, 0); // raises the patch
+    Form_KeyDown(221, 0); // tempo + 10
+    program.click(Control::Check1);
+    EXPECT_EQ(project.tempo, 150);
+    ProjectRecord after = project;
+    after.tempo = before.tempo;
+    EXPECT_EQ(std::memcmp(after.bass.data(), before.bass.data(), sizeof before.bass), 0);
+    EXPECT_EQ(std::memcmp(&after.drum, &before.drum, sizeof before.drum), 0);
+    EXPECT_EQ(project.knobValue[3], before.knobValue[3]);
+    EXPECT_EQ(program.copyDifference(), "");
+}
+
+TEST(ModeSwitch, TakesPositionPatternsAndKnobsFromTheSong) {
+    TestProgram program;
+    songTick = 35;
+    moduleStep[2] = 7;
+    knobTrack[4][39] = 88;
+    setBar(1, 32, 1, 1);
+    setBar(1, 48, 1, 2);
+    program.calls();
+    Check1_Click();
+    EXPECT_EQ(songTick, 39);
+    const std::string calls = program.calls();
+    EXPECT_EQ(calls.substr(0, 60), "SetSong32(-1) SetSongTick32(39) PrepareController32(4,88) Pr");
+    EXPECT_EQ(shownFrame(Control::DigitPatt, 2) * 100 + shownFrame(Control::DigitPatt, 3), 910);
+    EXPECT_TRUE(shownEnabled(Control::timeDisplay, 0));
+    for (const Control c : {Control::Check1, Control::RecButton, Control::FwdStep, Control::ResetButton}) {
+        EXPECT_EQ(shownFrame(c, 0), 1);
+    }
+    program.doubleClick(Control::Check1); // goes and comes back
+    EXPECT_TRUE(songMode);
+}
+
+TEST(ModeSwitch, WorksWhilePlaying) {
+    TestProgram program;
+    setBar(0, 16, 1, 1);
+    setBar(0, 32, 1, 1);
+    selPatt(0, 5);
+    playButton();
+    program.play(20);
+    Form_KeyDown('2', 0); // a cue that must not come through in song mode
+    Check1_Click();
+    program.play(40);
+    EXPECT_EQ(project.bass[0].currBank * 8 + project.bass[0].currPatt, barBank(0, songTick - 1) * 8 + barPatt(0, songTick - 1));
+    Check1_Click();
+    program.play(40);
+    EXPECT_EQ(project.bass[0].currPatt, 5);
+    EXPECT_EQ(program.copyDifference(), "");
+    StopPlay();
+}
+
+TEST(Menus, ChangeWithTheMode) {
+    TestProgram program;
+    EXPECT_EQ(menuState(Menu::mnuEditCut).caption, "&Copy");
+    EXPECT_EQ(menuState(Menu::mnuToolsInit).caption, "Intialize Pattern");
+    const auto state = [](Menu menu) {
+        return std::string(menuState(menu).visible ? "v" : "-") + (menuState(menu).enabled ? "e" : "-");
+    };
+    const struct {
+        Menu menu;
+        const char *pattern, *song;
+    } rows[] = {{Menu::mnuEditCopyPattern, "--", "ve"}, {Menu::mnuEditTransposeUp, "ve", "-e"},
+                {Menu::mnuPatchInc, "ve", "v-"},        {Menu::mnuToolsSongRandom, "v-", "ve"},
+                {Menu::mnuToolsClear, "ve", "v-"},      {Menu::mnuToolsInitBarfromPatt, "-e", "ve"},
+                {Menu::mnuEditPaste, "v-", "v-"}};
+    for (int round = 0; round < 2; ++round) {
+        Check1_Click();
+        for (const auto& row : rows) EXPECT_EQ(state(row.menu), row.song) << menuState(row.menu).caption;
+        EXPECT_EQ(menuState(Menu::mnuEditPaste).caption, "Paste Pattern");
+        Check1_Click();
+        for (const auto& row : rows) EXPECT_EQ(state(row.menu), row.pattern) << menuState(row.menu).caption;
+        EXPECT_EQ(menuState(Menu::mnuToolsInit).caption, "Initialize Pattern");
+    }
+    int missing = 0;
+    for (const MenuRow& row : menuRows()) missing += row.kind == MenuKind::entry && !menuHasCommand(row.id) ? 1 : 0;
+    EXPECT_EQ(missing, 0);
+}
+
+} // namespace
+} // namespace marlune
