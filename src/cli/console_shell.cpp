@@ -7,6 +7,7 @@
 namespace marlune {
 
 BoxAnswer ConsoleShell::messageBox(const std::string& text, BoxIcon /*icon*/, BoxButtons buttons) {
+    if (mayOverwrite && buttons == BoxButtons::okCancel) return BoxAnswer::ok;
     std::fprintf(stderr, "%s\n", text.c_str());
     return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
 }

@@ -1,4 +1,5 @@
-// The frame of the program without a window: messages go to stderr, every question gets its refusing answer.
+// The frame of the program without a window: messages go to stderr, every question gets its refusing answer,
+// unless a verb has given its answers beforehand.
 #pragma once
 
 #include "panel/app_shell.h"
@@ -27,7 +28,8 @@ class ConsoleShell final : public AppShell {
 
     [[nodiscard]] const std::string& status() const { return status_; }
 
-    std::string answer; // what the next file dialogs return
+    std::string answer;         // what file dialogs return
+    bool mayOverwrite = false;  // an OK or Cancel question is silently answered with OK
 
   private:
     std::string status_;

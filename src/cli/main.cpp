@@ -19,6 +19,7 @@ constexpr Verb kVerbs[] = {
     {"play", playVerb,
      "PROJECT.mlp [--song] [--bar N] [--bars N] [--out DEVICE] [--config DIR] [--log FILE] [--fast]"},
     {"render", renderVerb, "PROJECT.mlp OUT.wav [--song] [--bar N] [--bars N]"},
+    {"export", exportVerb, "PROJECT.mlp OUT.mid [--config DIR] [--bar FIRST] [--bars COUNT]"},
     {"resave", resaveVerb, "PROJECT.mlp OUT.mlp"},
     {"ports", portsVerb, ""},
 };

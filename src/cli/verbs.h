@@ -12,6 +12,9 @@ int playVerb(const Words& words);
 int renderVerb(const Words& words);
 int resaveVerb(const Words& words);
 int portsVerb(const Words& words);
+int exportVerb(const Words& words);
+int importVerb(const Words& words);
+int convertVerb(const Words& words);
 
 // Tells what is wrong and returns the exit status for it.
 int refuse(const std::string& text);

@@ -41,7 +41,8 @@ void AboutWindow::paintEvent(QPaintEvent* /*event*/) {
     paintLogo(ink, {96, 104}, 62);
     ink.text({182, 98}, QStringLiteral("Marlune"), {44, 600, -0.4}, palette::kText);
     ink.text({185, 136}, QStringLiteral("200Q"), {26, 600, 2.4}, palette::kMoonlight);
-    ink.text({186, 168}, QStringLiteral("103A / 103B / 109 Performance Sequencer"), {12, 500}, palette::kCaption);
+    ink.text({186, 168}, QStringLiteral("103A / 103B / 109 Performance Sequencer"), {12, 500},
+             palette::kCaption);
     ink.text({24, kHeight - 26}, QStringLiteral("Version " MARLUNE_VERSION), {12, 500}, palette::kCaption);
     for (int module = 0; module < 3; ++module)
         ink.box(QRectF(186 + 62 * module, 184, 54, 4), 2, palette::kModules[module].light);

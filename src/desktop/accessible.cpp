@@ -30,11 +30,11 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
 
     [[nodiscard]] QString text(QAccessible::Text which) const override {
         switch (which) {
-        case QAccessible::Name: return controlName(control_, panel_->state());
-        case QAccessible::Value: return controlValue(control_, panel_->state());
-        case QAccessible::Description:
-        case QAccessible::Help: return controlTip(control_);
-        default: return {};
+            case QAccessible::Name: return controlName(control_, panel_->state());
+            case QAccessible::Value: return controlValue(control_, panel_->state());
+            case QAccessible::Description:
+            case QAccessible::Help: return controlTip(control_);
+            default: return {};
         }
     }
     void setText(QAccessible::Text /*which*/, const QString& /*text*/) override {}
@@ -62,7 +62,8 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
     }
 
     void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                    : nullptr;
     }
     [[nodiscard]] QStringList actionNames() const override {
         if (isTurned(control_.control)) return {increaseAction(), decreaseAction(), setFocusAction()};
@@ -85,7 +86,8 @@ class PanelAccessible final : public QAccessibleWidget {
   public:
     explicit PanelAccessible(PanelWidget* panel) : QAccessibleWidget(panel, QAccessible::Grouping) {
         for (const PlacedControl* stop : PanelWidget::tabStops())
-            controls_.push_back(QAccessible::registerAccessibleInterface(new ControlAccessible(panel, *stop)));
+            controls_.push_back(
+                QAccessible::registerAccessibleInterface(new ControlAccessible(panel, *stop)));
         QObject::connect(panel, &PanelWidget::focusControlChanged, panel, [this] { tellFocus(); });
     }
     ~PanelAccessible() override {

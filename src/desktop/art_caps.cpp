@@ -10,10 +10,14 @@ namespace marlune {
 
 namespace {
 
-const palette::ModuleColours& coloursOf(const Look& look) { return palette::kModules[look.module]; }
+const palette::ModuleColours& coloursOf(const Look& look) {
+    return palette::kModules[look.module];
+}
 
 // Where a label goes while the cap is held down.
-double sunk(const Ink& ink, const Look& look) { return look.is(kDown) ? ink.hair() : 0; }
+double sunk(const Ink& ink, const Look& look) {
+    return look.is(kDown) ? ink.hair() : 0;
+}
 
 void hoverFilm(const Ink& ink, const Look& look, const QRectF& r, double radius) {
     if (look.is(kHover)) ink.box(r, radius, white(kHoverLight));

@@ -29,7 +29,9 @@ void pane(const Ink& ink, const Look& look, const QRectF& box, double radius, QR
     if (look.is(kHover) || look.is(kDown)) ink.box(ink.snapped(box), radius, white(kHoverLight));
 }
 
-double dotsWidth(int places, int pitch) { return (places * 6.0 - 1) * pitch; }
+double dotsWidth(int places, int pitch) {
+    return (places * 6.0 - 1) * pitch;
+}
 
 } // namespace
 

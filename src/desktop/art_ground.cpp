@@ -19,27 +19,36 @@ struct Printed {
     Anchor anchor;
 };
 
-constexpr Printed kStripCaptions[] = {
-    {264, 30, "MODE", Anchor::middle}, {398, 30, "START / STOP", Anchor::middle}, {979, 30, "TEMPO", Anchor::middle}};
+constexpr Printed kStripCaptions[] = {{264, 30, "MODE", Anchor::middle},
+                                      {398, 30, "START / STOP", Anchor::middle},
+                                      {979, 30, "TEMPO", Anchor::middle}};
 constexpr Printed kSongCaptions[] = {{499, 30, "RESET", Anchor::middle},
                                      {630, 30, "BAR", Anchor::middle},
                                      {767, 30, "STOP", Anchor::middle},
                                      {818, 30, "PLAY", Anchor::middle},
                                      {869, 30, "REC", Anchor::middle}};
-constexpr Printed kModuleCaptions[] = {
-    {101, 142.64, "BASSLINE", Anchor::left},      {337, 142.64, "LOOP", Anchor::right},
-    {455, 142.64, "PATCH", Anchor::right},        {27, 175, "NOW", Anchor::left},
-    {117, 175, "NEXT", Anchor::left},             {656, 142.64, "BASSLINE", Anchor::left},
-    {892, 142.64, "LOOP", Anchor::right},         {1010, 142.64, "PATCH", Anchor::right},
-    {582, 175, "NOW", Anchor::left},              {672, 175, "NEXT", Anchor::left},
-    {84, 450.64, "DRUM MACHINE", Anchor::left},   {1030, 450.64, "LOOP", Anchor::right},
-    {27, 483, "NOW", Anchor::left},               {117, 483, "NEXT", Anchor::left}};
+constexpr Printed kModuleCaptions[] = {{101, 142.64, "BASSLINE", Anchor::left},
+                                       {337, 142.64, "LOOP", Anchor::right},
+                                       {455, 142.64, "PATCH", Anchor::right},
+                                       {27, 175, "NOW", Anchor::left},
+                                       {117, 175, "NEXT", Anchor::left},
+                                       {656, 142.64, "BASSLINE", Anchor::left},
+                                       {892, 142.64, "LOOP", Anchor::right},
+                                       {1010, 142.64, "PATCH", Anchor::right},
+                                       {582, 175, "NOW", Anchor::left},
+                                       {672, 175, "NEXT", Anchor::left},
+                                       {84, 450.64, "DRUM MACHINE", Anchor::left},
+                                       {1030, 450.64, "LOOP", Anchor::right},
+                                       {27, 483, "NOW", Anchor::left},
+                                       {117, 483, "NEXT", Anchor::left}};
 
 void print(const Ink& ink, const Printed& p, QRgb colour) {
     ink.text({p.x, p.y}, QString::fromLatin1(p.text), kCaptionType, colour, p.anchor);
 }
 
-QRectF boxOf(const PanelRect& r) { return QRectF(r.x, r.y, r.width, r.height); }
+QRectF boxOf(const PanelRect& r) {
+    return QRectF(r.x, r.y, r.width, r.height);
+}
 
 void plate(const Ink& ink, const QRectF& area, const Fade& fade) {
     const QRectF r = ink.snapped(area);
@@ -94,7 +103,8 @@ void songBox(const Ink& ink, bool song, bool armed) {
     if (!song)
         ink.frame(r, 9, white(0.07));
     else
-        lightEdge(ink, r.adjusted(-0.2, -0.2, 0.2, 0.2), 9.2, armed ? palette::kRecord : palette::kMoonlight, 1.3);
+        lightEdge(ink, r.adjusted(-0.2, -0.2, 0.2, 0.2), 9.2, armed ? palette::kRecord : palette::kMoonlight,
+                  1.3);
     for (const Printed& p : kSongCaptions) {
         const bool record = song && armed && &p == std::end(kSongCaptions) - 1;
         print(ink, p, record ? palette::kRecord : song ? palette::kMoonlight : palette::kCaptionOff);
@@ -107,8 +117,10 @@ void strip(const Ink& ink) {
     ink.frame(r, 11, palette::kPlateEdge);
     const QRectF brand = boxOf(kRegions.brand);
     paintLogo(ink, {brand.left() + 21, brand.top() + 27}, 21);
-    ink.text({brand.left() + 53, brand.top() + 25}, QStringLiteral("Marlune"), {21, 600, -0.2}, palette::kText);
-    ink.text({brand.left() + 54, brand.top() + 44}, QStringLiteral("200Q"), {14, 600, 1.4}, palette::kMoonlight);
+    ink.text({brand.left() + 53, brand.top() + 25}, QStringLiteral("Marlune"), {21, 600, -0.2},
+             palette::kText);
+    ink.text({brand.left() + 54, brand.top() + 44}, QStringLiteral("200Q"), {14, 600, 1.4},
+             palette::kMoonlight);
     for (const Printed& p : kStripCaptions) print(ink, p, palette::kCaption);
 }
 
@@ -130,9 +142,9 @@ void paintLogo(const Ink& ink, QPointF centre, double radius) {
         double x, y, half;
         QRgb colour;
     };
-    for (const Wave& w : {Wave{-15.5, 5, 7.75, palette::kModules[0].light},
-                          Wave{-13.4, 9.6, 6.7, palette::kModules[1].light},
-                          Wave{-9.6, 14.2, 4.8, palette::kModules[2].light}}) {
+    for (const Wave& w :
+         {Wave{-15.5, 5, 7.75, palette::kModules[0].light}, Wave{-13.4, 9.6, 6.7, palette::kModules[1].light},
+          Wave{-9.6, 14.2, 4.8, palette::kModules[2].light}}) {
         QPainterPath path(QPointF(w.x, w.y));
         path.quadTo(w.x + w.half, w.y - 3.2, w.x + 2 * w.half, w.y);
         path.quadTo(w.x + 3 * w.half, w.y + 3.2, w.x + 4 * w.half, w.y);

@@ -32,7 +32,8 @@ void fill(const Ink& ink, const QPainterPath& path, const Fade& fade) {
     QLinearGradient gradient(r.topLeft(), r.bottomLeft());
     for (int i = 0; i < fade.count; ++i)
         gradient.setColorAt(fade.stops[i].at, QColor::fromRgba(fade.stops[i].colour));
-    ink.painter().setBrush(fade.count == 1 ? QBrush(QColor::fromRgba(fade.stops[0].colour)) : QBrush(gradient));
+    ink.painter().setBrush(fade.count == 1 ? QBrush(QColor::fromRgba(fade.stops[0].colour))
+                                           : QBrush(gradient));
     ink.painter().setPen(Qt::NoPen);
     ink.painter().drawPath(path);
 }
@@ -67,7 +68,9 @@ void whiteKey(const Ink& ink, const Look& look, int place) {
     touchKey(ink, look, note, whole, true);
     const bool lit = look.frame == note;
     ink.textMiddle({x + 19.25, 61.5}, QString::fromLatin1(kNames[place]), {11, lit ? 700 : 600},
-                   lit ? palette::kInk : asleep ? rgb(0x14181D) : rgb(0x3D4852));
+                   lit      ? palette::kInk
+                   : asleep ? rgb(0x14181D)
+                            : rgb(0x3D4852));
 }
 
 void blackKey(const Ink& ink, const Look& look, int note) {

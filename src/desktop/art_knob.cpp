@@ -24,9 +24,9 @@ struct CapStyle {
 
 CapStyle capOf(const Look& look) {
     switch (look.variant) {
-    case 2: return {palette::kModules[look.module].knobCap, rgb(0x0C1013)};
-    case 3: return {palette::kKnobPale, rgb(0x12161B)};
-    default: return {palette::kKnobDark, palette::kText};
+        case 2: return {palette::kModules[look.module].knobCap, rgb(0x0C1013)};
+        case 3: return {palette::kKnobPale, rgb(0x12161B)};
+        default: return {palette::kKnobDark, palette::kText};
     }
 }
 

@@ -10,7 +10,9 @@ namespace marlune {
 namespace {
 
 // Gaps between the beats, in pixels from the left end of the rail.
-double gap(int module, int beat) { return module == 2 ? 267.0 + 271.0 * beat : 130.0 + 130.0 * beat; }
+double gap(int module, int beat) {
+    return module == 2 ? 267.0 + 271.0 * beat : 130.0 + 130.0 * beat;
+}
 
 } // namespace
 

@@ -51,24 +51,24 @@ void transportSymbol(const Ink& ink, int button, QPointF c, QRgb colour) {
     const double x = c.x();
     const double y = c.y();
     switch (button) {
-    case 0: {
-        QPainterPath line(QPointF(x - 6.5, y - 7));
-        line.lineTo(x - 6.5, y + 7);
-        ink.stroke(line, colour, 2.6);
-        ink.shape(arrowHead(x + 6.71, y, -10.6, 6.4), colour, 1.4);
-        break;
-    }
-    case 1:
-        for (const double at : {-0.53, 8.97}) ink.shape(arrowHead(x + at, y, -8.94, 5.4), colour, 1.4);
-        break;
-    case 2:
-        for (const double at : {-8.97, 0.53}) ink.shape(arrowHead(x + at, y, 8.94, 5.4), colour, 1.4);
-        break;
-    case 3: ink.shape(arrowHead(x + 2.3, y, -6.3, 3.8), colour, 1.4); break;
-    case 4: ink.shape(arrowHead(x - 2.3, y, 6.3, 3.8), colour, 1.4); break;
-    case 5: ink.box(QRectF(x - 7, y - 7, 14, 14), 2, colour); break;
-    case 6: ink.shape(arrowHead(x - 5.89, y, 13.25, 8), colour, 1.4); break;
-    default: ink.disc(c, 7.6, colour); break;
+        case 0: {
+            QPainterPath line(QPointF(x - 6.5, y - 7));
+            line.lineTo(x - 6.5, y + 7);
+            ink.stroke(line, colour, 2.6);
+            ink.shape(arrowHead(x + 6.71, y, -10.6, 6.4), colour, 1.4);
+            break;
+        }
+        case 1:
+            for (const double at : {-0.53, 8.97}) ink.shape(arrowHead(x + at, y, -8.94, 5.4), colour, 1.4);
+            break;
+        case 2:
+            for (const double at : {-8.97, 0.53}) ink.shape(arrowHead(x + at, y, 8.94, 5.4), colour, 1.4);
+            break;
+        case 3: ink.shape(arrowHead(x + 2.3, y, -6.3, 3.8), colour, 1.4); break;
+        case 4: ink.shape(arrowHead(x - 2.3, y, 6.3, 3.8), colour, 1.4); break;
+        case 5: ink.box(QRectF(x - 7, y - 7, 14, 14), 2, colour); break;
+        case 6: ink.shape(arrowHead(x - 5.89, y, 13.25, 8), colour, 1.4); break;
+        default: ink.disc(c, 7.6, colour); break;
     }
 }
 

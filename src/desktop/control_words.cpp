@@ -47,8 +47,8 @@ constexpr Words kWords[] = {
     {Control::ediSel, "Edit %1", "Edit this module   ( Left, Right )"},
 };
 
-constexpr std::array<const char*, 13> kNotes{"C",  "C#", "D",  "D#", "E", "F",     "F#",
-                                             "G",  "G#", "A",  "A#", "B", "high C"};
+constexpr std::array<const char*, 13> kNotes{"C", "C#", "D", "D#", "E", "F",     "F#",
+                                             "G", "G#", "A", "A#", "B", "high C"};
 constexpr std::array<const char*, 3> kPatternKeys{"1 to 8", "Q to I", "A to K"};
 
 const Words* wordsOf(Control control) {
@@ -59,39 +59,45 @@ const Words* wordsOf(Control control) {
 
 QString indexWord(const PlacedControl& c, const PanelState& state) {
     switch (c.control) {
-    case Control::knobSprite: return QString::fromStdString(state.text(Control::UserTitle, c.index));
-    case Control::sel109:
-    case Control::Offset109: return QString::fromStdString(state.text(Control::UserTitle, 12 + c.index));
-    case Control::DigitPatt: return c.index % 2 == 0 ? QStringLiteral("current") : QStringLiteral("next");
-    case Control::sel103AButton:
-    case Control::sel103BButton: return QString::fromLatin1(kNotes[c.index]);
-    case Control::bank103A:
-    case Control::bank103B:
-    case Control::bank109: return {QChar('A' + c.index)};
-    default: return QString::number(c.index + 1);
+        case Control::knobSprite: return QString::fromStdString(state.text(Control::UserTitle, c.index));
+        case Control::sel109:
+        case Control::Offset109: return QString::fromStdString(state.text(Control::UserTitle, 12 + c.index));
+        case Control::DigitPatt: return c.index % 2 == 0 ? QStringLiteral("current") : QStringLiteral("next");
+        case Control::sel103AButton:
+        case Control::sel103BButton: return QString::fromLatin1(kNotes[c.index]);
+        case Control::bank103A:
+        case Control::bank103B:
+        case Control::bank109: return {QChar('A' + c.index)};
+        default: return QString::number(c.index + 1);
     }
 }
 
-QString onOff(bool on) { return on ? QStringLiteral("on") : QStringLiteral("off"); }
+QString onOff(bool on) {
+    return on ? QStringLiteral("on") : QStringLiteral("off");
+}
 
-QString selected(bool yes) { return yes ? QStringLiteral("selected") : QString(); }
+QString selected(bool yes) {
+    return yes ? QStringLiteral("selected") : QString();
+}
 
 QString frameValue(const PlacedControl& c, const PanelState& state) {
     const int frame = state.frame(c.control, c.index);
     switch (c.control) {
-    case Control::knobSprite: return QStringLiteral("%1 %").arg((frame * 100 + 26) / 53);
-    case Control::knobTempo: return QString::fromStdString(state.text(Control::tempoBPM)) + " beats per minute";
-    case Control::LEDBar: return QStringLiteral("step %1").arg(frame % 16 + 1);
-    case Control::DigitPatt: return QString(QChar('A' + frame / 8)) + QChar('1' + frame % 8);
-    case Control::Check1: return frame == 1 ? QStringLiteral("song") : QStringLiteral("pattern");
-    case Control::startStopButton: return frame == 1 ? QStringLiteral("running") : QStringLiteral("stopped");
-    case Control::sel109: return selected(frame == 1);
-    case Control::accent:
-    case Control::up:
-    case Control::down: return onOff(frame == 1);
-    case Control::RecButton:
-    case Control::playSongButton: return onOff(frame == 2);
-    default: return {};
+        case Control::knobSprite: return QStringLiteral("%1 %").arg((frame * 100 + 26) / 53);
+        case Control::knobTempo:
+            return QString::fromStdString(state.text(Control::tempoBPM)) + " beats per minute";
+        case Control::LEDBar: return QStringLiteral("step %1").arg(frame % 16 + 1);
+        case Control::DigitPatt: return QString(QChar('A' + frame / 8)) + QChar('1' + frame % 8);
+        case Control::Check1: return frame == 1 ? QStringLiteral("song") : QStringLiteral("pattern");
+        case Control::startStopButton:
+            return frame == 1 ? QStringLiteral("running") : QStringLiteral("stopped");
+        case Control::sel109: return selected(frame == 1);
+        case Control::accent:
+        case Control::up:
+        case Control::down: return onOff(frame == 1);
+        case Control::RecButton:
+        case Control::playSongButton: return onOff(frame == 2);
+        default: return {};
     }
 }
 
@@ -107,16 +113,16 @@ QString controlName(const PlacedControl& c, const PanelState& state) {
 
 QString controlValue(const PlacedControl& c, const PanelState& state) {
     switch (c.control) {
-    case Control::step109LED: return onOff(state.lamps[c.index]);
-    case Control::step103A:
-    case Control::step103B: return selected(state.frame(Control::step103, c.module) == c.index);
-    case Control::sel103AButton:
-    case Control::sel103BButton: return selected(state.frame(Control::keys, c.module) == c.index);
-    case Control::bank103A:
-    case Control::bank103B:
-    case Control::bank109: return selected(state.bank(2 * c.module) == c.index);
-    case Control::ediSel: return selected(state.underEdit(c.index));
-    default: break;
+        case Control::step109LED: return onOff(state.lamps[c.index]);
+        case Control::step103A:
+        case Control::step103B: return selected(state.frame(Control::step103, c.module) == c.index);
+        case Control::sel103AButton:
+        case Control::sel103BButton: return selected(state.frame(Control::keys, c.module) == c.index);
+        case Control::bank103A:
+        case Control::bank103B:
+        case Control::bank109: return selected(state.bank(2 * c.module) == c.index);
+        case Control::ediSel: return selected(state.underEdit(c.index));
+        default: break;
     }
     if (controlInfo(c.control).kind == ControlKind::text)
         return QString::fromStdString(state.text(c.control, c.index));

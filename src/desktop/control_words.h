@@ -8,7 +8,8 @@
 namespace marlune {
 
 QString controlName(const PlacedControl& control, const PanelState& state); // "103A Cutoff knob"
-QString controlValue(const PlacedControl& control, const PanelState& state); // "47 %", "A3", "on"; may be empty
+QString controlValue(const PlacedControl& control,
+                     const PanelState& state); // "47 %", "A3", "on"; may be empty
 QString controlTip(const PlacedControl& control);
 
 // Controls that carry a number which a drag, the wheel or Up and Down change.

@@ -21,12 +21,15 @@ namespace marlune {
 
 namespace {
 
-constexpr int kFollowMs = 100; // how soon a form hidden by others loses its window
-constexpr int kWholeWidth = 0; // columns of an item that fills its line
+constexpr int kFollowMs = 100;  // how soon a form hidden by others loses its window
+constexpr int kLineHeight = 26; // of what stands beside boxes
+constexpr int kWholeWidth = 0;  // columns of an item that fills its line
 constexpr int kEnter = 13;
 constexpr int kEscape = 27;
 
-QString text(const std::string& s) { return QString::fromStdString(s); }
+QString text(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 // Shows without telling: a change that comes from the form is no event of the user.
 template <typename Widget, typename Change>
@@ -66,7 +69,9 @@ void FormWindow::beginFrame(const std::string& title) {
     frames_.push_back({grid});
 }
 
-void FormWindow::endFrame() { frames_.pop_back(); }
+void FormWindow::endFrame() {
+    frames_.pop_back();
+}
 
 void FormWindow::beginRow() {
     Frame& frame = frames_.back();
@@ -86,9 +91,9 @@ void FormWindow::endRow() {
 void FormWindow::place(QWidget* widget, int columns) {
     Frame& frame = frames_.back();
     if (frame.inRow) { // side by side, feet on one line
-        frame.grid->addWidget(widget, frame.row, frame.column++, qobject_cast<QGroupBox*>(widget) != nullptr
-                                                                     ? Qt::Alignment()
-                                                                     : Qt::AlignLeft | Qt::AlignBottom);
+        frame.grid->addWidget(
+            widget, frame.row, frame.column++,
+            qobject_cast<QGroupBox*>(widget) != nullptr ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignBottom);
         return;
     }
     frame.grid->addWidget(widget, frame.row++, columns == kWholeWidth ? 0 : frame.column, 1,
@@ -119,6 +124,7 @@ void FormWindow::label(const Label& shown) {
     auto* words = new QLabel;
     words->setTextFormat(Qt::PlainText);
     bindings_.push_back({[] {}, [words, &shown] { words->setText(text(shown.text)); }});
+    if (frames_.back().inRow) words->setMinimumHeight(kLineHeight);
     place(words, kWholeWidth);
 }
 
@@ -128,7 +134,8 @@ QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int
     line->setAccessibleName(text(caption));
     bindings_.push_back({[line, &box] { box.text = line->text().toStdString(); },
                          [line, &box] {
-                             if (line->text() != text(box.text)) quietly(line, [&] { line->setText(text(box.text)); });
+                             if (line->text() != text(box.text))
+                                 quietly(line, [&] { line->setText(text(box.text)); });
                              line->setEnabled(box.enabled);
                          }});
     placeWithCaption(caption, line);
@@ -154,6 +161,7 @@ void FormWindow::checkBox(CheckBox& box, FormEvent click) {
                              check->setEnabled(box.enabled);
                          }});
     connect(check, &QCheckBox::clicked, this, [this, event = std::move(click)] { run(event); });
+    if (frames_.back().inRow) check->setMinimumHeight(kLineHeight);
     place(check, 2);
 }
 
@@ -179,7 +187,8 @@ void FormWindow::comboBox(const std::string& caption, ComboBox& box) {
 void FormWindow::progressBar(ProgressBar& bar) {
     auto* progress = new QProgressBar;
     progress->setMinimumWidth(280);
-    bindings_.push_back({[] {}, [progress, &bar] {
+    bindings_.push_back({[] {},
+                         [progress, &bar] {
                              progress->setRange(bar.minimum, bar.maximum);
                              progress->setValue(bar.value);
                          }});
@@ -192,7 +201,8 @@ void FormWindow::button(Button& shown, Role role, FormEvent click) {
     push->setDefault(role == Role::accept);
     if (role == Role::accept && accept_ == nullptr) accept_ = push;
     if (role == Role::reject && reject_ == nullptr) reject_ = push;
-    bindings_.push_back({[] {}, [push, &shown] {
+    bindings_.push_back({[] {},
+                         [push, &shown] {
                              push->setText(text(shown.caption));
                              push->setEnabled(shown.enabled);
                          }});
@@ -200,6 +210,7 @@ void FormWindow::button(Button& shown, Role role, FormEvent click) {
     Frame& frame = frames_.back();
     if (frame.column == 0 && frame.buttons == nullptr) { // a line of buttons stands at the right
         frame.buttons = new QHBoxLayout;
+        frame.buttons->setSpacing(8);
         frame.buttons->addStretch();
         frame.grid->addLayout(frame.buttons, frame.row, 0, 1, -1);
     }

@@ -34,7 +34,9 @@ QBrush brushFor(const QRectF& r, const Fade& fade) {
     return gradient;
 }
 
-QRectF grown(const QRectF& r, double by) { return r.adjusted(-by, -by, by, by); }
+QRectF grown(const QRectF& r, double by) {
+    return r.adjusted(-by, -by, by, by);
+}
 
 } // namespace
 
@@ -44,7 +46,9 @@ Ink::Ink(QPainter& painter, double scale)
     painter_.setPen(Qt::NoPen);
 }
 
-double Ink::snap(double v) const { return std::round(v * scale_) / scale_; }
+double Ink::snap(double v) const {
+    return std::round(v * scale_) / scale_;
+}
 
 QRectF Ink::snapped(const QRectF& r) const {
     return {QPointF(snap(r.left()), snap(r.top())), QPointF(snap(r.right()), snap(r.bottom()))};
@@ -65,7 +69,8 @@ void Ink::frame(const QRectF& r, double radius, const Fade& fade, double width) 
 }
 
 void Ink::disc(QPointF centre, double radius, const Fade& fade) const {
-    painter_.setBrush(brushFor(QRectF(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius), fade));
+    painter_.setBrush(
+        brushFor(QRectF(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius), fade));
     painter_.drawEllipse(centre, radius, radius);
 }
 
@@ -89,7 +94,8 @@ void Ink::glow(QPointF centre, double radius, QRgb colour, double strength) cons
 void Ink::shape(const QPainterPath& path, QRgb colour, double roundness) const {
     painter_.setBrush(QColor::fromRgba(colour));
     if (roundness > 0)
-        painter_.setPen(QPen(QColor::fromRgba(colour), roundness, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter_.setPen(
+            QPen(QColor::fromRgba(colour), roundness, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter_.drawPath(path);
     painter_.setPen(Qt::NoPen);
 }
@@ -135,14 +141,8 @@ void Ink::halo(const QRectF& r, double radius, QRgb colour, double strength) con
     struct Layer {
         double grow, opacity;
     };
-    constexpr std::array<Layer, 8> kLayers{{{13, 0.02},
-                                            {11, 0.024},
-                                            {9, 0.028},
-                                            {7, 0.034},
-                                            {5.5, 0.042},
-                                            {4, 0.052},
-                                            {2.8, 0.07},
-                                            {1.6, 0.1}}};
+    constexpr std::array<Layer, 8> kLayers{
+        {{13, 0.02}, {11, 0.024}, {9, 0.028}, {7, 0.034}, {5.5, 0.042}, {4, 0.052}, {2.8, 0.07}, {1.6, 0.1}}};
     for (const Layer& layer : kLayers)
         box(grown(r, layer.grow), radius + layer.grow, withAlpha(colour, layer.opacity * strength));
 }

@@ -14,7 +14,7 @@ namespace marlune {
 
 struct Type {
     double size;
-    int weight;        // 400 regular .. 800 extra bold
+    int weight;         // 400 regular .. 800 extra bold
     double spacing = 0; // added between letters
 };
 
@@ -25,8 +25,8 @@ struct DotText {
     int pitch = 2;
     int places = 0;
     QRgb colour = 0;
-    double lit = 1;       // opacity of lit dots
-    double unlit = 0.07;  // opacity of the others; 0 leaves them out
+    double lit = 1;      // opacity of lit dots
+    double unlit = 0.07; // opacity of the others; 0 leaves them out
     bool glow = true;
     bool emptyPlaces = true; // unlit dots also where no character stands
 };
@@ -40,7 +40,9 @@ class Ink {
     [[nodiscard]] QPainter& painter() const { return painter_; }
     [[nodiscard]] double snap(double v) const;
     [[nodiscard]] QRectF snapped(const QRectF& r) const;
-    [[nodiscard]] double hair() const { return hair_; } // a line of about one panel pixel, whole on the device
+    [[nodiscard]] double hair() const {
+        return hair_;
+    } // a line of about one panel pixel, whole on the device
 
     void box(const QRectF& r, double radius, const Fade& fade) const;
     // A line of the given width along the inside of the box.

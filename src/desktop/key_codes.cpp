@@ -9,9 +9,9 @@ namespace marlune {
 namespace {
 
 enum class By : std::uint8_t {
-    meaning,         // the key's name decides
-    placeFirst,      // its place, then its name
-    meaningFirst,    // its name, then its place
+    meaning,      // the key's name decides
+    placeFirst,   // its place, then its name
+    meaningFirst, // its name, then its place
     keypad,
 };
 
@@ -83,8 +83,8 @@ int virtualKey(const KeyPress& key) {
         };
     };
     if (const int code = codeOf(at(By::placeFirst))) return code;
-    const int meant = codeOf(
-        [&](const KeyRow& row) { return row.qtKey == key.qtKey && row.by != By::keypad; });
+    const int meant =
+        codeOf([&](const KeyRow& row) { return row.qtKey == key.qtKey && row.by != By::keypad; });
     return meant != 0 ? meant : codeOf(at(By::meaningFirst));
 }
 
@@ -94,8 +94,7 @@ bool repeats(int virtualKeyCode) {
 }
 
 int virtualKey(const QKeyEvent& event) {
-    return virtualKey(
-        {event.key(), event.nativeScanCode(), event.modifiers().testFlag(Qt::KeypadModifier)});
+    return virtualKey({event.key(), event.nativeScanCode(), event.modifiers().testFlag(Qt::KeypadModifier)});
 }
 
 int modifierMask(const QKeyEvent& event) {

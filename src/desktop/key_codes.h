@@ -8,8 +8,8 @@ class QKeyEvent;
 namespace marlune {
 
 struct KeyPress {
-    int qtKey = 0;                // Qt::Key: what the key means under the present layout
-    std::uint32_t scanCode = 0;   // where the key lies (evdev code + 8); 0 when unknown
+    int qtKey = 0;              // Qt::Key: what the key means under the present layout
+    std::uint32_t scanCode = 0; // where the key lies (evdev code + 8); 0 when unknown
     bool keypad = false;
 };
 

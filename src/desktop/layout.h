@@ -27,7 +27,7 @@ struct PlacedControl {
     bool interactive; // false lets the pointer through
     int module;       // 0..2, kStripModule
     int detail;       // knobs: strip 1..3; dot-matrix texts: pitch of the dots in pixels
-    int places;        // dot-matrix texts: characters that fit
+    int places;       // dot-matrix texts: characters that fit
 };
 
 std::span<const PlacedControl> placedControls();

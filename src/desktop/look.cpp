@@ -11,10 +11,10 @@ namespace {
 
 // In the order of Art; the ground has no box of its own.
 constexpr std::array<ArtPainter, 24> kPainters{
-    nullptr,          paintChannel,   paintArrow,    paintHalo,    paintRail,     paintBracket,
-    paintLamp,        paintKeys,      paintStepCap,  paintBankCap, paintOctaveCap, paintDrumCap,
-    paintPad,         paintKnob,      paintPatternField, paintNumberField, paintNoteField, paintTempoField,
-    paintBarField,    paintPill,      paintModeSwitch, paintStartStop, paintTransport, paintTitle,
+    nullptr,       paintChannel, paintArrow,        paintHalo,        paintRail,      paintBracket,
+    paintLamp,     paintKeys,    paintStepCap,      paintBankCap,     paintOctaveCap, paintDrumCap,
+    paintPad,      paintKnob,    paintPatternField, paintNumberField, paintNoteField, paintTempoField,
+    paintBarField, paintPill,    paintModeSwitch,   paintStartStop,   paintTransport, paintTitle,
 };
 static_assert(kPainters.size() == static_cast<std::size_t>(Art::title) + 1);
 
@@ -22,9 +22,10 @@ static_assert(kPainters.size() == static_cast<std::size_t>(Art::title) + 1);
 
 std::size_t hashOf(const Look& look) {
     std::size_t hash = std::hash<std::string>()(look.text);
-    for (const int part : {static_cast<int>(look.art), static_cast<int>(look.module), static_cast<int>(look.variant),
-                           static_cast<int>(look.marks), static_cast<int>(look.frame),
-                           static_cast<int>(look.width), static_cast<int>(look.height)})
+    for (const int part :
+         {static_cast<int>(look.art), static_cast<int>(look.module), static_cast<int>(look.variant),
+          static_cast<int>(look.marks), static_cast<int>(look.frame), static_cast<int>(look.width),
+          static_cast<int>(look.height)})
         hash = hash * 31 + static_cast<std::size_t>(part);
     return hash;
 }

@@ -11,21 +11,43 @@ class Ink;
 struct PanelRect;
 
 enum class Art : std::uint8_t {
-    ground, channel, arrow, halo, rail, bracket, lamp, keys, stepCap, bankCap, octaveCap, drumCap, pad, knob,
-    patternField, numberField, noteField, tempoField, barField, pill, modeSwitch, startStop, transport, title,
+    ground,
+    channel,
+    arrow,
+    halo,
+    rail,
+    bracket,
+    lamp,
+    keys,
+    stepCap,
+    bankCap,
+    octaveCap,
+    drumCap,
+    pad,
+    knob,
+    patternField,
+    numberField,
+    noteField,
+    tempoField,
+    barField,
+    pill,
+    modeSwitch,
+    startStop,
+    transport,
+    title,
 };
 
 // Marks of a look.
 enum Mark : std::uint16_t {
     kHover = 1,
-    kDown = 2,     // held by the pointer
-    kAsleep = 4,   // can not be changed now
-    kEdit = 8,     // in the module under edit
+    kDown = 2,   // held by the pointer
+    kAsleep = 4, // can not be changed now
+    kEdit = 8,   // in the module under edit
     kLit = 16,
-    kBeyond = 32,  // past the loop
-    kArmed = 64,   // recording
+    kBeyond = 32, // past the loop
+    kArmed = 64,  // recording
     kSong = 128,
-    kCued = 256,   // differs from what plays now
+    kCued = 256, // differs from what plays now
 };
 
 struct Look {
@@ -46,7 +68,8 @@ std::size_t hashOf(const Look& look);
 // Draws the look with its box at the origin. Light may reach beyond the box.
 void paintLook(const Ink& ink, const Look& look, double width, double height);
 
-// What of the plates, and of all that is printed on them, may show in a tile; in panel coordinates. marks: kEdit << module, kSong, kArmed.
+// What of the plates, and of all that is printed on them, may show in a tile; in panel coordinates. marks:
+// kEdit << module, kSong, kArmed.
 inline constexpr int kGroundEdit = 8; // bits 8, 16, 32: module 0, 1, 2 under edit
 void paintGround(const Ink& ink, const PanelRect& tile, std::uint16_t marks);
 

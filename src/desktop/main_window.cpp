@@ -60,12 +60,14 @@ void MainWindow::buildMenus() {
 
 void MainWindow::addZoomMenu(QMenu* menu) {
     QMenu* zoom = menu->addMenu(QStringLiteral("Si&ze"));
-    zoom->addAction(QStringLiteral("&Larger"), QKeySequence(QStringLiteral("Ctrl++")), this, [this] { stepZoom(1); });
-    zoom->actions().constLast()->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")),
-                                               QKeySequence(QStringLiteral("Ctrl+="))});
+    zoom->addAction(QStringLiteral("&Larger"), QKeySequence(QStringLiteral("Ctrl++")), this,
+                    [this] { stepZoom(1); });
+    zoom->actions().constLast()->setShortcuts(
+        {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
     zoom->addAction(QStringLiteral("&Smaller"), QKeySequence(QStringLiteral("Ctrl+-")), this,
                     [this] { stepZoom(-1); });
-    zoom->addAction(QStringLiteral("&Normal"), QKeySequence(QStringLiteral("Ctrl+0")), this, [this] { setZoom(100); });
+    zoom->addAction(QStringLiteral("&Normal"), QKeySequence(QStringLiteral("Ctrl+0")), this,
+                    [this] { setZoom(100); });
     zoom->addSeparator();
     for (const int percent : kZooms)
         zoom->addAction(QStringLiteral("%1 %").arg(percent), this, [this, percent] { setZoom(percent); });
@@ -83,7 +85,9 @@ void MainWindow::showMenu(Menu menu, const MenuState& state) {
     }
 }
 
-void MainWindow::showStatus(const QString& text) { status_->setText(text); }
+void MainWindow::showStatus(const QString& text) {
+    status_->setText(text);
+}
 
 void MainWindow::setZoom(int percent) {
     panel_->setZoom(percent);

@@ -22,12 +22,18 @@ struct Fade {
     constexpr Fade(Stop a, Stop b, Stop c, Stop d) : stops{{a, b, c, d}}, count(4) {}
 };
 
-constexpr QRgb rgb(QRgb value) { return 0xFF000000U | value; }
+constexpr QRgb rgb(QRgb value) {
+    return 0xFF000000U | value;
+}
 constexpr QRgb withAlpha(QRgb colour, double alpha) {
     return (colour & 0x00FFFFFFU) | (static_cast<QRgb>(alpha * 255 + 0.5) << 24U);
 }
-constexpr QRgb white(double alpha) { return withAlpha(0xFFFFFF, alpha); }
-constexpr QRgb black(double alpha) { return withAlpha(0x000000, alpha); }
+constexpr QRgb white(double alpha) {
+    return withAlpha(0xFFFFFF, alpha);
+}
+constexpr QRgb black(double alpha) {
+    return withAlpha(0x000000, alpha);
+}
 
 namespace palette {
 

@@ -128,7 +128,9 @@ void PanelWidget::paintEvent(QPaintEvent* event) {
 
 // --- pointer
 
-QPointF PanelWidget::panelPoint(QPointF widgetPoint) const { return widgetPoint * 100.0 / zoom_; }
+QPointF PanelWidget::panelPoint(QPointF widgetPoint) const {
+    return widgetPoint * 100.0 / zoom_;
+}
 
 const PlacedControl* PanelWidget::reachable(QPointF point) const {
     const PlacedControl* control = controlAt(point.x(), point.y());
@@ -152,9 +154,13 @@ void PanelWidget::press(QMouseEvent* event, bool second) {
                   event->modifiers().testFlag(Qt::ShiftModifier), pair, true});
 }
 
-void PanelWidget::mousePressEvent(QMouseEvent* event) { press(event, false); }
+void PanelWidget::mousePressEvent(QMouseEvent* event) {
+    press(event, false);
+}
 
-void PanelWidget::mouseDoubleClickEvent(QMouseEvent* event) { press(event, true); }
+void PanelWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    press(event, true);
+}
 
 void PanelWidget::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = panelPoint(event->position());
@@ -191,7 +197,9 @@ void PanelWidget::setHover(const PlacedControl* control) {
     refresh();
 }
 
-void PanelWidget::leaveEvent(QEvent* /*event*/) { setHover(nullptr); }
+void PanelWidget::leaveEvent(QEvent* /*event*/) {
+    setHover(nullptr);
+}
 
 void PanelWidget::wheelEvent(QWheelEvent* event) {
     const PlacedControl* control = reachable(panelPoint(event->position()));

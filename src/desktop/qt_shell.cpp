@@ -9,8 +9,8 @@
 #include <QTimer>
 #include <algorithm>
 
-#include "desktop/accessible.h"
 #include "desktop/about_window.h"
+#include "desktop/accessible.h"
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/main_window.h"
@@ -20,30 +20,32 @@ namespace marlune {
 
 namespace {
 
-QString text(const std::string& s) { return QString::fromStdString(s); }
+QString text(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 QMessageBox::StandardButtons buttonsOf(BoxButtons buttons) {
     switch (buttons) {
-    case BoxButtons::okCancel: return QMessageBox::Ok | QMessageBox::Cancel;
-    case BoxButtons::yesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-    default: return QMessageBox::Ok;
+        case BoxButtons::okCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+        case BoxButtons::yesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        default: return QMessageBox::Ok;
     }
 }
 
 QMessageBox::Icon iconOf(BoxIcon icon) {
     switch (icon) {
-    case BoxIcon::critical: return QMessageBox::Critical;
-    case BoxIcon::exclamation: return QMessageBox::Warning;
-    default: return QMessageBox::Information;
+        case BoxIcon::critical: return QMessageBox::Critical;
+        case BoxIcon::exclamation: return QMessageBox::Warning;
+        default: return QMessageBox::Information;
     }
 }
 
 BoxAnswer answerOf(int pressed, BoxButtons buttons) {
     switch (pressed) {
-    case QMessageBox::Ok: return BoxAnswer::ok;
-    case QMessageBox::Yes: return BoxAnswer::yes;
-    case QMessageBox::No: return BoxAnswer::no;
-    default: return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
+        case QMessageBox::Ok: return BoxAnswer::ok;
+        case QMessageBox::Yes: return BoxAnswer::yes;
+        case QMessageBox::No: return BoxAnswer::no;
+        default: return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
     }
 }
 
@@ -87,13 +89,19 @@ QtShell::~QtShell() {
     for (FormWindow* form : forms_) delete form;
 }
 
-PanelView& QtShell::panel() { return window_->panel(); }
+PanelView& QtShell::panel() {
+    return window_->panel();
+}
 
-void QtShell::setHelpFile(const QString& path) { helpFile_ = path; }
+void QtShell::setHelpFile(const QString& path) {
+    helpFile_ = path;
+}
 
 // --- frame
 
-void QtShell::showTitle(const std::string& title) { window_->setWindowTitle(text(title)); }
+void QtShell::showTitle(const std::string& title) {
+    window_->setWindowTitle(text(title));
+}
 
 void QtShell::showPointer(Pointer pointer) {
     const bool hourglass = pointer == Pointer::hourglass;
@@ -105,15 +113,25 @@ void QtShell::showPointer(Pointer pointer) {
         QApplication::restoreOverrideCursor();
 }
 
-void QtShell::showStatus(const std::string& status) { window_->showStatus(text(status)); }
+void QtShell::showStatus(const std::string& status) {
+    window_->showStatus(text(status));
+}
 
-void QtShell::showStatusBar(bool visible) { window_->findChild<QStatusBar*>()->setVisible(visible); }
+void QtShell::showStatusBar(bool visible) {
+    window_->findChild<QStatusBar*>()->setVisible(visible);
+}
 
-void QtShell::showMenu(Menu menu, const MenuState& state) { window_->showMenu(menu, state); }
+void QtShell::showMenu(Menu menu, const MenuState& state) {
+    window_->showMenu(menu, state);
+}
 
-void QtShell::showPanel(bool visible) { window_->panel().setVisible(visible); }
+void QtShell::showPanel(bool visible) {
+    window_->panel().setVisible(visible);
+}
 
-void QtShell::beep() { QApplication::beep(); }
+void QtShell::beep() {
+    QApplication::beep();
+}
 
 void QtShell::showSplash() {
     splash_ = std::make_unique<AboutWindow>(window_.get(), true);
@@ -122,7 +140,9 @@ void QtShell::showSplash() {
     letEventsRun();
 }
 
-void QtShell::hideSplash() { splash_.reset(); }
+void QtShell::hideSplash() {
+    splash_.reset();
+}
 
 void QtShell::showAbout() {
     const ArrowWhile arrow(hourglass_);
@@ -149,13 +169,13 @@ BoxAnswer QtShell::messageBox(const std::string& message, BoxIcon icon, BoxButto
 std::string QtShell::fileDialog(const FileDialog& asked) {
     const ArrowWhile arrow(hourglass_);
     // Replacing a file is asked about by the command itself.
-    const QString name =
-        asked.save ? QFileDialog::getSaveFileName(window_.get(), text(asked.title), text(asked.fileName),
-                                                  nativeFilter(asked.filter), nullptr,
-                                                  QFileDialog::DontConfirmOverwrite)
-                   : QFileDialog::getOpenFileName(window_.get(), text(asked.title),
-                                                  QFileInfo(text(asked.fileName)).path(),
-                                                  nativeFilter(asked.filter));
+    const QString name = asked.save
+                             ? QFileDialog::getSaveFileName(window_.get(), text(asked.title),
+                                                            text(asked.fileName), nativeFilter(asked.filter),
+                                                            nullptr, QFileDialog::DontConfirmOverwrite)
+                             : QFileDialog::getOpenFileName(window_.get(), text(asked.title),
+                                                            QFileInfo(text(asked.fileName)).path(),
+                                                            nativeFilter(asked.filter));
     if (name.isEmpty()) return {};
     const bool bare = asked.save && !asked.defaultExtension.empty() && QFileInfo(name).suffix().isEmpty();
     return (bare ? name + '.' + text(asked.defaultExtension) : name).toStdString();

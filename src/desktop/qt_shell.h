@@ -63,7 +63,7 @@ class QtShell final : public QObject, public AppShell {
     std::unique_ptr<HelpWindow> help_;
     std::vector<FormWindow*> forms_; // open ones, the newest last
     QString helpFile_;
-    int waits_ = 0;         // routines that let events run, one inside the other
+    int waits_ = 0; // routines that let events run, one inside the other
     bool hourglass_ = false;
     bool closeLater_ = false;
     bool ended_ = false;

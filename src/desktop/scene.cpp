@@ -18,8 +18,8 @@ constexpr int kTileRows = (kPanelHeight + kTile - 1) / kTile;
 constexpr Control kStepAreas[] = {Control::step103A, Control::step103B, Control::step109LED};
 constexpr Control kBankAreas[] = {Control::bank103A, Control::bank103B, Control::bank109};
 constexpr Control kKeyAreas[] = {Control::sel103AButton, Control::sel103BButton};
-constexpr Control kTransport[] = {Control::ResetButton, Control::prevButton, Control::nextButton,
-                                  Control::RwdStep,     Control::FwdStep,    Control::stopButton,
+constexpr Control kTransport[] = {Control::ResetButton,    Control::prevButton, Control::nextButton,
+                                  Control::RwdStep,        Control::FwdStep,    Control::stopButton,
                                   Control::playSongButton, Control::RecButton};
 constexpr int kHaloReach = 14;
 
@@ -58,7 +58,8 @@ class PieceList {
             addAt(Art::channel, Control::edi109, -1, kRegions.drumChannels[row], 2, row);
         for (int module = 0; module < 3; ++module) {
             const PanelRect& now = placedControl(Control::DigitPatt, 2 * module)->rect;
-            addAt(Art::arrow, Control::edi109, -1, {now.x + now.width, now.y, 20, now.height}, module, module);
+            addAt(Art::arrow, Control::edi109, -1, {now.x + now.width, now.y, 20, now.height}, module,
+                  module);
         }
     }
     void lampRow(int module) {
@@ -105,8 +106,7 @@ class PieceList {
         halo(Control::RecButton, 0, 0);
         add(Art::modeSwitch, Control::Check1, 0, kHaloReach);
         add(Art::startStop, Control::startStopButton, 0, 3);
-        for (int button = 0; button < 8; ++button)
-            add(Art::transport, kTransport[button], 0, 3, button);
+        for (int button = 0; button < 8; ++button) add(Art::transport, kTransport[button], 0, 3, button);
         PanelRect bar = placedControl(Control::timeDisplay, 0)->rect;
         bar.height += placedControl(Control::microDisplay, 0)->rect.height;
         list_.push_back({Art::barField, Control::timeDisplay, 0, bar, 2, kStripModule, 0});
@@ -126,7 +126,9 @@ class PieceList {
 };
 
 // Where a fractional place lands on the device. Neighbours share edges.
-int device(double v, double scale) { return static_cast<int>(std::lround(v * scale)); }
+int device(double v, double scale) {
+    return static_cast<int>(std::lround(v * scale));
+}
 
 bool touches(const PlacedControl* placed, const Piece& piece) {
     return placed != nullptr && placed->control == piece.control && placed->index == piece.index;
@@ -140,7 +142,8 @@ std::uint16_t groundMarks(const PanelRect& tile, const PanelState& state) {
     };
     unsigned marks = 0;
     for (int module = 0; module < 3; ++module)
-        if (state.underEdit(module) && near(kRegions.modules[module])) marks |= unsigned{kGroundEdit} << module;
+        if (state.underEdit(module) && near(kRegions.modules[module]))
+            marks |= unsigned{kGroundEdit} << module;
     if (near(kRegions.songBox)) {
         if (state.songMode()) marks |= kSong;
         if (state.armed()) marks |= kArmed;
@@ -151,33 +154,33 @@ std::uint16_t groundMarks(const PanelRect& tile, const PanelState& state) {
 // The control that lights a cap: its frame, lamp or a digit display.
 bool isLit(const Piece& piece, const PanelState& state) {
     switch (piece.control) {
-    case Control::step103A: return state.frame(Control::step103, 0) == piece.index;
-    case Control::step103B: return state.frame(Control::step103, 1) == piece.index;
-    case Control::step109LED: return state.lamps[piece.index];
-    case Control::bank103A:
-    case Control::bank103B:
-    case Control::bank109: return state.bank(2 * piece.module) == piece.index;
-    case Control::SelEditPicture: return state.frame(piece.control, piece.index) == 0;
-    case Control::playSongButton:
-    case Control::RecButton: return state.frame(piece.control) == 2;
-    default: return state.frame(piece.control, piece.index) == 1;
+        case Control::step103A: return state.frame(Control::step103, 0) == piece.index;
+        case Control::step103B: return state.frame(Control::step103, 1) == piece.index;
+        case Control::step109LED: return state.lamps[piece.index];
+        case Control::bank103A:
+        case Control::bank103B:
+        case Control::bank109: return state.bank(2 * piece.module) == piece.index;
+        case Control::SelEditPicture: return state.frame(piece.control, piece.index) == 0;
+        case Control::playSongButton:
+        case Control::RecButton: return state.frame(piece.control) == 2;
+        default: return state.frame(piece.control, piece.index) == 1;
     }
 }
 
 bool sleeps(const Piece& piece, const PanelState& state) {
     switch (piece.control) {
-    case Control::bank103A:
-    case Control::bank103B:
-    case Control::bank109: return state.songMode() && !state.armed();
-    case Control::keys:
-    case Control::up:
-    case Control::down:
-    case Control::accent:
-    case Control::PatchID:
-    case Control::step109LED: return state.songMode();
-    case Control::timeDisplay: return !state.songMode() || !state.isEnabled(Control::timeDisplay);
-    case Control::knobSprite: return !state.isEnabled(piece.control, piece.index);
-    default: return false;
+        case Control::bank103A:
+        case Control::bank103B:
+        case Control::bank109: return state.songMode() && !state.armed();
+        case Control::keys:
+        case Control::up:
+        case Control::down:
+        case Control::accent:
+        case Control::PatchID:
+        case Control::step109LED: return state.songMode();
+        case Control::timeDisplay: return !state.songMode() || !state.isEnabled(Control::timeDisplay);
+        case Control::knobSprite: return !state.isEnabled(piece.control, piece.index);
+        default: return false;
     }
 }
 
@@ -237,37 +240,46 @@ Look lookOf(const Piece& piece, const PanelState& state, const Touch& touch) {
     look.height = static_cast<std::int16_t>(piece.rect.height);
     look.variant = static_cast<std::uint8_t>(piece.part);
     switch (piece.art) {
-    case Art::ground: look.marks = groundMarks(piece.rect, state); return look;
-    case Art::channel: mark(look, kLit, state.frame(Control::sel109, piece.part) == 1); look.variant = 0; return look;
-    case Art::arrow:
-        mark(look, kCued, state.frame(Control::DigitPatt, 2 * piece.module) !=
-                              state.frame(Control::DigitPatt, 2 * piece.module + 1));
-        look.variant = 0;
-        return look;
-    case Art::lamp: look.variant = 0; lookOfLamp(look, piece, state); return look;
-    case Art::bracket: lookOfBracket(look, piece, state); return look;
-    case Art::halo:
-        mark(look, kLit, isLit(piece, state) && !(sleeps(piece, state) && piece.control != Control::step109LED));
-        mark(look, kAsleep, look.is(kLit) && sleeps(piece, state));
-        if (piece.control == Control::RecButton) mark(look, kArmed, true);
-        return look;
-    case Art::keys: lookOfKeys(look, piece, touch); break;
-    case Art::patternField: lookOfPattern(look, piece, state); break;
-    case Art::barField:
-        look.text = state.text(Control::timeDisplay) + "\n" + state.text(Control::microDisplay);
-        break;
-    case Art::knob:
-        look.variant = static_cast<std::uint8_t>(placedControl(piece.control, piece.index)->detail);
-        mark(look, kArmed, state.armed() && piece.control == Control::knobSprite);
-        break;
-    case Art::rail: mark(look, kEdit, state.frame(Control::LEDBar, piece.module) >= 16); break;
-    case Art::stepCap:
-    case Art::pad: mark(look, kBeyond, piece.part >= state.loopLength(piece.module)); break;
-    case Art::bankCap:
-        mark(look, kCued, state.bank(2 * piece.module + 1) == piece.part &&
-                              state.bank(2 * piece.module) != piece.part);
-        break;
-    default: break;
+        case Art::ground: look.marks = groundMarks(piece.rect, state); return look;
+        case Art::channel:
+            mark(look, kLit, state.frame(Control::sel109, piece.part) == 1);
+            look.variant = 0;
+            return look;
+        case Art::arrow:
+            mark(look, kCued,
+                 state.frame(Control::DigitPatt, 2 * piece.module) !=
+                     state.frame(Control::DigitPatt, 2 * piece.module + 1));
+            look.variant = 0;
+            return look;
+        case Art::lamp:
+            look.variant = 0;
+            lookOfLamp(look, piece, state);
+            return look;
+        case Art::bracket: lookOfBracket(look, piece, state); return look;
+        case Art::halo:
+            mark(look, kLit,
+                 isLit(piece, state) && !(sleeps(piece, state) && piece.control != Control::step109LED));
+            mark(look, kAsleep, look.is(kLit) && sleeps(piece, state));
+            if (piece.control == Control::RecButton) mark(look, kArmed, true);
+            return look;
+        case Art::keys: lookOfKeys(look, piece, touch); break;
+        case Art::patternField: lookOfPattern(look, piece, state); break;
+        case Art::barField:
+            look.text = state.text(Control::timeDisplay) + "\n" + state.text(Control::microDisplay);
+            break;
+        case Art::knob:
+            look.variant = static_cast<std::uint8_t>(placedControl(piece.control, piece.index)->detail);
+            mark(look, kArmed, state.armed() && piece.control == Control::knobSprite);
+            break;
+        case Art::rail: mark(look, kEdit, state.frame(Control::LEDBar, piece.module) >= 16); break;
+        case Art::stepCap:
+        case Art::pad: mark(look, kBeyond, piece.part >= state.loopLength(piece.module)); break;
+        case Art::bankCap:
+            mark(
+                look, kCued,
+                state.bank(2 * piece.module + 1) == piece.part && state.bank(2 * piece.module) != piece.part);
+            break;
+        default: break;
     }
     if (piece.art == Art::numberField || piece.art == Art::noteField || piece.art == Art::tempoField ||
         piece.art == Art::title)

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QPainter>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
 
 #include "desktop/palette.h"
 
@@ -56,6 +58,34 @@ QScrollBar::handle:vertical { background: #3A434E; border-radius: 5px; min-heigh
 QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
 )";
 
+// Boxes that can be seen on a dark ground, with a tick in moonlight.
+class NightStyle final : public QProxyStyle {
+  public:
+    NightStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element != PE_IndicatorCheckBox)
+            return QProxyStyle::drawPrimitive(element, option, painter, widget);
+        const bool awake = option->state.testFlag(State_Enabled);
+        const bool focused = option->state.testFlag(State_HasFocus);
+        const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QColor::fromRgb(focused ? palette::kText : awake ? rgb(0x5B6672) : rgb(0x333B45)));
+        painter->setBrush(QColor(0x0A0E12));
+        painter->drawRoundedRect(box, 3, 3);
+        if (option->state.testFlag(State_On)) {
+            painter->setPen(QPen(QColor::fromRgb(awake ? palette::kMoonlight : palette::kSymbolOff), 2,
+                                 Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            const QPointF c = box.center();
+            painter->drawPolyline(
+                QPolygonF{{c.x() - 3.5, c.y()}, {c.x() - 1, c.y() + 3}, {c.x() + 3.8, c.y() - 3.4}});
+        }
+        painter->restore();
+    }
+};
+
 QPalette darkPalette() {
     const QColor text = QColor::fromRgb(palette::kText);
     const QColor ground = QColor::fromRgb(palette::kBarGround);
@@ -76,7 +106,7 @@ QPalette darkPalette() {
 } // namespace
 
 void applyTheme(QApplication& app) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new NightStyle);
     QApplication::setPalette(darkPalette());
     QFont font;
     font.setFamilies({QStringLiteral("Inter"), QStringLiteral("DejaVu Sans")});

@@ -38,7 +38,7 @@ void appendBigEndian(Bytes& out, std::uint32_t value, int bytes) {
 }
 
 void appendChunk(Bytes& out, std::string_view name, std::size_t size) {
-    out.insert(out.end(), name.begin(), name.end());
+    for (const char c : name) out.push_back(static_cast<std::uint8_t>(c));
     appendBigEndian(out, static_cast<std::uint32_t>(size), 4);
 }
 

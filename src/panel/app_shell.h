@@ -43,7 +43,8 @@ class AppShell {
     // The chosen name; empty when the dialog was left without one.
     virtual std::string fileDialog(const FileDialog& dialog) = 0;
     virtual void runModal(Form& form) = 0;     // returns when the form is no longer visible
-    virtual void showModeless(Form& form) = 0; // follows the form until it is no longer visible
+    // Returns at once and follows the form until it is no longer visible; nothing else takes input meanwhile.
+    virtual void showModeless(Form& form) = 0;
     virtual void formChanged(Form& form) = 0;  // contents were changed from outside its own handlers
 
     virtual void letEventsRun() = 0;           // handles what is pending, waits for nothing

@@ -10,6 +10,7 @@
 #include "edit/song_tools.h"
 #include "edit/transforms.h"
 #include "edit/undo_history.h"
+#include "export/export_driver.h"
 #include "midi/config_file.h"
 #include "midi/memorizer.h"
 #include "midi/midi_devices.h"
@@ -31,6 +32,7 @@ constexpr MenuCommand kCommands[] = {
     {Menu::mnuFileOpenPatt, mnuFileOpenPatt_Click},
     {Menu::mnuFileSavePatt, mnuFileSavePatt_Click},
     {Menu::mnuSaveAs, mnuSaveAs_Click},
+    {Menu::mnuFileExport, mnuFileExport_Click},
     {Menu::mnuFileExit, mnuFileExit_Click},
     {Menu::mnuEditCut, mnuEditCut_Click},
     {Menu::mnuEditPaste, mnuEditPaste_Click},

@@ -17,6 +17,6 @@ DeviceNames loadDeviceNames(const std::string& path);
 // Written as a whole or not at all; false where it failed. An empty path keeps nothing and is no failure.
 bool saveDeviceNames(const std::string& path, const DeviceNames& names);
 
-inline constexpr std::size_t kMaxStateBytes = 64 * 1024;
+inline constexpr std::size_t kMaxStateBytes = 65536;
 
 } // namespace marlune

@@ -177,7 +177,7 @@ void SynthCore::render(float* left, float* right) noexcept {
     for (int i = 0; i < 2 * kChannels; ++i) buffers[i] = sound[i];
     fluid_synth_process(synth_.get(), kBlock, 0, nullptr, 2 * kChannels, buffers);
     for (int channel = 0; channel < kChannels; ++channel)
-        shifts_[channel].pass(sound[2 * channel], sound[2 * channel + 1], left, right);
+        shifts_[channel].pass(buffers[2 * channel], buffers[2 * channel + 1], left, right);
     for (int i = 0; i < kBlock; ++i) {
         left[i] = limited(left[i]);
         right[i] = limited(right[i]);

@@ -144,11 +144,8 @@ void Rebirth_to_MIDI::RebirthFileOpen() {
     dialog.filter = "ReBirth Song (*.RBS)|*.RBS";
     dialog.defaultExtension = "rbs";
     inputFileName = shell().fileDialog(dialog);
-    if (inputFileName.empty()) {
-        unload();
-    } else {
-        showModal();
-    }
+    if (!inputFileName.empty()) showModal();
+    unload(); // it lives for one conversion, however it was left
 }
 
 bool Rebirth_to_MIDI::validateOptions() {

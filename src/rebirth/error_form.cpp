@@ -19,6 +19,7 @@ void Error::describe(FormBuilder& builder) {
 void showCorruptRebirthFile() {
     errorForm.Label2.text = kCorruptRebirthFile;
     errorForm.showModal();
+    errorForm.unload();
 }
 
 } // namespace marlune

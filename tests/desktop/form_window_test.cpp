@@ -32,12 +32,24 @@ struct TryForm final : Form {
         b.textBox("Name", name, 12, [this] { log += "focus:" + name.text + " "; });
         b.digitsBox("Number", number, 3);
         b.comboBox("Port", port);
-        b.checkBox(loud, [this] { log += loud.checked ? "loud " : "quiet "; number.enabled = !loud.checked; });
+        b.checkBox(loud, [this] {
+            log += loud.checked ? "loud " : "quiet ";
+            number.enabled = !loud.checked;
+        });
         b.endFrame();
         b.beginRow();
-        b.button(add, FormBuilder::Role::plain, [this] { number.text += "0"; note.text = name.text; });
-        b.button(ok, FormBuilder::Role::accept, [this] { log += "ok:" + name.text + "/" + number.text + "/" + std::to_string(port.selected); unload(); });
-        b.button(cancel, FormBuilder::Role::reject, [this] { log += "cancel"; unload(); });
+        b.button(add, FormBuilder::Role::plain, [this] {
+            number.text += "0";
+            note.text = name.text;
+        });
+        b.button(ok, FormBuilder::Role::accept, [this] {
+            log += "ok:" + name.text + "/" + number.text + "/" + std::to_string(port.selected);
+            unload();
+        });
+        b.button(cancel, FormBuilder::Role::reject, [this] {
+            log += "cancel";
+            unload();
+        });
         b.endRow();
     }
     bool Form_KeyDown(int code) override {
@@ -87,15 +99,21 @@ TEST(FormWindows, EscapeAndTheCloseBoxGoToTheRejectingButtonUnlessTheFormTakesTh
     QtShell shell;
     TryForm form;
     form.takeEscape = true;
-    EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) {
-        form.log.clear();
-        QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
-        EXPECT_TRUE(form.visible());
-        window.close();
-    }), "key27 cancel");
+    EXPECT_EQ(whileModal(form, shell,
+                         [&](FormWindow& window) {
+                             form.log.clear();
+                             QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+                             EXPECT_TRUE(form.visible());
+                             window.close();
+                         }),
+              "key27 cancel");
     form.takeEscape = false;
     form.log.clear();
-    EXPECT_EQ(whileModal(form, shell, [&](FormWindow& window) { form.log.clear(); QTest::keyClick(window.focusWidget(), Qt::Key_Escape); }),
+    EXPECT_EQ(whileModal(form, shell,
+                         [&](FormWindow& window) {
+                             form.log.clear();
+                             QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+                         }),
               "key27 cancel");
 }
 

@@ -25,8 +25,8 @@ class Setter {
 };
 
 constexpr std::initializer_list<const char*> kLabels = {
-    "Cutoff", "Res",   "Env.Amt", "Decay", "Ctrl.1", "Accent", "Cutoff", "Res",   "Env.Amt", "Decay",
-    "Ctrl.1", "Accent", "BDrum",  "Snare", "Clap",   "ClHt1",  "ClHt2",  "OpHat", "Loop",    "Accent"};
+    "Cutoff", "Res",    "Env.Amt", "Decay", "Ctrl.1", "Accent", "Cutoff", "Res",   "Env.Amt", "Decay",
+    "Ctrl.1", "Accent", "BDrum",   "Snare", "Clap",   "ClHt1",  "ClHt2",  "OpHat", "Loop",    "Accent"};
 
 void lamps(PanelState& state, const std::string& row) {
     for (int i = 0; i < 16; ++i) state.lamps[i] = row[i] == 'x';
@@ -37,7 +37,8 @@ void lamps(PanelState& state, const std::string& row) {
 PanelState patternMoment() {
     PanelState state;
     Setter(state)
-        .frame(Control::knobSprite, {35, 19, 29, 24, 8, 47, 17, 38, 13, 32, 27, 41, 47, 40, 31, 25, 34, 28, 17, 49})
+        .frame(Control::knobSprite,
+               {35, 19, 29, 24, 8, 47, 17, 38, 13, 32, 27, 41, 47, 40, 31, 25, 34, 28, 17, 49})
         .frame(Control::knobTempo, {24})
         .frame(Control::LEDBar, {16, 0, 0})
         .frame(Control::keys, {7, 3})
@@ -64,7 +65,8 @@ PanelState patternMoment() {
 PanelState songMoment() {
     PanelState state = patternMoment();
     Setter(state)
-        .frame(Control::knobSprite, {14, 42, 9, 38, 53, 27, 46, 9, 33, 14, 0, 49, 53, 36, 17, 44, 28, 12, 40, 41})
+        .frame(Control::knobSprite,
+               {14, 42, 9, 38, 53, 27, 46, 9, 33, 14, 0, 49, 53, 36, 17, 44, 28, 12, 40, 41})
         .frame(Control::knobTempo, {22})
         .frame(Control::LEDBar, {9, 1, 25})
         .frame(Control::keys, {10, 13})
@@ -85,8 +87,8 @@ PanelState songMoment() {
         .text(Control::tempoBPM, {"126"})
         .text(Control::timeDisplay, {"47"})
         .text(Control::microDisplay, {""});
-    for (const Control c : {Control::stopButton, Control::nextButton, Control::prevButton, Control::ResetButton,
-                            Control::RwdStep, Control::FwdStep})
+    for (const Control c : {Control::stopButton, Control::nextButton, Control::prevButton,
+                            Control::ResetButton, Control::RwdStep, Control::FwdStep})
         state.frames[static_cast<std::size_t>(c)][0] = 1;
     for (const Control c : {Control::timeDisplay, Control::microDisplay})
         state.enabled[static_cast<std::size_t>(c)][0] = true;

@@ -28,7 +28,8 @@ PanelState asleepMoment() {
     state.frames[static_cast<std::size_t>(Control::nextButton)][0] = 2;
     state.frames[static_cast<std::size_t>(Control::startStopButton)][0] = 0;
     state.texts[static_cast<std::size_t>(Control::microDisplay)][0] = std::string("[12/16]");
-    for (int knob = 0; knob < 19; ++knob) state.enabled[static_cast<std::size_t>(Control::knobSprite)][knob] = false;
+    for (int knob = 0; knob < 19; ++knob)
+        state.enabled[static_cast<std::size_t>(Control::knobSprite)][knob] = false;
     return state;
 }
 
@@ -61,7 +62,8 @@ void timeKnobs(MainWindow& window, int zoom) {
     }
     std::sort(times.begin(), times.end());
     std::printf("20 knobs at %d %%: median %.2f ms, worst of %zu %.2f ms; cache %.1f MB\n", zoom,
-                times[times.size() / 2], times.size(), times.back(), static_cast<double>(panel.sprites().bytes()) / 1e6);
+                times[times.size() / 2], times.size(), times.back(),
+                static_cast<double>(panel.sprites().bytes()) / 1e6);
     clock.restart();
     panel.repaint();
     std::printf("whole panel again: %.2f ms\n", static_cast<double>(clock.nsecsElapsed()) / 1e6);
@@ -88,7 +90,8 @@ int main(int argc, char** argv) {
     shell.window().panel().showState(state);
     if (words.value(1) == "about" && words.size() > 2)
         return AboutWindow(nullptr, false).grab().save(words[2]) ? 0 : 1;
-    if (words.value(1) == "help" && words.size() > 3) return HelpWindow(words[2]).grab().save(words[3]) ? 0 : 1;
+    if (words.value(1) == "help" && words.size() > 3)
+        return HelpWindow(words[2]).grab().save(words[3]) ? 0 : 1;
     if (words.value(1) == "time") {
         timeKnobs(shell.window(), words.value(2, "200").toInt());
         return 0;

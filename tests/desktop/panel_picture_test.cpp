@@ -1,4 +1,5 @@
-// The painted panel: every control at its place, every frame told apart, repainting in pieces as good as whole.
+// The painted panel: every control at its place, every frame told apart, repainting in pieces as good as
+// whole.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -38,8 +39,8 @@ int difference(const QImage& a, const QImage& b, const PanelRect& r, int grow = 
         for (int x = std::max(0, r.x - grow); x < std::min(kPanelWidth, r.x + r.width + grow); ++x) {
             const QRgb p = a.pixel(x, y);
             const QRgb q = b.pixel(x, y);
-            const int apart = std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) +
-                              std::abs(qBlue(p) - qBlue(q));
+            const int apart =
+                std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) + std::abs(qBlue(p) - qBlue(q));
             if (apart > 40) ++count;
         }
     return count;
@@ -107,14 +108,29 @@ TEST(PanelPicture, WhatFollowsFromOtherControlsIsSeenThere) {
         {"bank of now", [](PanelState& s) { frame(s, Control::DigitPatt, 0, 26); }, Control::bank103A, 3},
         {"bank of next", [](PanelState& s) { frame(s, Control::DigitPatt, 3, 1); }, Control::bank103B, 0},
         {"cue", [](PanelState& s) { frame(s, Control::DigitPatt, 4, 13); }, Control::DigitPatt, 5},
-        {"loop", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][0] = std::string("5"); }, Control::step103A, 8},
-        {"loop of the pads", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][2] = std::string("5"); }, Control::step109LED, 13},
-        {"note", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::Offset109)][6] = std::string("127"); }, Control::Offset109, 6},
-        {"bar", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::timeDisplay)][0] = std::string("1000"); }, Control::timeDisplay, 0},
-        {"title", [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::UserTitle)][2] = std::string("A far too long one"); }, Control::UserTitle, 2},
+        {"loop",
+         [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][0] = std::string("5"); },
+         Control::step103A, 8},
+        {"loop of the pads",
+         [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::LoopPt)][2] = std::string("5"); },
+         Control::step109LED, 13},
+        {"note",
+         [](PanelState& s) { s.texts[static_cast<std::size_t>(Control::Offset109)][6] = std::string("127"); },
+         Control::Offset109, 6},
+        {"bar",
+         [](PanelState& s) {
+             s.texts[static_cast<std::size_t>(Control::timeDisplay)][0] = std::string("1000");
+         },
+         Control::timeDisplay, 0},
+        {"title",
+         [](PanelState& s) {
+             s.texts[static_cast<std::size_t>(Control::UserTitle)][2] = std::string("A far too long one");
+         },
+         Control::UserTitle, 2},
         {"song mode", [](PanelState& s) { frame(s, Control::Check1, 0, 1); }, Control::keys, 0},
         {"armed", [](PanelState& s) { frame(s, Control::RecButton, 0, 2); }, Control::knobSprite, 4},
-        {"off", [](PanelState& s) { s.enabled[static_cast<std::size_t>(Control::knobSprite)][5] = false; }, Control::knobSprite, 5},
+        {"off", [](PanelState& s) { s.enabled[static_cast<std::size_t>(Control::knobSprite)][5] = false; },
+         Control::knobSprite, 5},
         {"under edit", [](PanelState& s) { frame(s, Control::SelEditPicture, 2, 0); }, Control::ediSel, 2},
     };
     const QImage before = paint(patternMoment());
@@ -133,8 +149,9 @@ TEST(PanelPicture, PointerAndFocusAreSeenOnEveryControlThatAnswers) {
         focus.focus = stop;
         EXPECT_GT(difference(before, paint(state, focus), stop->rect, 5), 50);
     }
-    for (const Control control : {Control::knobSprite, Control::step103A, Control::bank109, Control::step109LED,
-                                  Control::sel103BButton, Control::accent, Control::startStopButton}) {
+    for (const Control control :
+         {Control::knobSprite, Control::step103A, Control::bank109, Control::step109LED,
+          Control::sel103BButton, Control::accent, Control::startStopButton}) {
         Touch pressed;
         pressed.pressed = placedControl(control, 1 % controlInfo(control).count);
         EXPECT_NE(before, paint(state, pressed)) << controlInfo(control).name;
@@ -159,7 +176,8 @@ TEST(PanelPicture, RepaintingPiecesEndsInTheWholePicture) {
             widget.showText(control, index, std::to_string(random() % 16 + 1));
         QCoreApplication::processEvents();
     }
-    const QImage window = widget.screen()->grabWindow(widget.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    const QImage window =
+        widget.screen()->grabWindow(widget.winId()).toImage().convertToFormat(QImage::Format_RGB32);
     EXPECT_EQ(window, paint(widget.state()));
     EXPECT_LE(widget.sprites().bytes(), SpriteCache::kBudget);
 }

@@ -36,11 +36,13 @@ class PanelWidgetTest : public testing::Test {
             }
         return {-1, -1};
     }
-    [[nodiscard]] QPoint pointOf(Control control, int index) const { return openPoint(*placedControl(control, index)); }
+    [[nodiscard]] QPoint pointOf(Control control, int index) const {
+        return openPoint(*placedControl(control, index));
+    }
     void mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys = {}) {
         const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
-        QMouseEvent event(type, at, panel.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button, held,
-                          keys);
+        QMouseEvent event(type, at, panel.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button,
+                          held, keys);
         QCoreApplication::sendEvent(&panel, &event);
     }
     void key(int qtKey, bool press, bool repeat, Qt::KeyboardModifiers held = {}) {
@@ -59,7 +61,8 @@ TEST_F(PanelWidgetTest, AClickReachesTheControlUnderItAtEveryZoom) {
             const QPoint at = openPoint(c);
             ASSERT_GE(at.x(), 0) << controlInfo(c.control).name << c.index;
             QTest::mouseClick(&panel, Qt::LeftButton, Qt::NoModifier, at);
-            const std::string where = std::string(controlInfo(c.control).name) + "(" + std::to_string(c.index) + ")@" +
+            const std::string where = std::string(controlInfo(c.control).name) + "(" +
+                                      std::to_string(c.index) + ")@" +
                                       std::to_string(std::lround(at.y() * 1500.0 / zoom));
             EXPECT_EQ(takeEvents(), "press:" + where + " release:" + where) << zoom;
             QTest::qWait(0);
@@ -73,8 +76,9 @@ TEST_F(PanelWidgetTest, ADragKeepsItsControlAndTellsTheHeldButtonAndShift) {
     mouse(QEvent::MouseButtonPress, {500, 300}, Qt::RightButton);
     mouse(QEvent::MouseButtonRelease, {500, 300}, Qt::LeftButton);
     mouse(QEvent::MouseMove, {500, 300}, Qt::NoButton);
-    EXPECT_EQ(takeEvents(), "press:knobSprite(0)@2925 move:knobSprite(0)@-300,fine,outside "
-                            "release:knobSprite(0)@4500,outside");
+    EXPECT_EQ(takeEvents(),
+              "press:knobSprite(0)@2925 move:knobSprite(0)@-300,fine,outside "
+              "release:knobSprite(0)@4500,outside");
 }
 
 TEST_F(PanelWidgetTest, TheSecondPressOfAFastPairIsAPressAndSaysSo) {
@@ -103,7 +107,7 @@ TEST_F(PanelWidgetTest, ADisabledKnobAnswersNothing) {
 
 TEST_F(PanelWidgetTest, TheWheelIsCollectedToWholeSteps) {
     const QPoint at = pointOf(Control::LoopPt, 1);
-    for (const int angle : {60, 60, -360, 90, 40})  {
+    for (const int angle : {60, 60, -360, 90, 40}) {
         QWheelEvent event(at, panel.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&panel, &event);
@@ -141,11 +145,13 @@ TEST_F(PanelWidgetTest, TabReachesEveryControlByNameAndUpDownF2WorkIt) {
 
     takeEvents();
     panel.setFocusControl(placedControl(Control::knobSprite, 7));
-    for (const int k : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2}) QTest::keyClick(&panel, static_cast<Qt::Key>(k));
+    for (const int k : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F2})
+        QTest::keyClick(&panel, static_cast<Qt::Key>(k));
     panel.setFocusControl(placedControl(Control::bank109, 2));
     for (const int k : {Qt::Key_Up, Qt::Key_F2}) QTest::keyClick(&panel, static_cast<Qt::Key>(k));
-    EXPECT_EQ(takeEvents(), "wheel:knobSprite(7)+1 up38 wheel:knobSprite(7)-1 up40 key:knobSprite(7) "
-                            "key:bank109(2) up38 key:bank109(2)");
+    EXPECT_EQ(takeEvents(),
+              "wheel:knobSprite(7)+1 up38 wheel:knobSprite(7)-1 up40 key:knobSprite(7) "
+              "key:bank109(2) up38 key:bank109(2)");
 }
 
 } // namespace

@@ -24,7 +24,10 @@ class ShellTest : public testing::Test {
         resetMenus();
         shell = std::make_unique<QtShell>();
         setAppShell(shell.get());
-        shell->mayClose = [this] { log += "may? "; return allow; };
+        shell->mayClose = [this] {
+            log += "may? ";
+            return allow;
+        };
         shell->closing = [this] { log += "closing "; };
         shell->window().show();
         takeEvents();

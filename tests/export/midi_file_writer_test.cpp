@@ -12,9 +12,9 @@ namespace {
 std::string hex(const std::vector<std::uint8_t>& bytes) {
     std::string text;
     for (const int byte : bytes) {
-        char digits[4];
-        std::snprintf(digits, sizeof digits, "%02X", byte);
-        text += (text.empty() ? "" : " ") + std::string(digits);
+        char digits[8];
+        std::snprintf(digits, sizeof digits, "%02X ", byte);
+        text += digits;
     }
     return text;
 }
@@ -39,7 +39,7 @@ TEST(MidiFile, IsWrittenToTheByte) {
               "4D 54 68 64 00 00 00 06 00 01 00 02 00 78 "
               "4D 54 72 6B 00 00 00 1C 00 FF 03 01 41 00 FF 58 04 04 02 1E 08 00 FF 51 03 07 A1 20 "
               "7F B1 07 2C 00 FF 2F 00 "
-              "4D 54 72 6B 00 00 00 13 00 90 24 64 81 00 C2 05 FF FF FF 7F 80 24 00 00 FF 2F 00");
+              "4D 54 72 6B 00 00 00 13 00 90 24 64 81 00 C2 05 FF FF FF 7F 80 24 00 00 FF 2F 00 ");
 }
 
 TEST(MidiFile, AWholeSongOfMovingKnobsTakesMilliseconds) {

@@ -149,7 +149,7 @@ TEST(DeviceLists, AnIndexKeepsItsDeviceOverPlugging) {
         world.jack.show(shown);
         world.poll();
         EXPECT_EQ(world.names(), names);
-        EXPECT_TRUE(world.changed || std::string(shown) == "");
+        EXPECT_TRUE(world.changed);
     }
     world.poll();
     EXPECT_FALSE(world.changed);

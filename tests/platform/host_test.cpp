@@ -48,7 +48,7 @@ TEST(PlayClock, NeverRunsBackwardsForAnyThread) {
     std::thread one(read), two(read);
     for (int i = 0; i < 200000; ++i) {
         const std::int64_t now = monotonicNs();
-        clock.follow(now, now + (i % 3) * 100 * kMs, i % 2 ? 0.99 : 1.01);
+        clock.follow(now, now + i % 3 * (100 * kMs), i % 2 ? 0.99 : 1.01);
     }
     done = true;
     one.join();

@@ -36,6 +36,8 @@ bool waitFor(int ms, const std::function<bool()>& done) {
     return false;
 }
 
+// In synchronous mode: a client that a busy machine keeps from running is waited for, its cycle is not thrown
+// away.
 class Server {
   public:
     Server() {
@@ -54,8 +56,8 @@ class Server {
         close_range(3, ~0U, 0);
         if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr)
             _exit(1);
-        execlp("jackd", "jackd", "-n", kServerName, "-r", "-d", "dummy", "-r", std::to_string(kRate).c_str(),
-               "-p", std::to_string(kPeriod).c_str(), nullptr);
+        execlp("jackd", "jackd", "-n", kServerName, "-S", "-r", "-d", "dummy", "-r",
+               std::to_string(kRate).c_str(), "-p", std::to_string(kPeriod).c_str(), nullptr);
         _exit(1);
     }
     ~Server() { kill(); }
@@ -141,11 +143,11 @@ class Jack : public testing::Test {
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     }
     void TearDown() override { unsetenv("JACK_DEFAULT_SERVER"); }
-    // Sends n note-ons at even distances from the present on, each at its time.
+    // Sends n note-ons at even distances, each well before its time: a busy machine then moves none.
     void play(OutputLink& port, int n, std::int64_t gap) {
-        const std::int64_t start = clock.nowNs() + 20 * kMs;
+        const std::int64_t start = clock.nowNs() + 50 * kMs;
         for (int i = 0; i < n; ++i) {
-            while (clock.nowNs() < start + i * gap)
+            while (clock.nowNs() < start + i * gap - 30 * kMs)
                 std::this_thread::sleep_for(std::chrono::microseconds(200));
             port.send({3, {0x90, static_cast<std::uint8_t>(i % 128), 100}}, start + i * gap);
         }
@@ -163,15 +165,13 @@ TEST_F(Jack, EventsFallOnTheirFramesAndBurstsArriveWhole) {
     ASSERT_TRUE(watcher.connect(kOurs, "watcher:in"));
     constexpr int kNotes = 200;
     play(jack.virtualOutput(), kNotes, 17 * kMs);
-    ASSERT_TRUE(waitFor(500, [&] { return watcher.count == kNotes; }));
+    ASSERT_TRUE(waitFor(500, [&] { return watcher.count == kNotes; })) << watcher.count;
     int exact = 0;
     for (int i = 1; i < kNotes; ++i) exact += watcher.events[i].frame - watcher.events[i - 1].frame == 816;
     std::printf("  latency %.2f ms; %d of %d intervals exact; %u late\n",
                 static_cast<double>(jack.latencyNs()) / 1e6, exact, kNotes - 1, jack.lateEvents());
-    // A stall of a busy machine may move an event, and with it two intervals; drift or period steps would
-    // move most.
-    EXPECT_GE(exact, kNotes - 1 - 2 * static_cast<int>(jack.lateEvents()));
-    EXPECT_LE(jack.lateEvents(), kNotes / 20U);
+    // Drift or steps of a period would move most; a server that stumbles moves a few.
+    EXPECT_GE(exact, kNotes * 19 / 20);
     watcher.count = 0;
     constexpr int kBurst = 4096; // more than a cycle's buffer holds
     const std::int64_t now = clock.nowNs();

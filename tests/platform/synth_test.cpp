@@ -54,7 +54,7 @@ std::vector<double> spectrum(const Sound& sound, double from) {
         const auto turn = std::polar(1.0, -2 * std::numbers::pi * hertz / kRate);
         std::complex<double> sum = 0, phase = 1;
         for (int i = 0; i < kFrames; ++i, phase *= turn)
-            sum += phase * double{sound[first + 2 * i]} *
+            sum += phase * double{sound[first + 2U * static_cast<std::size_t>(i)]} *
                    (0.5 - 0.5 * std::cos(2 * std::numbers::pi * i / kFrames));
         magnitudes.push_back(std::abs(sum));
     }
@@ -195,7 +195,8 @@ TEST_F(SynthSound, LiveEventsKeepTheirDistanceWhateverTheCallbacksDo) {
     std::vector<float> left, right(256), buffer(256);
     int sent = 0;
     for (int callback = 0; callback < 420; ++callback) {
-        clock.now = 7'000'000'000 + callback / 3 * 16'000'000; // three at a time, as devices like to ask
+        clock.now = 7'000'000'000 +
+                    callback / 3 * std::int64_t{16'000'000}; // three at a time, as devices like to ask
         for (; sent < 15 && start + sent * kGap <= clock.now; ++sent)
             synth.send(message(0x99, 37, 127), start + sent * kGap);
         std::fill(buffer.begin(), buffer.end(), 0.0F);

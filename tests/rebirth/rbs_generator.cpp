@@ -80,8 +80,8 @@ void putTrack(Bytes& file, const RbsTrack& track) {
         }
     }
     const std::size_t size = data.size() + 6;
-    for (const std::size_t byte : {std::size_t{'T'}, std::size_t{'R'}, std::size_t{'K'}, std::size_t{'L'}, size >> 24,
-                                   size >> 16, size >> 8, size, std::size_t{77}}) {
+    for (const std::size_t byte : {std::size_t{'T'}, std::size_t{'R'}, std::size_t{'K'}, std::size_t{'L'},
+                                   size >> 24, size >> 16, size >> 8, size, std::size_t{77}}) {
         file.push_back(static_cast<std::uint8_t>(byte));
     }
     file.insert(file.end(), data.begin(), data.end());
@@ -126,7 +126,8 @@ RbsSong randomSong(unsigned seed, int bars) {
             const int parameter = t == 2 ? kDrumKnobs[upTo(17)] : kBassKnobs[upTo(9)];
             const auto byTime = [](const RbsEvent& a, const RbsEvent& b) { return a.time < b.time; };
             const RbsEvent event{upTo(32 * bars), parameter, upTo(127)};
-            track.events.insert(std::upper_bound(track.events.begin(), track.events.end(), event, byTime), event);
+            track.events.insert(std::upper_bound(track.events.begin(), track.events.end(), event, byTime),
+                                event);
         }
         track.events.push_back({32 * bars, 15, 0});
     }

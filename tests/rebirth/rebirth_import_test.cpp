@@ -33,7 +33,8 @@ std::string text(const std::array<RbsStep, 16>& steps, int length) {
 
 std::string rowText(const DrumPattern& pattern, int drum) {
     std::string line;
-    for (int s = 0; s < kSteps; ++s) line += pattern.drumOn[s][drum] == 255 ? 'x' : pattern.drumOn[s][drum] ? '?' : '.';
+    for (int s = 0; s < kSteps; ++s)
+        line += pattern.drumOn[s][drum] == 255 ? 'x' : pattern.drumOn[s][drum] ? '?' : '.';
     return line;
 }
 
@@ -144,10 +145,9 @@ TEST_F(Import, EventsLandOnTheirTicksAndBars) {
     RbsSong s;
     project.knobValue[13] = 44;
     s.tracks[0].first = 200; // more than a knob holds
-    s.tracks[0].events = {{0, 17, 1}, {2, 17, 2}, {3, 17, 3}, {133, 17, 4}, {31, 14, 9}};
-    s.tracks[0].events = {{2, 17, 2},    {3, 17, 3},      {31, 14, 9},   {33, 14, 10},  {40, 14, 11},
-                          {133, 17, 4},  {262, 14, 32},   {390, 17, 5},  {519, 14, 31}, {31997, 18, 6},
-                          {31998, 18, 7}, {32000, 14, 1}, {32001, 18, 8}};
+    s.tracks[0].events = {{2, 17, 2},     {3, 17, 3},     {31, 14, 9},    {33, 14, 10},  {40, 14, 11},
+                          {133, 17, 4},   {262, 14, 32},  {390, 17, 5},   {519, 14, 31}, {16000, 99, 0},
+                          {31997, 18, 6}, {31998, 18, 7}, {32000, 14, 1}, {32001, 18, 8}};
     song(s);
     const auto& cutoff = knobTrack[0];
     EXPECT_EQ((std::array{cutoff[0], cutoff[1], cutoff[2], cutoff[65], cutoff[66], cutoff[195], cutoff[196]}),
@@ -173,7 +173,8 @@ TEST_F(Import, EventsLandOnTheirTicksAndBars) {
 }
 
 TEST_F(Import, TempoIsRoundedToEvenAndLimited) {
-    constexpr int kCases[][2] = {{500000, 120}, {600000, 100}, {342857, 175}, {480000, 125}, {1, 240}, {0xFFFFFF, 40}};
+    constexpr int kCases[][2] = {{500000, 120}, {600000, 100}, {342857, 175},
+                                 {480000, 125}, {1, 240},      {0xFFFFFF, 40}};
     for (const auto& [microseconds, tempo] : kCases) {
         RbsSong s;
         s.microseconds = microseconds;
@@ -184,7 +185,9 @@ TEST_F(Import, TempoIsRoundedToEvenAndLimited) {
 
 TEST_F(Import, WhatIsTooShortTooLongOrWithoutTempoIsRefusedWhole) {
     const auto whole = rbsFile(randomSong(5, 8));
-    const auto cut = [&](std::size_t size) { return std::vector(whole.begin(), whole.begin() + static_cast<long>(size)); };
+    const auto cut = [&](std::size_t size) {
+        return std::vector(whole.begin(), whole.begin() + static_cast<long>(size));
+    };
     const auto with = [&](std::size_t offset, std::uint8_t value) {
         auto bytes = whole;
         bytes[offset] = value;
@@ -193,14 +196,15 @@ TEST_F(Import, WhatIsTooShortTooLongOrWithoutTempoIsRefusedWhole) {
     auto noTempo = whole;
     std::fill_n(noTempo.begin() + 100, 3, 0);
     const std::vector<std::uint8_t> refused[] = {
-        {},          cut(103),    cut(12000),  cut(18868),  cut(18875), cut(whole.size() - 6), noTempo,
-        with(18872, 0xFF), with(18874, 0xFF), cut(18868 + 400),
+        {},      cut(103),          cut(12000),        cut(18868),      cut(18875), cut(whole.size() - 6),
+        noTempo, with(18872, 0xFF), with(18874, 0xFF), cut(18868 + 99),
     };
     project.knobValue[5] = 99;
     const ProjectRecord before = project;
     for (const auto& bytes : refused) {
+        SCOPED_TRACE(&bytes - refused);
         std::string told;
-        program.shell.modal.push_back([&](Form& form) { told = dynamic_cast<struct Form&>(form).caption; });
+        program.shell.modal.push_back([&](Form& form) { told = form.caption; });
         given(bytes);
         mnuFileRebirthImport_Click();
         EXPECT_EQ(told, "MarLune Converter");
@@ -227,6 +231,22 @@ TEST_F(Import, AsksAboutUnsavedWorkAndStopsTheTransport) {
     EXPECT_TRUE(program.shell.dialogs.empty());
 }
 
+TEST_F(Import, ATrackChunkMayBeSoLongAndNoLonger) {
+    for (const int size : {40413, 40414}) {
+        auto bytes = rbsFile(RbsSong{});
+        bytes.resize(18868);
+        for (const int chunk : {size, 6, 6, 6}) {
+            const std::size_t start = bytes.size();
+            bytes.resize(start + static_cast<std::size_t>(chunk) + 8);
+            bytes[start + 6] = static_cast<std::uint8_t>(chunk >> 8);
+            bytes[start + 7] = static_cast<std::uint8_t>(chunk);
+        }
+        given(bytes);
+        EXPECT_EQ(importRebirthFile(name, false),
+                  size == 40413 ? RebirthResult::done : RebirthResult::corrupt);
+    }
+}
+
 // Bytes by hand: offset and value.
 TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
     std::vector<std::uint8_t> file(18868 + 4 * 14);
@@ -235,15 +255,15 @@ TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
     };
     put(100, {0x07, 0xA1, 0x20});
     put(435, {0x7F, 0x00, 0x53});
-    put(438, {0x04});                                          // top bit of 435
+    put(438, {0x04}); // top bit of 435
     put(439, {0x03});
-    put(445, {0x70, 0x40});                                    // 446: top bit of 439
-    put(508, {0x21, 0x43, 0x00, 0x65});                        // a flag byte at 510
-    put(556, {1, 2, 0x7F, 3, 4, 5});                           // 558 holds top bits
+    put(445, {0x70, 0x40});                                       // 446: top bit of 439
+    put(508, {0x21, 0x43, 0x00, 0x65});                           // a flag byte at 510
+    put(556, {1, 2, 0x7F, 3, 4, 5});                              // 558 holds top bits
     put(571, {5, 0x7F, 0x06, 0x7F, 1, 7, 0, 8, 0, 12, 0, 12, 0}); // 574 too
     put(5237, {6, 0x7F, 7, 8, 9, 10});
-    put(5252, {11, 0, 2, 0});                                  // phase 4: flag byte 5254
-    put(9954, {0x10, 0, 0, 0, 0x7F, 0x41, 0, 0, 0x2A});        // accent row, 9958 flags, bass drum row
+    put(5252, {11, 0, 2, 0});                           // phase 4: flag byte 5254
+    put(9954, {0x10, 0, 0, 0, 0x7F, 0x41, 0, 0, 0x2A}); // accent row, 9958 flags, bass drum row
     for (std::size_t track = 0; track < 4; ++track) {
         put(18868 + 14 * track + 4, {0, 0, 0, 6}); // no data
     }

@@ -1,0 +1,301 @@
+// Converting ReBirth songs: the file as mido reads it, against a model that counts in absolute time.
+#include "rebirth/rebirth_convert.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cmath>
+#include <cstdio>
+#include <map>
+
+#include "core/run_state.h"
+#include "rebirth/converter_form.h"
+#include "rebirth/rbs_generator.h"
+#include "support/test_program.h"
+
+namespace marlune::test {
+namespace {
+
+// The lines of dump_midi.py; nothing where the system's python, for which mido is packaged, has none.
+std::optional<std::string> dump(const std::string& files) {
+    std::FILE* pipe = ::popen(("/usr/bin/python3 " MARLUNE_DUMP_MIDI " " + files).c_str(), "r");
+    if (pipe == nullptr) return std::nullopt;
+    std::string text;
+    char part[4096];
+    while (const std::size_t got = std::fread(part, 1, sizeof part, pipe)) text.append(part, got);
+    const int status = ::pclose(pipe);
+    if (WIFEXITED(status) && (WEXITSTATUS(status) == 77 || WEXITSTATUS(status) == 127)) return std::nullopt;
+    EXPECT_EQ(status, 0);
+    return text;
+}
+#define DUMP_OR_SKIP(text, files)                                        \
+    const auto text##Dump = dump(files);                                 \
+    if (!text##Dump) GTEST_SKIP() << "python3 has no module named mido"; \
+    const std::string& text = *text##Dump
+
+std::string line(int track, int time, std::initializer_list<int> bytes) {
+    std::string text = std::to_string(track) + " " + std::to_string(time);
+    for (const int byte : bytes) {
+        char digits[8];
+        std::snprintf(digits, sizeof digits, " %02X", static_cast<unsigned>(byte));
+        text += digits;
+    }
+    return text + "\n";
+}
+
+std::string nameLine(int track, int type, const std::string& name) {
+    std::string text = line(track, 0, {0xFF, type, static_cast<int>(name.size())});
+    text.pop_back();
+    for (const char c : name) text += line(0, 0, {static_cast<unsigned char>(c)}).substr(3, 3);
+    std::erase(text, '\n');
+    return text + "\n";
+}
+
+// A stretch in which a unit plays one pattern from its first step. done: how many events have been read by
+// then.
+struct Stretch {
+    int from, to, pattern;
+    std::size_t done;
+};
+
+// Pattern events lie on different bar lines here, so that each switches between playing and silence.
+std::vector<Stretch> stretches(const RbsTrack& track) {
+    std::vector<Stretch> result;
+    int from = 0;
+    int pattern = track.events[0].value;
+    int heard = pattern; // behind a switch the pattern of the last stretch goes on
+    bool on = track.events[1].value == 1;
+    for (std::size_t i = 2; i < track.events.size(); ++i) {
+        const RbsEvent& e = track.events[i];
+        const bool last = i + 1 == track.events.size();
+        if (!last && e.parameter != 14 && e.parameter != 15) continue;
+        const bool change = !last && e.parameter == 14;
+        const bool nowOn = last || change ? on : e.value == 1;
+        if (last || change || !nowOn) heard = pattern;
+        if (last || change ? on : !nowOn) result.push_back({from, e.time, heard, i + 1});
+        if (change) pattern = e.value;
+        on = nowOn;
+        from = e.time;
+    }
+    return result;
+}
+
+std::string bassModel(const RbsSong& song, int unit, const UnitOptions& options) {
+    const int track = 2 * unit + 1;
+    std::string text = nameLine(track, 3, unit == 0 ? "Top 303" : "Mid 303");
+    const RbsBass& bass = song.basses[unit];
+    int end = 0;
+    for (const Stretch& s : stretches(song.tracks[unit])) {
+        for (int step = 0; step < (s.to - s.from) / 2; ++step) {
+            const RbsStep& played = bass.steps[s.pattern][step % bass.lengths[s.pattern]];
+            const int octave = played.up == played.down ? 1 : played.up ? 2 : 0;
+            const int note = options.baseNote + played.semitone + 12 * octave;
+            const int velocity = played.rest ? 0 : options.velocity;
+            const int at = 15 * s.from + 30 * step;
+            text += line(track, at, {0x8F + options.channel, note, velocity});
+            text += line(track, end = at + 30, {0x7F + options.channel, note, velocity});
+        }
+    }
+    return text + line(track, end, {0xFF, 0x2F, 0});
+}
+
+std::string knobModel(const RbsSong& song, int unit, const UnitOptions& options) {
+    const int track = 2 * unit + 2;
+    std::string text = nameLine(track, 3, unit == 0 ? "Top 303 Knobs" : "Mid 303 Knobs");
+    std::map<int, int> controllers = {{7, 7}, {10, 10}, {12, 12}};
+    for (const int value : {options.cutoff, options.reso, options.envMod, options.decay, options.accent}) {
+        controllers[14 + static_cast<int>(controllers.size())] = value;
+    }
+    int now = 0;
+    for (const RbsEvent& e : song.tracks[unit].events) {
+        if (e.parameter == 14 || e.parameter == 15 || e.parameter == 22 || e.time == now) continue;
+        now = e.time;
+        text += e.parameter == 16
+                    ? line(track, 15 * now, {0xDF + options.channel, e.value, 0})
+                    : line(track, 15 * now, {0xAF + options.channel, controllers.at(e.parameter), e.value});
+    }
+    return text + line(track, 15 * now, {0xFF, 0x2F, 0});
+}
+
+std::string drumModel(const RbsSong& song, int channel) {
+    struct Voice {
+        int row, note, level, pairSwitch, when;
+    };
+    constexpr Voice kVoices[] = {
+        {1, 36, 17, 0, 0},  {2, 38, 20, 0, 0},  {3, 64, 23, 25, 1}, {3, 36, 23, 25, 0},
+        {4, 63, 26, 28, 1}, {4, 47, 26, 28, 0}, {5, 62, 29, 31, 1}, {5, 50, 29, 31, 0},
+        {6, 75, 32, 33, 1}, {6, 37, 32, 33, 0}, {7, 44, 34, 35, 1}, {7, 75, 34, 35, 0},
+        {8, 56, 36, 0, 0},  {9, 51, 37, 0, 0},  {10, 46, 40, 0, 0}, {11, 42, 42, 0, 0}};
+    std::string text = nameLine(5, 3, "808 ");
+    int end = 0;
+    for (const Stretch& s : stretches(song.tracks[2])) {
+        std::map<int, int> last;
+        for (std::size_t i = 0; i < s.done; ++i) {
+            last[song.tracks[2].events[i].parameter] = song.tracks[2].events[i].value;
+        }
+        for (int half = 0; half < s.to - s.from; ++half) {
+            const auto& rows = song.drums.hits[s.pattern];
+            const std::size_t step = half / 2 % song.drums.lengths[s.pattern];
+            const auto put = [&](int note, int velocity) {
+                text += line(5, end = 15 * (s.from + half),
+                             {(half % 2 == 0 ? 0x8F : 0x7F) + channel, note, velocity});
+            };
+            const bool accented = rows[0][step];
+            if (accented) put(0, 0);
+            for (const Voice& v : kVoices) {
+                if (!rows[v.row][step] || (v.pairSwitch != 0 && (last[v.pairSwitch] > 0) != (v.when == 1)))
+                    continue;
+                put(v.note, last[v.level] * 100 / 128 +
+                                (accented ? static_cast<int>(std::nearbyint(last[16] * 28 / 128.0)) : 0));
+            }
+        }
+    }
+    return text + line(5, end, {0xFF, 0x2F, 0});
+}
+
+std::string model(const RbsSong& song, const ConverterOptions& options) {
+    const int t = song.microseconds;
+    std::string text = "file 1 120 6\n" + nameLine(0, 3, "Marlune Converter") +
+                       nameLine(0, 2,
+                                "Marlune 200q ReBirth to MIDI Converter v1.00\x04 $\x07\x03"
+                                "e") +
+                       line(0, 0, {0xFF, 0x58, 4, 4, 2, 30, 8}) +
+                       line(0, 0, {0xFF, 0x51, 3, t >> 16, t >> 8 & 0xFF, t & 0xFF}) +
+                       line(0, 0, {0xFF, 0x2F, 0});
+    text += bassModel(song, 0, options.top) + knobModel(song, 0, options.top);
+    text += bassModel(song, 1, options.mid) + knobModel(song, 1, options.mid);
+    return text + drumModel(song, options.drumsChannel);
+}
+
+TEST(Conversion, OfRandomSongsIsReadByOthersAsMeant) {
+    const TemporaryFolder folder;
+    std::string files, expected;
+    ConverterOptions options{{40, 77, 3, 20, 21, 22, 23, 24}, {24, 127, 16, 0, 127, 1, 2, 3}, 1};
+    for (const unsigned seed : {11U, 12U, 13U, 14U}) {
+        const RbsSong song = randomSong(seed, 40);
+        const std::string name = folder.file(std::to_string(seed));
+        writeBytes(name + ".rbs", rbsFile(song));
+        ASSERT_EQ(convertRebirthFile(name + ".rbs", name + ".mid", options), RebirthResult::done);
+        files += name + ".mid ";
+        expected += model(song, options);
+        options = {};
+    }
+    DUMP_OR_SKIP(text, files);
+    // The first difference, not ten thousand lines.
+    const auto differs = std::mismatch(text.begin(), text.end(), expected.begin(), expected.end());
+    const auto at = static_cast<std::size_t>(differs.first - text.begin());
+    EXPECT_EQ(text.substr(at, 80), expected.substr(std::min(at, expected.size()), 80)) << "at " << at;
+    EXPECT_GT(text.size(), 100000U);
+}
+
+// Times in half-steps, by hand: what the top unit's two tracks hold.
+TEST(Conversion, KeepsTimeAcrossSilenceSkippedEventsAndTheEnd) {
+    const auto converted = [](const RbsSong& song) {
+        MemoryMidiFile file;
+        EXPECT_TRUE(convertRbsImage(RbsImage(rbsFile(song)), {}, file));
+        const auto bytes = file.bytes();
+        return std::string(bytes.begin(), bytes.end());
+    };
+    const auto bytes = [](std::initializer_list<int> values) {
+        std::string text;
+        for (const int value : values) text += static_cast<char>(value);
+        return text;
+    };
+    RbsSong song;
+    song.basses[0].lengths[3] = 1;
+    song.tracks[0].events = {{0, 14, 3},  {0, 15, 0},  {32, 15, 1}, {35, 14, 4},
+                             {36, 22, 1}, {37, 17, 9}, {40, 16, 5}, {42, 14, 40}};
+    // 480 ticks of silence, three half-steps of pattern 3 that end on a note-on, then pattern 4 to the end.
+    const std::string notes = bytes({0x83, 0x60, 0x90, 48, 90, 30, 0x80, 48, 90, 0, 0x90, 48, 90}) +
+                              bytes({0, 0x90, 48, 90, 30, 0x80, 48, 90, 0, 0x90, 48, 90, 30, 0x80, 48, 90}) +
+                              bytes({0, 0x90, 48, 90, 30, 0x80, 48, 90, 0, 0x90, 48, 90, 0, 0xFF, 0x2F, 0});
+    EXPECT_THAT(converted(song), testing::HasSubstr("Top 303" + notes));
+    EXPECT_THAT(converted(song), testing::HasSubstr("Top 303 Knobs" + bytes({0x84, 0x2B, 0xB0, 12, 9, 45,
+                                                                             0xE0, 5, 0, 0, 0xFF, 0x2F, 0})));
+    // The walk ends at the first pattern event behind the song's last bar.
+    song.bars = 1;
+    song.tracks[0].events = {{0, 14, 3}, {0, 15, 1}, {2, 14, 3}, {33, 14, 3}, {35, 14, 3}, {60, 15, 0}};
+    const auto count = [&](int bars) {
+        song.bars = bars;
+        const std::string text = converted(song);
+        const std::size_t start = text.find("Top 303");
+        return (text.find("MTrk", start) - start - 7 - 4) / 4;
+    };
+    EXPECT_EQ(count(1), 33U);
+    EXPECT_EQ(count(2), 60U);
+}
+
+TEST(Conversion, OfHostileLengthsStaysBounded) {
+    RbsSong song;
+    song.bars = 65535;
+    for (auto& pattern : song.drums.hits) pattern.fill(0xFFFF);
+    for (RbsTrack& track : song.tracks) {
+        track.events = {{0, 14, 3}, {0, 15, 1}};
+        for (int i = 1; i < 9000; ++i) track.events.push_back({16000 * i, i % 2 == 0 ? 14 : 17, 1});
+    }
+    MemoryMidiFile file;
+    ASSERT_TRUE(convertRbsImage(RbsImage(rbsFile(song)), {}, file));
+    EXPECT_LT(file.bytes().size(), 13000000U);
+}
+
+// The form on a song whose name the first file dialog gives.
+struct ConverterForm : testing::Test {
+    TestProgram program;
+    TemporaryFolder folder;
+    Rebirth_to_MIDI& form = rebirthToMidiForm;
+    std::string out = folder.file("out.mid");
+
+    void run(const std::function<void()>& entries,
+             const std::vector<std::uint8_t>& bytes = rbsFile(RbsSong{})) {
+        writeBytes(folder.file("song.rbs"), bytes);
+        program.shell.dialogs.clear();
+        program.shell.fileNames = {folder.file("song.rbs"), out};
+        program.shell.modal.push_back([&](Form&) {
+            entries();
+            form.OK_Button_Click();
+        });
+        mnuFileConvert_Click();
+        EXPECT_FALSE(form.loaded());
+    }
+};
+
+TEST_F(ConverterForm, StartsWithDefaultsAndLimitsWhatIsEntered) {
+    run([&] {
+        EXPECT_EQ(form.TOP_303_Base_Note.text + form.MID_303_MIDI_Channel.text + form.DRUMS_MIDI_Channel.text,
+                  "36210");
+        EXPECT_TRUE(form.TOP_303_convert_Knobs.checked && form.MID_303_convert_Knobs.checked);
+        form.TOP_303_MIDI_Channel.text = "0";
+        form.MID_303_MIDI_Channel.text = "99";
+        form.TOP_303_Note_Velocity.text = "128";
+        form.MID_303_Cutoff.text = "";
+        form.DRUMS_MIDI_Channel.text = "17";
+    });
+    const ConverterOptions& o = form.options;
+    EXPECT_THAT((std::array{o.top.channel, o.mid.channel, o.top.velocity, o.mid.cutoff, o.mid.accent,
+                            o.drumsChannel}),
+                testing::ElementsAre(1, 16, 127, 0, 16, 16));
+    EXPECT_GT(readBytes(out).size(), 100U);
+    EXPECT_EQ(program.shell.dialogs[1].fileName, folder.file("song"));
+    EXPECT_EQ(program.shell.dialogs[0].title + program.shell.dialogs[1].title,
+              "Select ReBirth Song for conversionOutput MIDI File to ");
+    EXPECT_FALSE(projectDirty);
+}
+
+TEST_F(ConverterForm, WritesNothingWhenLeftOrRefused) {
+    run([&] { form.DRUMS_MIDI_Channel.text = ""; });
+    EXPECT_EQ(program.shell.dialogs.size(), 1U);
+    run([&] { program.shell.fileNames.clear(); });
+    EXPECT_EQ(program.shell.dialogs.size(), 2U);
+    std::string told;
+    run([&] { program.shell.modal.push_back([&](Form& error) { told = error.caption; }); }, {1, 2, 3});
+    EXPECT_EQ(told, "MarLune Converter");
+    EXPECT_TRUE(readBytes(out).empty());
+    writeBytes(out, {5});
+    run([&] {}); // the question about the file that exists is answered no, and the dialog then left
+    EXPECT_EQ(readBytes(out).size(), 1U);
+    EXPECT_EQ(program.shell.dialogs.size(), 3U);
+}
+
+} // namespace
+} // namespace marlune::test
