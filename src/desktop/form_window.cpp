@@ -142,9 +142,9 @@ QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int
     return line;
 }
 
-void FormWindow::textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus) {
+void FormWindow::textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus) { // NOLINT(performance-unnecessary-value-param)
     QLineEdit* line = addLineEdit(caption, box, width);
-    if (gotFocus) focusEvents_.insert(line, std::move(gotFocus));
+    if (gotFocus) focusEvents_.insert(line, gotFocus);
 }
 
 void FormWindow::digitsBox(const std::string& caption, TextBox& box, int width) {

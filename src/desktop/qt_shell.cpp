@@ -212,6 +212,7 @@ void QtShell::showModeless(Form& form) {
     auto* window = new FormWindow(form, window_.get());
     forms_.push_back(window);
     connect(window, &FormWindow::formHidden, this, [this, window] { retire(window); });
+    window->setWindowModality(Qt::ApplicationModal); // follows the form, yet takes all input
     window->show();
 }
 
@@ -228,7 +229,7 @@ void QtShell::letEventsRun() {
     ++waits_;
     QCoreApplication::processEvents();
     --waits_;
-    if (closeLater_ && waits_ == 0) QTimer::singleShot(0, this, &QtShell::closeWish);
+    settleCloseWish();
 }
 
 void QtShell::waitForEvents(int ms) {
@@ -240,7 +241,7 @@ void QtShell::waitForEvents(int ms) {
     limit.start(ms);
     QCoreApplication::processEvents(ms > 0 ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
     --waits_;
-    if (closeLater_ && waits_ == 0) QTimer::singleShot(0, this, &QtShell::closeWish);
+    settleCloseWish();
 }
 
 // A window must not go away under a routine that waits inside an event: the wish is kept until it is done.
@@ -253,11 +254,18 @@ void QtShell::closeWish() {
     closeLater_ = false;
     if (mayClose && !mayClose()) return;
     if (closing) closing();
-    closeWindow();
+    end();
+}
+
+void QtShell::settleCloseWish() {
+    if (closeLater_ && waits_ == 0) QTimer::singleShot(0, this, &QtShell::closeWish);
 }
 
 void QtShell::closeWindow() {
-    if (ended_) return;
+    closeWish();
+}
+
+void QtShell::end() {
     ended_ = true;
     help_.reset();
     window_->hide();

@@ -35,7 +35,6 @@ class QtShell final : public QObject, public AppShell {
     void setHelpFile(const QString& path);
     void showSplash();
     void hideSplash();
-    void showAbout(); // modal
 
     void showTitle(const std::string& title) override;
     void showPointer(Pointer pointer) override;
@@ -53,9 +52,12 @@ class QtShell final : public QObject, public AppShell {
     void waitForEvents(int ms) override;
     void closeWindow() override;
     void openHelp() override;
+    void showAbout() override; // modal
 
   private:
     void closeWish();
+    void settleCloseWish(); // after a wait
+    void end();
     void retire(FormWindow* window);
 
     std::unique_ptr<MainWindow> window_;

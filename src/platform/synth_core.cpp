@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace marlune {
 
@@ -174,10 +175,13 @@ void SynthCore::render(float* left, float* right) noexcept {
     if (!ready_) return;
     float sound[2 * kChannels][kBlock] = {};
     float* buffers[2 * kChannels];
-    for (int i = 0; i < 2 * kChannels; ++i) buffers[i] = sound[i];
+    std::copy(std::begin(sound), std::end(sound), std::begin(buffers));
     fluid_synth_process(synth_.get(), kBlock, 0, nullptr, 2 * kChannels, buffers);
-    for (int channel = 0; channel < kChannels; ++channel)
-        shifts_[channel].pass(buffers[2 * channel], buffers[2 * channel + 1], left, right);
+    float* const* pair = buffers;
+    for (SampleShift& shift : shifts_) {
+        shift.pass(pair[0], pair[1], left, right);
+        pair += 2;
+    }
     for (int i = 0; i < kBlock; ++i) {
         left[i] = limited(left[i]);
         right[i] = limited(right[i]);

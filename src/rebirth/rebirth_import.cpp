@@ -117,8 +117,11 @@ void RebirthImport::RebirthToMarlune() {
 
 RebirthResult RebirthImport::takeFile(const std::string& path) {
     auto image = loadRbsImage(path);
-    if (!image) return RebirthResult::unreadable;
-    image_ = std::move(*image);
+    return image ? takeImage(std::move(*image)) : RebirthResult::unreadable;
+}
+
+RebirthResult RebirthImport::takeImage(RbsImage image) {
+    image_ = std::move(image);
     if (!units_.readRbsUnits(image_)) return RebirthResult::corrupt;
     convertAllPatterns();
     // Limited before it is stored: the fastest tempo a file can tell is more than the field holds.
@@ -198,8 +201,13 @@ void mnuFileRebirthImport_Click() {
 }
 
 RebirthResult importRebirthFile(const std::string& path, bool patternsOnly) {
+    auto image = loadRbsImage(path);
+    return image ? importRbsImage(std::move(*image), patternsOnly) : RebirthResult::unreadable;
+}
+
+RebirthResult importRbsImage(RbsImage image, bool patternsOnly) {
     RebirthImport job;
-    const RebirthResult result = job.takeFile(path);
+    const RebirthResult result = job.takeImage(std::move(image));
     if (result != RebirthResult::done) return result;
     spreadPatterns();
     if (!patternsOnly) job.RebirthSongToMarlune();

@@ -17,6 +17,7 @@ class RebirthImport {
 
     // The same with a name at hand, without showing anything of a refusal.
     RebirthResult takeFile(const std::string& path);
+    RebirthResult takeImage(RbsImage image);
 
     // Rebuilds the song tracks. Only after a file was taken. Bars before a module's first pattern change play
     // that first pattern (without any, what the module plays now), ticks before a knob's first event hold the
@@ -38,5 +39,6 @@ void mnuFileRebirthImport_Click();
 // Without dialogs: patterns, tempo and knobs, and the song as well unless patternsOnly. The component is
 // told.
 RebirthResult importRebirthFile(const std::string& path, bool patternsOnly);
+RebirthResult importRbsImage(RbsImage image, bool patternsOnly);
 
 } // namespace marlune

@@ -24,7 +24,11 @@ namespace {
 constexpr int kRate = 48000;
 constexpr int kPeriod = 64;
 constexpr std::int64_t kMs = 1'000'000;
-const char kServerName[] = "marlune-test";
+
+// Tests may run side by side.
+std::string serverName() {
+    return "marlune-test-" + std::to_string(getpid());
+}
 
 void sleepMs(int ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
@@ -42,6 +46,7 @@ class Server {
   public:
     Server() {
         fflush(stdout); // else the child would print it again
+        const std::string name = serverName();
         child_ = fork();
         if (child_ != 0) {
             // A client that came while the server was starting could block its name for the next one.
@@ -56,7 +61,7 @@ class Server {
         close_range(3, ~0U, 0);
         if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr)
             _exit(1);
-        execlp("jackd", "jackd", "-n", kServerName, "-S", "-r", "-d", "dummy", "-r",
+        execlp("jackd", "jackd", "-n", name.c_str(), "-S", "-r", "-d", "dummy", "-r",
                std::to_string(kRate).c_str(), "-p", std::to_string(kPeriod).c_str(), nullptr);
         _exit(1);
     }
@@ -137,7 +142,7 @@ class Jack : public testing::Test {
   protected:
     void SetUp() override {
         if (std::system("command -v jackd >/dev/null 2>&1") != 0) GTEST_SKIP() << "no jackd on this machine";
-        setenv("JACK_DEFAULT_SERVER", kServerName, 1);
+        setenv("JACK_DEFAULT_SERVER", serverName().c_str(), 1);
         jack_set_error_function([](const char*) {});
         jack_set_info_function([](const char*) {});
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);

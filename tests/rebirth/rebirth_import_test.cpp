@@ -5,10 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 
 #include "core/song_track.h"
+#include "core/startup.h"
 #include "rebirth/rbs_generator.h"
 #include "support/test_program.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace marlune::test {
 namespace {
@@ -215,7 +219,7 @@ TEST_F(Import, WhatIsTooShortTooLongOrWithoutTempoIsRefusedWhole) {
     given(cut(whole.size() - 5)); // the last five bytes of a chunk are not read
     mnuFileRebirthImport_Click();
     EXPECT_FALSE(importCancelled);
-    program.shell.fileNames.clear();
+    projectDirty = false;
     mnuFileRebirthImport_Click(); // the dialog is left
     EXPECT_TRUE(importCancelled);
     EXPECT_EQ(importRebirthFile(folder.path, false), RebirthResult::unreadable);
@@ -285,6 +289,19 @@ TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
     std::vector<int> knobs(project.knobValue.begin(), project.knobValue.begin() + 12);
     EXPECT_THAT(knobs, testing::ElementsAre(1, 2, 3, 4, 0, 5, 6, 7, 8, 9, 0, 10));
     EXPECT_EQ(project.tempo, 120);
+}
+
+// What the fuzzer was started from, and what it found on the way.
+TEST(RebirthCorpus, HarmsNothing) {
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(MARLUNE_RBS_CORPUS)) {
+        SCOPED_TRACE(entry.path());
+        const auto bytes = readBytes(entry.path());
+        EXPECT_EQ(LLVMFuzzerTestOneInput(bytes.data(), bytes.size()), 0);
+        ++files;
+    }
+    EXPECT_GE(files, 5);
+    resetProgram();
 }
 
 } // namespace

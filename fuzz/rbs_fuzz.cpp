@@ -1,0 +1,61 @@
+// Whole ReBirth files through import and conversion: nothing but legal values may come out, and a refused
+// file may leave no trace.
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "core/song_track.h"
+#include "core/startup.h"
+#include "rebirth/rebirth_convert.h"
+#include "rebirth/rebirth_import.h"
+
+namespace {
+
+using namespace marlune;
+
+constexpr std::size_t kLargestMidiFile = 13000000;
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+void requireLegalRecord() {
+    require(project.tempo >= kMinTempo && project.tempo <= kMaxTempo);
+    for (const int value : project.knobValue) require(value >= 0 && value <= 127);
+    const auto loopsAreLegal = [](const auto& module) {
+        for (const auto& bank : module.patterns) {
+            for (const auto& pattern : bank) require(pattern.loopEnd >= 0 && pattern.loopEnd < kSteps);
+        }
+    };
+    for (const BassModule& module : project.bass) loopsAreLegal(module);
+    loopsAreLegal(project.drum);
+}
+
+void requireLegalSong() {
+    for (const auto& bars : barTrack) {
+        for (const SongBar& bar : bars) require(bar.bank < kBanks && bar.patt < kPatterns);
+    }
+    for (const auto& knob : knobTrack) {
+        require(std::all_of(knob.begin(), knob.end(), [](std::uint8_t value) { return value <= 127; }));
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    resetProgram();
+    const ProjectRecord before = project;
+    const std::size_t length = std::min<std::size_t>(size, kRbsLongestFile);
+    const RbsImage image(std::vector<std::uint8_t>(data, data + length));
+    const bool taken = importRbsImage(image, false) == RebirthResult::done;
+    if (taken) {
+        requireLegalRecord();
+        requireLegalSong();
+    } else {
+        require(std::memcmp(&before, &project, sizeof project) == 0);
+    }
+    MemoryMidiFile file;
+    require(convertRbsImage(image, {}, file) == taken);
+    require(file.bytes().size() < kLargestMidiFile);
+    return 0;
+}

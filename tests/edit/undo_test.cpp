@@ -1,0 +1,158 @@
+#include "edit/undo_history.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "core/default_project.h"
+#include "core/song_track.h"
+#include "edit/musical_state.h"
+#include "edit/song_tools.h"
+#include "panel/mode_switch.h"
+#include "panel/panel_events.h"
+#include "panel/shown_state.h"
+#include "playback/transport.h"
+#include "support/test_program.h"
+
+namespace marlune {
+namespace {
+
+using test::TestProgram;
+
+TEST(Undo, OneStepPerGesture) {
+    TestProgram program;
+    const int before = undoSteps();
+    program.drag(Control::knobSprite, 2, 1000, 400, 30);
+    EXPECT_EQ(undoSteps(), before + 1);
+    menuClicked(Menu::mnuToolsRNotes);
+    EXPECT_EQ(undoSteps(), before + 2);
+    for (int i = 0; i < 5; ++i) panelWheel(Control::knobSprite, 2, -1);
+    EXPECT_EQ(undoSteps(), before + 3); // notches that follow each other
+    TestProgram::advanceClock(2000);
+    panelWheel(Control::knobSprite, 2, -1);
+    EXPECT_EQ(undoSteps(), before + 4);
+    const int turned = project.knobValue[2];
+    program.click(Control::step103A, 4); // a selection is no edit
+    Form_KeyDown('3', 0);
+    EXPECT_EQ(undoSteps(), before + 4);
+    menuClicked(Menu::mnuEditUndo);
+    EXPECT_EQ(project.knobValue[2], turned + 1);
+    menuClicked(Menu::mnuEditUndo);
+    EXPECT_EQ(project.knobValue[2], turned + 6);
+    EXPECT_EQ(project.bass[0].currPatt, 2); // working fields are left alone
+    menuClicked(Menu::mnuEditRedo);
+    EXPECT_EQ(project.knobValue[2], turned + 1);
+    for (int i = 0; i < 10; ++i) menuClicked(Menu::mnuEditUndo);
+    EXPECT_EQ(project.knobValue[2], 0);
+    EXPECT_FALSE(menuState(Menu::mnuEditUndo).enabled);
+}
+
+TEST(Undo, EndsWhereTheRecordIsReplaced) {
+    TestProgram program;
+    const auto edited = [&] {
+        program.click(Control::sel103AButton, 5);
+        return undoSteps() > 0;
+    };
+    EXPECT_TRUE(edited());
+    Form_KeyDown(13, 0); // the mode switch
+    menuClicked(Menu::mnuEditUndo);
+    EXPECT_EQ(undoSteps(), 0);
+    Form_KeyDown(13, 0);
+    EXPECT_TRUE(edited());
+    projectDirty = false;
+    menuClicked(Menu::mnuFileNew);
+    EXPECT_EQ(undoSteps(), 0);
+    EXPECT_FALSE(menuState(Menu::mnuEditUndo).enabled);
+}
+
+TEST(Undo, TakesAWholeRecordingPassAsOneStep) {
+    TestProgram program;
+    Check1_Click();
+    const auto before = captureMusic();
+    recButton_Click();
+    program.click(Control::playSongButton);
+    program.play(5);
+    program.drag(Control::knobSprite, 4, 1000, 500);
+    program.play(20);
+    program.click(Control::bank103A, 3);
+    program.play(40);
+    EXPECT_EQ(undoSteps(), 0);
+    panelPointer(Control::stopButton, 0, {.action = PointerAction::press});
+    panelPointer(Control::stopButton, 0, {.action = PointerAction::release});
+    EXPECT_EQ(undoSteps(), 1);
+    EXPECT_NE(knobTrack[4][20], 0);
+    menuClicked(Menu::mnuEditUndo);
+    EXPECT_EQ(knobTrack[4][20] + barBank(0, 32), 0);
+    EXPECT_TRUE(differenceTo(before, false).empty());
+}
+
+// One random edit of those that a user can make in pattern mode.
+void randomEdit(TestProgram& program, std::mt19937& random) {
+    const auto below = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    constexpr int kKeys[] = {'M', 'N', 'X', 'Z', 186, 222, 187, 189, 219, 221, 188, 190};
+    constexpr Menu kEntries[] = {Menu::mnuToolsRNotes, Menu::mnuToolsRandRest, Menu::mnuToolsRAccents,
+                                 Menu::mnuToolsROctave, Menu::mnuToolsInit,    Menu::mnuToolsClear,
+                                 Menu::mnuEditCut,      Menu::mnuEditPaste,    Menu::mnuEditMoveLeft};
+    switch (below(8)) {
+        case 0: program.click(Control::sel103AButton, below(13)); break;
+        case 1: program.click(below(2) != 0 ? Control::up : Control::accent, below(2)); break;
+        case 2: program.click(Control::step109LED, below(16)); break;
+        case 3: program.drag(Control::knobSprite, below(20), 1000, 1000 + below(1500) - 750); break;
+        case 4: program.drag(Control::LoopPt, below(3), 1000, 1000 + below(900) - 450); break;
+        case 5: Form_KeyDown(kKeys[below(12)], 0); break;
+        case 6: menuClicked(kEntries[below(9)]); break;
+        default:
+            program.click(Control::step103A, below(16));
+            program.click(Control::sel109, below(8));
+            Form_KeyDown("12345678QWERTYUIASDFGHJK"[below(24)], below(2));
+    }
+}
+
+TEST(Undo, FiveHundredEditsGoBackAndForthByteForByte) {
+    TestProgram program;
+    clearUndoHistory();
+    std::mt19937 random(11);
+    const auto first = captureMusic();
+    for (int i = 0; i < 500; ++i) {
+        if (i % 100 == 30) playButton();
+        if (i % 100 == 80) playButton();
+        randomEdit(program, random);
+        TestProgram::advanceClock(1500);
+        if (transportRunning) program.play(1);
+    }
+    StopPlay();
+    const auto last = captureMusic();
+    const int steps = undoSteps();
+    EXPECT_GT(steps, 250);
+    EXPECT_LT(undoBytes(), 16U << 20U);
+    for (int i = 0; i < steps; ++i) {
+        menuClicked(Menu::mnuEditUndo);
+        ASSERT_EQ(program.copyDifference(), "") << i;
+    }
+    EXPECT_EQ(captureMusic(), first);
+    playButton(); // redone while playing
+    for (int i = 0; i < steps; ++i) {
+        menuClicked(Menu::mnuEditRedo);
+        program.play(1);
+        ASSERT_EQ(program.copyDifference(), "") << i;
+    }
+    EXPECT_EQ(captureMusic(), last);
+    StopPlay();
+}
+
+TEST(Undo, KeepsItsStepsOfWholeSongsWithinItsMemory) {
+    TestProgram program;
+    Check1_Click();
+    clearUndoHistory();
+    for (int i = 0; i < 220; ++i) {
+        for (auto& row : knobTrack) row[i] = 1; // so that there is something to initialize
+        const EditBracket bracket;
+        mnuToolsInit_Click();
+        for (int t = 0; t < kSongTicks; t += 7) knobTrack[i % 20][t] = static_cast<std::uint8_t>(i % 100);
+    }
+    EXPECT_GE(undoSteps(), 200);
+    EXPECT_LT(undoBytes(), 16U << 20U);
+}
+
+} // namespace
+} // namespace marlune

@@ -1,0 +1,130 @@
+#include "midi/config_file.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <random>
+
+#include "core/run_state.h"
+#include "edit/song_tools.h"
+#include "midi/global_config.h"
+#include "panel/menus.h"
+#include "panel/mode_switch.h"
+#include "panel/panel_events.h"
+#include "playback/transport.h"
+#include "support/test_program.h"
+
+namespace marlune {
+namespace {
+
+using test::readBytes;
+using test::TemporaryFolder;
+using test::TestProgram;
+using test::writeBytes;
+
+std::vector<std::uint8_t> textBytes(const std::string& text) { return {text.begin(), text.end()}; }
+
+TEST(Configuration, ComesBackFromDiskAndReachesTheComponentInOrder) {
+    TestProgram program;
+    const TemporaryFolder folder;
+    setConfigFolder(folder.path);
+    config.moduleVelocity[1] = 77;
+    config.syncOffset = -3;
+    config.statusBarVisible = false;
+    knobLabel[4] = "One, \"two\"";
+    saveGlobalConfig();
+    EXPECT_EQ(readBytes(folder.file("marlune.cfg")).size(), 518U);
+    config.moduleVelocity[1] = 1;
+    knobLabel[4] = knobLabel[5] = "";
+    program.calls();
+    loadGlobalConfig();
+    EXPECT_EQ(config.moduleVelocity[1], 77);
+    EXPECT_EQ(knobLabel[4], "One, \"two\"");
+    EXPECT_EQ(knobLabel[5], "Accent");
+    EXPECT_FALSE(program.shell.statusBar);
+    EXPECT_FALSE(menuState(Menu::mnuStatusBarEnable).checked);
+    const std::string calls = program.calls();
+    EXPECT_TRUE(calls.starts_with(
+              "Set103Vel32(0,100) Set103Vel32(1,77) Set103NoteOffset32(0,36) Set103NoteOffset32(1,36) Set103Chan32(0,0) "
+              "Set103Chan32(1,1) Set109Chan32(2,9) DefineController32(0,12) DefineController32(1,13) "));
+    EXPECT_TRUE(calls.ends_with("DefineController32(19,-1) SetSyncOffset32(-3)"));
+}
+
+TEST(Configuration, MissingShortAndEmptyFilesKeepWhatIsThere) {
+    TestProgram program;
+    const TemporaryFolder folder;
+    setConfigFolder(folder.path);
+    config.moduleVelocity[0] = 55;
+    const auto load = [&] {
+        program.calls();
+        loadGlobalConfig();
+        return program.calls();
+    };
+    EXPECT_EQ(load(), ""); // no file: nothing is pushed
+    EXPECT_TRUE(program.shell.statusBar);
+    writeBytes(folder.file("labels.cfg"), textBytes("\"Bite\"\r\nplain\r\n\"cut"));
+    writeBytes(folder.file("marlune.cfg"), std::vector<std::uint8_t>(517, 1));
+    EXPECT_EQ(load(), "");
+    EXPECT_EQ(knobLabel[0], "Cutoff");
+    writeBytes(folder.file("marlune.cfg"), {});
+    EXPECT_NE(load(), ""); // an empty one counts as the present values
+    EXPECT_EQ(config.moduleVelocity[0], 55);
+    EXPECT_EQ(knobLabel[0] + knobLabel[1] + knobLabel[2] + knobLabel[3], "BiteplaincutDecay");
+    std::filesystem::remove(folder.file("labels.cfg"));
+    saveGlobalConfig();
+    EXPECT_TRUE(std::filesystem::exists(folder.file("labels.cfg")));
+}
+
+TEST(Configuration, UnwritableFoldersTakeNothingDown) {
+    TestProgram program;
+    setConfigFolder("/proc/nowhere");
+    saveGlobalConfig();
+    loadGlobalConfig();
+    EXPECT_TRUE(program.shell.boxes.empty());
+}
+
+// Any 518 bytes are carried as they are, and nothing that uses them leaves its tables or sends illegal bytes.
+TEST(Configuration, AnyContentIsCarriedAndHarmless) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 8; ++round) {
+        const TemporaryFolder folder;
+        std::vector<std::uint8_t> wild(518);
+        for (auto& byte : wild) byte = static_cast<std::uint8_t>(round == 0 ? 0xFF : random());
+        writeBytes(folder.file("marlune.cfg"), wild);
+        test::Options options;
+        options.configFolder = folder.path;
+        options.devicesChosen = false;
+        TestProgram program(options);
+        for (int code = 0; code < 256; ++code) {
+            if (code != 'L' && code != 13) Form_KeyDown(code, code % 2);
+        }
+        for (int status = 0x80; status < 0x100; ++status) program.midi(status, status % 128, 100);
+        mnuToolsInit_Click();
+        Check1_Click();
+        StopPlay();
+        playButton();
+        program.play(20);
+        playButton();
+        for (const std::string& message : program.devices.ports[0].sent) {
+            for (std::size_t i = 3; i < message.size(); i += 3) EXPECT_LT(message[i], '8') << message;
+        }
+        saveGlobalConfig();
+        auto saved = readBytes(folder.file("marlune.cfg"));
+        // The device indices were fitted to the list on purpose.
+        for (const std::size_t at : {494U, 495U, 496U, 497U, 514U, 515U}) saved[at] = wild[at];
+        EXPECT_EQ(saved, wild) << round;
+    }
+}
+
+TEST(StatusBar, IsSwitchedByItsEntry) {
+    TestProgram program;
+    mnuStatusBarEnable_Click();
+    EXPECT_FALSE(program.shell.statusBar || menuState(Menu::mnuStatusBarEnable).checked);
+    mnuStatusBarEnable_Click();
+    EXPECT_TRUE(program.shell.statusBar && config.statusBarVisible);
+}
+
+} // namespace
+} // namespace marlune
