@@ -191,12 +191,14 @@ void paintPill(const Ink& ink, const Look& look, const QRectF& box) {
         ink.box(box, radius, palette::kLitSheen);
         ink.disc({14, y}, 3.6, palette::kInk);
         ink.text({24, y + 4}, QStringLiteral("EDIT"), {11, 800, 0.7}, palette::kInk);
+        hoverFilm(ink, look, box, radius);
         return;
     }
     ink.box(box, radius, black(0.16));
     ink.frame(box, radius, white(0.22));
     ink.ring({14, y}, 3.1, withAlpha(palette::kCaption, 0.8), 1.2);
     ink.text({24, y + 4}, QStringLiteral("EDIT"), {11, 600, 0.7}, palette::kCaption);
+    hoverFilm(ink, look, box, radius);
 }
 
 } // namespace marlune

@@ -142,7 +142,8 @@ QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int
     return line;
 }
 
-void FormWindow::textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus) { // NOLINT(performance-unnecessary-value-param)
+void FormWindow::textBox(const std::string& caption, TextBox& box, int width,
+                         FormEvent gotFocus) { // NOLINT(performance-unnecessary-value-param)
     QLineEdit* line = addLineEdit(caption, box, width);
     if (gotFocus) focusEvents_.insert(line, gotFocus);
 }

@@ -30,6 +30,11 @@ struct PlacedControl {
     int places;       // dot-matrix texts: characters that fit
 };
 
+// The areas of each module's steps, banks and keys.
+inline constexpr Control kStepAreas[] = {Control::step103A, Control::step103B, Control::step109LED};
+inline constexpr Control kBankAreas[] = {Control::bank103A, Control::bank103B, Control::bank109};
+inline constexpr Control kKeyAreas[] = {Control::sel103AButton, Control::sel103BButton};
+
 std::span<const PlacedControl> placedControls();
 
 // Null for an index the panel does not have.
@@ -53,7 +58,6 @@ struct MatrixGlyph {
 std::span<const MatrixGlyph> matrixGlyphs();
 const MatrixGlyph* matrixGlyph(char character); // null for a character the font has not
 
-// The strip plate names the module of a control's light: 0..2 or the strip.
 inline constexpr const char* kModuleNames[] = {"103A", "103B", "109", ""};
 
 } // namespace marlune

@@ -224,9 +224,13 @@ constexpr MatrixGlyph kGlyphTable[] = {
 
 } // namespace
 
-std::span<const PlacedControl> placedControls() { return kControlTable; }
+std::span<const PlacedControl> placedControls() {
+    return kControlTable;
+}
 
-std::span<const MatrixGlyph> matrixGlyphs() { return kGlyphTable; }
+std::span<const MatrixGlyph> matrixGlyphs() {
+    return kGlyphTable;
+}
 
 // clang-format off
 const PanelRegions kRegions{

@@ -26,7 +26,9 @@ constexpr QRgb rgb(QRgb value) {
     return 0xFF000000U | value;
 }
 constexpr QRgb withAlpha(QRgb colour, double alpha) {
-    return (colour & 0x00FFFFFFU) | (static_cast<QRgb>(alpha * 255.0 + 0.5) << 24U);
+    const double opacity = alpha * 255;
+    const auto whole = static_cast<QRgb>(opacity);
+    return (colour & 0x00FFFFFFU) | ((opacity - whole < 0.5 ? whole : whole + 1) << 24U);
 }
 constexpr QRgb white(double alpha) {
     return withAlpha(0xFFFFFF, alpha);

@@ -135,7 +135,8 @@ void JackClient::drain(const OutLane& lane) {
     if (!online()) return;
     waitFor([&] { return lane.ring.empty() || !online(); });
     // Others read the last cycle after us; it would go down with the connection.
-    std::this_thread::sleep_for(std::chrono::nanoseconds(2 * latencyNs()));
+    const std::uint32_t cycle = entered_.load();
+    waitFor([&] { return entered_.load() - cycle >= 3 || !online(); });
 }
 
 int JackClient::sampleRate() const noexcept {

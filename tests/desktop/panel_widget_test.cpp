@@ -61,9 +61,9 @@ TEST_F(PanelWidgetTest, AClickReachesTheControlUnderItAtEveryZoom) {
             const QPoint at = openPoint(c);
             ASSERT_GE(at.x(), 0) << controlInfo(c.control).name << c.index;
             QTest::mouseClick(&panel, Qt::LeftButton, Qt::NoModifier, at);
-            const std::string where = std::string(controlInfo(c.control).name) + "(" +
-                                      std::to_string(c.index) + ")@" +
-                                      std::to_string(std::lround(at.y() * 1500.0 / zoom));
+            std::string where = controlInfo(c.control).name;
+            where.append("(").append(std::to_string(c.index)).append(")@");
+            where.append(std::to_string(std::lround(at.y() * 1500.0 / zoom)));
             EXPECT_EQ(takeEvents(), "press:" + where + " release:" + where) << zoom;
             QTest::qWait(0);
         }

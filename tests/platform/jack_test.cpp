@@ -1,9 +1,11 @@
 // Our JACK client before a real server that plays to nothing, watched by a second, independent client.
 #include "platform/jack_client.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <jack/midiport.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,10 +27,8 @@ constexpr int kRate = 48000;
 constexpr int kPeriod = 64;
 constexpr std::int64_t kMs = 1'000'000;
 
-// Tests may run side by side.
-std::string serverName() {
-    return "marlune-test-" + std::to_string(getpid());
-}
+// One name for all: the machine has room for few names of servers, and one that was killed keeps its own.
+const char kServerName[] = "marlune-test";
 
 void sleepMs(int ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
@@ -46,7 +46,6 @@ class Server {
   public:
     Server() {
         fflush(stdout); // else the child would print it again
-        const std::string name = serverName();
         child_ = fork();
         if (child_ != 0) {
             // A client that came while the server was starting could block its name for the next one.
@@ -61,13 +60,16 @@ class Server {
         close_range(3, ~0U, 0);
         if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr)
             _exit(1);
-        execlp("jackd", "jackd", "-n", name.c_str(), "-S", "-r", "-d", "dummy", "-r",
+        execlp("jackd", "jackd", "-n", kServerName, "-S", "-r", "-d", "dummy", "-r",
                std::to_string(kRate).c_str(), "-p", std::to_string(kPeriod).c_str(), nullptr);
         _exit(1);
     }
-    ~Server() { kill(); }
-    void kill() {
+    ~Server() {
         if (child_ <= 0) return;
+        ::kill(child_, SIGTERM); // it takes its shared memory with it
+        if (!waitFor(2000, [&] { return waitpid(child_, nullptr, WNOHANG) == child_; })) kill();
+    }
+    void kill() {
         ::kill(child_, SIGKILL);
         waitpid(child_, nullptr, 0);
         child_ = 0;
@@ -142,12 +144,19 @@ class Jack : public testing::Test {
   protected:
     void SetUp() override {
         if (std::system("command -v jackd >/dev/null 2>&1") != 0) GTEST_SKIP() << "no jackd on this machine";
-        setenv("JACK_DEFAULT_SERVER", serverName().c_str(), 1);
+        // One test at a time, also where several programs run them side by side.
+        lock_ =
+            open((testing::TempDir() + "marlune-jack-test.lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
+        flock(lock_, LOCK_EX);
+        setenv("JACK_DEFAULT_SERVER", kServerName, 1);
         jack_set_error_function([](const char*) {});
         jack_set_info_function([](const char*) {});
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     }
-    void TearDown() override { unsetenv("JACK_DEFAULT_SERVER"); }
+    void TearDown() override {
+        unsetenv("JACK_DEFAULT_SERVER");
+        if (lock_ >= 0) close(lock_);
+    }
     // Sends n note-ons at even distances, each well before its time: a busy machine then moves none.
     void play(OutputLink& port, int n, std::int64_t gap) {
         const std::int64_t start = clock.nowNs() + 50 * kMs;
@@ -158,6 +167,7 @@ class Jack : public testing::Test {
         }
     }
     SystemPlayClock clock;
+    int lock_ = -1;
 };
 
 const char kOurs[] = "Marlune 200Q:Marlune 200Q Out";

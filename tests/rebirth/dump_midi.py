@@ -1,4 +1,4 @@
-"""Prints the events of MIDI files, read by mido: track, absolute time and bytes, a line each."""
+"""Prints the events of MIDI files as mido reads them, a line each: track, time from the start, bytes."""
 import sys
 
 try:
@@ -13,4 +13,9 @@ for name in sys.argv[1:]:
         now = 0
         for message in track:
             now += message.time
-            print(number, now, message.hex())
+            if message.type == "track_name":
+                print(number, "name", message.name)
+            elif message.type == "copyright":
+                print(number, "text", message.text)
+            elif message.type != "end_of_track":
+                print(number, now, message.hex())

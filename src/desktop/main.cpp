@@ -1,0 +1,120 @@
+// Marlune 200Q: the instrument in a window. Everything is put together here.
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QDateTime>
+#include <QTimer>
+
+#include "core/run_state.h"
+#include "core/startup.h"
+#include "desktop/accessible.h"
+#include "desktop/fd_pump.h"
+#include "desktop/main_window.h"
+#include "desktop/qt_shell.h"
+#include "desktop/theme.h"
+#include "engine/engine_runner.h"
+#include "midi/config_file.h"
+#include "midi/midi_devices.h"
+#include "midi/midi_input.h"
+#include "panel/panel_events.h"
+#include "playback/engine_component.h"
+#include "platform/config_folder.h"
+#include "platform/instance_lock.h"
+#include "platform/platform.h"
+#include "platform/signals.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kDevicePollMs = 1000;
+
+// A descriptor on which other threads announce something.
+class Wake {
+  public:
+    Wake() : fd(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
+    ~Wake() { ::close(fd); }
+    Wake(const Wake&) = delete;
+    Wake& operator=(const Wake&) = delete;
+    const int fd;
+};
+
+// The whole command line counts as one file name.
+std::string commandLine(const QStringList& arguments) { return arguments.mid(1).join(' ').toStdString(); }
+
+// Devices, engine and the pumps that bring their messages here; connected while it lives.
+class Machine {
+  public:
+    explicit Machine(const std::string& folder)
+        : platform_({.stateFile = folder + "/devices.state"}), engine_(platform_.clock(), platform_.outputs()) {
+        setEngineComponent(&engine_);
+        setOutputDevices(&platform_.outputs());
+        MIDIIn1.attach(&platform_.inputs(), midiWake_.fd);
+        QObject::connect(&devicePoll_, &QTimer::timeout, [this] {
+            for (const std::string& line : platform_.poll()) shell().showStatus(line);
+        });
+        devicePoll_.start(kDevicePollMs);
+    }
+    ~Machine() {
+        SetMarluneHwnd32(-1);
+        MIDIIn1.attach(nullptr, -1);
+        setOutputDevices(nullptr);
+        setEngineComponent(nullptr);
+    }
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    [[nodiscard]] int windowHandle() const { return engineWake_.fd; }
+
+  private:
+    Wake engineWake_, midiWake_;
+    Platform platform_;
+    Engine engine_;
+    FdPump enginePump_{engineWake_.fd, engineSpoke};
+    FdPump midiPump_{midiWake_.fd, midiArrived};
+    QTimer devicePoll_;
+};
+
+// Ends the program without a question, with every note released.
+void endBySignal() {
+    MDIForm_Unload();
+    QApplication::exit(0);
+}
+
+int run(int argc, char** argv) {
+    const Signals terminations;
+    QApplication app(argc, argv);
+    applyTheme(app);
+    installPanelAccessibility();
+    QtShell qt;
+    setAppShell(&qt);
+    setPanelView(&qt.panel());
+
+    InstanceLock lock;
+    StartupHooks hooks;
+    if (!lock.acquire()) {
+        hooks.anotherInstanceRuns = [] { return true; };
+        startupMain("", hooks);
+        return 1;
+    }
+    const std::string folder = configFolder();
+    const Machine machine(folder);
+    const FdPump signalPump(terminations.fd(), endBySignal);
+    qt.mayClose = MDIForm_QueryUnload;
+    qt.closing = MDIForm_Unload;
+    resetProgram();
+    setConfigFolder(folder);
+    hooks.showMainWindow = [&qt] { qt.window().show(); };
+    hooks.showSplash = [&qt](bool visible) { visible ? qt.showSplash() : qt.hideSplash(); };
+    hooks.windowHandle = machine.windowHandle();
+    hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());
+    startupMain(commandLine(QApplication::arguments()), hooks);
+    return programClosing ? 0 : QApplication::exec();
+}
+
+} // namespace
+
+} // namespace marlune
+
+int main(int argc, char** argv) { return marlune::run(argc, argv); }
