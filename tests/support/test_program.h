@@ -49,7 +49,9 @@ class ScriptedShell final : public AppShell {
     BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) override;
     std::string fileDialog(const FileDialog& dialog) override;
     void runModal(Form& form) override;
-    void showModeless(Form& /*form*/) override {}
+    void showModeless(Form& form) override {
+        if (modeless) modeless(form);
+    }
     void formChanged(Form& /*form*/) override {}
     void letEventsRun() override;
     void waitForEvents(int ms) override;
@@ -65,6 +67,8 @@ class ScriptedShell final : public AppShell {
     std::deque<std::string> fileNames;      // of the next file dialogs; then none
     std::vector<FileDialog> dialogs;        // as asked
     std::deque<std::function<void(Form&)>> modal; // what the user does in the next modal forms
+
+    std::function<void(Form&)> modeless; // when a form is shown beside the rest
 
     // Runs an action once the virtual clock has reached that many ms from now, inside whatever waits then.
     void after(int ms, std::function<void()> action);
