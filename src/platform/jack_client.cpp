@@ -17,7 +17,14 @@ namespace {
 // A distance between the server's time and ours beyond which it was no hiccup: the lines are joined anew
 // there.
 constexpr std::int64_t kTearNs = 50'000'000;
-constexpr auto kPatience = std::chrono::milliseconds(100);
+
+// How long after its start a cycle may reach us.
+constexpr std::int64_t kStrayNs = 2'000'000;
+
+// A new connection carries nothing for some cycles: this part of a second is allowed for it.
+constexpr std::int64_t kSettleParts = 10;
+
+constexpr auto kPatience = std::chrono::milliseconds(250);
 
 void silent(const char* /*text*/) {}
 
@@ -206,6 +213,7 @@ std::unique_ptr<OutputLink> JackClient::openOutput(const std::string& address) {
         return nullptr;
     }
     lane->ring.clear();
+    lane->settling = time_.rate / kSettleParts;
     lane->taken = true;
     lane->port = port;
     return std::make_unique<Output>(*this, *lane, address, session_);
@@ -312,7 +320,10 @@ std::int64_t JackClient::followServer(jack_nframes_t frames) noexcept {
     frame_ += static_cast<std::int32_t>(serverFrame - serverFrame_);
     serverFrame_ = serverFrame;
 
-    const std::int64_t monotonic = static_cast<std::int64_t>(begin) * 1000 + clockOffset_;
+    // The server's smoothed time of the cycle's start is the better one, but strays far off when cycles fail.
+    const std::int64_t now = monotonicNs();
+    const std::int64_t monotonic =
+        std::clamp(static_cast<std::int64_t>(begin) * 1000 + clockOffset_, now - kStrayNs, now);
     const std::int64_t apart = clock_.at(monotonic) - time_.nsAt(frame_);
     if (first_ || std::abs(apart) > kTearNs) time_.base += apart;
     first_ = false;
@@ -329,6 +340,10 @@ void JackClient::write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle)
     void* buffer = jack_port_get_buffer(port, frames);
     if (buffer == nullptr) return;
     jack_midi_clear_buffer(buffer);
+    if (lane.settling > 0) {
+        lane.settling -= frames; // what waits meanwhile goes out late, but whole
+        return;
+    }
     const std::int64_t latency = frames + kLookAheadNs * time_.rate / FrameTime::kSecond;
     jack_nframes_t last = 0;
     while (const StampedMessage* next = lane.ring.front()) {

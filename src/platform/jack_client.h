@@ -65,6 +65,7 @@ class JackClient : public PortSystem {
     struct OutLane {
         std::atomic<jack_port_t*> port{nullptr};
         MessageRing ring;
+        std::int64_t settling = 0; // frames until a new connection is known to carry
         bool taken = false;
     };
     struct InLane {

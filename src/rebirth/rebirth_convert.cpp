@@ -117,7 +117,7 @@ void Conversion::walkPatterns(Song_Tracks& track, const Play& play) {
         // Behind a switch the flag tells what comes next, behind anything else what has been.
         const bool played = track.patternOn != (kind == PatternEvent::Kind::playback);
         rest = played ? play(delta, rest) : rest + delta;
-    } while (kind != PatternEvent::Kind::end && total - 1 < songUnits && total < kLongestUnits);
+    } while (kind != PatternEvent::Kind::end && total - 1 < songUnits);
 }
 
 void Conversion::bassNotes(int unit, const char* name) {

@@ -14,6 +14,10 @@
 namespace marlune {
 namespace {
 
+std::string clickAt(const std::string& where) {
+    return "press:" + where + " release:" + where;
+}
+
 class PanelWidgetTest : public testing::Test {
   protected:
     PanelWidgetTest() {
@@ -64,7 +68,7 @@ TEST_F(PanelWidgetTest, AClickReachesTheControlUnderItAtEveryZoom) {
             std::string where = controlInfo(c.control).name;
             where.append("(").append(std::to_string(c.index)).append(")@");
             where.append(std::to_string(std::lround(at.y() * 1500.0 / zoom)));
-            EXPECT_EQ(takeEvents(), "press:" + where + " release:" + where) << zoom;
+            EXPECT_EQ(takeEvents(), clickAt(where)) << zoom;
             QTest::qWait(0);
         }
     }

@@ -69,7 +69,8 @@ void putDrums(Stream& stream, const RbsDrums& drums) {
 }
 
 void putTrack(Bytes& file, const RbsTrack& track) {
-    Bytes data{99, 7, static_cast<std::uint8_t>(track.first)};
+    // Three bytes at time 0 with parameter 7, whatever stands here.
+    Bytes data{200, 17, static_cast<std::uint8_t>(track.first)};
     int now = 0;
     for (const RbsEvent& event : track.events) {
         const int delta = event.time - now;
@@ -125,7 +126,7 @@ RbsSong randomSong(unsigned seed, int bars) {
         for (int i = 0; i < 4 * bars; ++i) {
             const int parameter = t == 2 ? kDrumKnobs[upTo(17)] : kBassKnobs[upTo(9)];
             const auto byTime = [](const RbsEvent& a, const RbsEvent& b) { return a.time < b.time; };
-            const RbsEvent event{upTo(32 * bars), parameter, upTo(127)};
+            const RbsEvent event{upTo(32 * bars), parameter, upTo(upTo(1) == 0 ? 127 : 1)};
             track.events.insert(std::upper_bound(track.events.begin(), track.events.end(), event, byTime),
                                 event);
         }

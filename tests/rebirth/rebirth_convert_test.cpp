@@ -193,8 +193,8 @@ TEST(Conversion, KeepsTimeAcrossSilenceSkippedEventsAndTheEnd) {
     };
     RbsSong song;
     song.basses[0].lengths[3] = 1;
-    song.tracks[0].events = {{0, 14, 3},  {0, 15, 0},  {32, 15, 1}, {35, 14, 4},
-                             {36, 22, 1}, {37, 17, 9}, {40, 16, 5}, {42, 14, 40}};
+    song.tracks[0].events = {{0, 14, 32}, {0, 14, 3},   {0, 15, 0},  {32, 15, 1}, {35, 14, 4},
+                             {36, 22, 1}, {36, 14, 32}, {37, 17, 9}, {40, 16, 5}, {42, 14, 40}};
     // 480 ticks of silence, three half-steps of pattern 3 that end on a note-on, then pattern 4 to the end.
     const std::string on = bytes({0, 0x90, 48, 90}), step = on + bytes({30, 0x80, 48, 90});
     const std::string notes = bytes({0x83, 0x60}) + step.substr(1) + on + step + step + step + on;
@@ -203,7 +203,8 @@ TEST(Conversion, KeepsTimeAcrossSilenceSkippedEventsAndTheEnd) {
                                                                              0xE0, 5, 0, 0, 0xFF, 0x2F, 0})));
     // The walk ends at the first pattern event behind the song's last bar.
     song.bars = 1;
-    song.tracks[0].events = {{0, 14, 3}, {0, 15, 1}, {2, 14, 3}, {33, 14, 3}, {35, 14, 3}, {60, 15, 0}};
+    song.tracks[0].events = {{0, 14, 3},  {0, 15, 1},  {2, 14, 3}, {32, 14, 3},
+                             {33, 14, 3}, {35, 14, 3}, {60, 15, 0}};
     const auto count = [&](int bars) {
         song.bars = bars;
         const std::string text = converted(song);

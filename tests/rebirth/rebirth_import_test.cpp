@@ -153,6 +153,7 @@ TEST_F(Import, EventsLandOnTheirTicksAndBars) {
     EXPECT_EQ(knobTrack[1][15997], 0);
     EXPECT_EQ(knobTrack[1][15998], 6);
     EXPECT_EQ(knobTrack[1][15999], 6); // 31998 would be tick 16000
+    EXPECT_EQ(knobTrack[2][0], 0);     // which would lie here
     EXPECT_EQ(knobTrack[4][0], 127);
     EXPECT_EQ(knobTrack[13][9], 44); // no event: as the project had it
     const auto barsAre = [](int m, int first, int count, int pattern) {
@@ -233,7 +234,7 @@ TEST_F(Import, ATrackChunkMayBeSoLongAndNoLonger) {
 
 // Bytes by hand: offset and value.
 TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
-    std::vector<std::uint8_t> file(18868 + 4 * 14);
+    std::vector<std::uint8_t> file(18868 + 22 + 3 * 14);
     const auto put = [&](std::size_t offset, std::initializer_list<int> bytes) {
         for (const int byte : bytes) file[offset++] = static_cast<std::uint8_t>(byte);
     };
@@ -246,11 +247,10 @@ TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
     put(556, {1, 2, 0x7F, 3, 4, 5});                              // 558 holds top bits
     put(571, {5, 0x7F, 0x06, 0x7F, 1, 7, 0, 8, 0, 12, 0, 12, 0}); // 574 too
     put(5237, {6, 0x7F, 7, 8, 9, 10});
-    put(5252, {11, 0, 2, 0});                           // phase 4: flag byte 5254
-    put(9954, {0x10, 0, 0, 0, 0x7F, 0x41, 0, 0, 0x2A}); // accent row, 9958 flags, bass drum row
-    for (std::size_t track = 0; track < 4; ++track) {
-        put(18868 + 14 * track + 4, {0, 0, 0, 6}); // no data
-    }
+    put(5252, {11, 0, 2, 0});                                       // phase 4: flag byte 5254
+    put(9954, {0x10, 0, 0, 0, 0x7F, 0x41, 0, 0, 0x2A});             // accent row, 9958 flags, bass drum row
+    put(18872, {0, 0, 0, 14, 0, 200, 0, 9, 129, 5, 17, 33, 0, 17}); // ends inside an event
+    for (const std::size_t track : {0U, 1U, 2U}) put(18890 + 14 * track + 4, {0, 0, 0, 6}); // no data
     given(file);
     mnuFileRebirthImport_Click();
     ASSERT_FALSE(importCancelled);
@@ -269,6 +269,8 @@ TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
     std::vector<int> knobs(project.knobValue.begin(), project.knobValue.begin() + 12);
     EXPECT_THAT(knobs, testing::ElementsAre(1, 2, 3, 4, 0, 5, 6, 7, 8, 9, 0, 10));
     EXPECT_EQ(project.tempo, 120);
+    EXPECT_THAT((std::array{knobTrack[4][0], knobTrack[0][65], knobTrack[0][66], knobTrack[0][68]}),
+                testing::ElementsAre(9, 1, 33, 33));
 }
 
 // What the fuzzer was started from, and what it found on the way.
