@@ -1,8 +1,8 @@
 // Makes the demo projects: make_examples FOLDER writes harbour_nights.mlp and tide_pool.mlp there, and the
 // starter configuration into the folder's subfolder "starter".
 //
-// Patterns are written as text. Bass: sixteen steps of a note name C..B or C' with ^ octave up, _ octave down,
-// ! accent, or - for a rest. Drums: one line of sixteen per row, x a hit.
+// Patterns are written as text. Bass: sixteen steps of a note name C..B or C' with ^ octave up, _ octave
+// down, ! accent, or - for a rest. Drums: one line of sixteen per row, x a hit.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -30,41 +30,33 @@ constexpr const char* kNone = "................";
 
 // Bank A of 103A, the lead line in A minor.
 constexpr BassText kLead[kPatterns] = {
-    "A_! A_ A - A_ C' - A_ G_! - A_ A - E_ G_ A_",
-    "A_! A A_ - C - A_ E_ A_! - G_ A - C' B A",
-    "F_! F_ F - F_ A - F_ G_! - G_ G - B G_ D",
-    "A_! - - A_ - - A - A_! - - C' - - B -",
-    "A_ A! A_ A A_! A C' A_ E! E_ G A_ C'! B A G",
-    "D_! D_ D - F - D_ A E_! - E_ E - G# B_ E",
-    "A! - A^ - C' - A E G! - A - E - D -",
-    "A_! A_ A_ A_ A_! A_ A_ A_ A_! A A_ A A_! C' B A",
+    "A_! A_ A - A_ C' - A_ G_! - A_ A - E_ G_ A_", "A_! A A_ - C - A_ E_ A_! - G_ A - C' B A",
+    "F_! F_ F - F_ A - F_ G_! - G_ G - B G_ D",    "A_! - - A_ - - A - A_! - - C' - - B -",
+    "A_ A! A_ A A_! A C' A_ E! E_ G A_ C'! B A G", "D_! D_ D - F - D_ A E_! - E_ E - G# B_ E",
+    "A! - A^ - C' - A E G! - A - E - D -",         "A_! A_ A_ A_ A_! A_ A_ A_ A_! A A_ A A_! C' B A",
 };
 
 // Bank A of 103B, the answer above it.
 constexpr BassText kAnswer[kPatterns] = {
-    "- - A - - - C' - - - E - - G - -",
-    "- - E^ - - - C^ - - A - - B - - -",
-    "- - F - - - A - - - G - - B - D^",
-    "A - - - - - - - E^! - - - - - - -",
-    "A! - C' - E^ - C' - A! - C' - G^ - E^ -",
-    "- D^ - - F^ - - D^ - - E^! - - B - -",
-    "E^ - D^ - C^ - B - A - G - A - - -",
-    "- - - - - - - - - - - - A E^ C^ A",
+    "- - A - - - C' - - - E - - G - -",        "- - E^ - - - C^ - - A - - B - - -",
+    "- - F - - - A - - - G - - B - D^",        "A - - - - - - - E^! - - - - - - -",
+    "A! - C' - E^ - C' - A! - C' - G^ - E^ -", "- D^ - - F^ - - D^ - - E^! - - B - -",
+    "E^ - D^ - C^ - B - A - G - A - - -",      "- - - - - - - - - - - - A E^ C^ A",
 };
 
 constexpr DrumText kDrumTexts[kPatterns] = {
     {{"x...x...x...x...", kNone, kNone, "..x...x...x...x.", kNone, kNone, kNone, "x.......x......."}},
     {{"x...x...x...x...", "....x.......x...", kNone, "x.x.x.x.x.x.x.x.", kNone, "..x...x...x...x.", kNone,
       "....x.......x..."}},
-    {{"x...x...x..xx...", "....x.......x...", "....x.......x...", "xxxxxxxxxxxxxxxx", kNone, "..x...x...x...x.",
-      kNone, "x...x...x...x..."}},
+    {{"x...x...x..xx...", "....x.......x...", "....x.......x...", "xxxxxxxxxxxxxxxx", kNone,
+      "..x...x...x...x.", kNone, "x...x...x...x..."}},
     {{"x......x..x.....", "....x.......x..x", kNone, "x.xxx.xxx.xxx.xx", "......x.......x.", kNone, kNone,
       "....x.......x..."}},
     {{kNone, kNone, "....x.......x...", "x.x.x.x.x.x.x.x.", kNone, kNone, "x..x..x...x..x..", kNone}},
-    {{"x...x...x...x...", "....x.......xxxx", "....x.......x.x.", "x.x.x.x.x.x.x.x.", kNone, "..x...x...x.....", kNone,
-      "............x.xx"}},
-    {{"x.......x.......", "............x...", kNone, "..x...x...x...x.", kNone, "......x.......x.", "....x.......x...",
-      kNone}},
+    {{"x...x...x...x...", "....x.......xxxx", "....x.......x.x.", "x.x.x.x.x.x.x.x.", kNone,
+      "..x...x...x.....", kNone, "............x.xx"}},
+    {{"x.......x.......", "............x...", kNone, "..x...x...x...x.", kNone, "......x.......x.",
+      "....x.......x...", kNone}},
     {{"x.x.x.x.xxxxxxxx", "xxxxxxxxxxxxxxxx", kNone, kNone, kNone, kNone, kNone, "x...x...x.x.xxxx"}},
 };
 
@@ -118,7 +110,8 @@ void select(int module, int patt) {
 
 // The knobs of the jam, also where the song's knobs start.
 void setKnobs() {
-    constexpr int kValues[kKnobs] = {62, 84, 70, 58, 64, 112, 48, 60, 54, 72, 64, 104, 112, 92, 84, 62, 54, 60, 78, 118};
+    constexpr int kValues[kKnobs] = {62, 84,  70,  58, 64, 112, 48, 60, 54, 72,
+                                     64, 104, 112, 92, 84, 62,  54, 60, 78, 118};
     for (int k = 0; k < kKnobs; ++k) project.knobValue[k] = kValues[k];
 }
 
@@ -216,7 +209,8 @@ int main(int argc, char** argv) {
         const char* name;
         bool (*make)(const std::string& path);
     };
-    for (const auto& [name, make] : {Example{"/harbour_nights.mlp", makeSong}, Example{"/tide_pool.mlp", makeJam}}) {
+    for (const auto& [name, make] :
+         {Example{"/harbour_nights.mlp", makeSong}, Example{"/tide_pool.mlp", makeJam}}) {
         resetProgram();
         StartupHooks hooks;
         hooks.openDevices = false;

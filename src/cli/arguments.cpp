@@ -23,7 +23,8 @@ std::optional<std::string> Arguments::parse(const std::vector<std::string>& word
             files.push_back(word);
             continue;
         }
-        const auto row = std::find_if(options.begin(), options.end(), [&](const auto& o) { return word == o.name; });
+        const auto row =
+            std::find_if(options.begin(), options.end(), [&](const auto& o) { return word == o.name; });
         if (row == options.end()) return "unknown option " + word;
         if (row->kind == OptionRow::Kind::flag) {
             values_[word] = "";
@@ -38,7 +39,8 @@ std::optional<std::string> Arguments::parse(const std::vector<std::string>& word
                    std::to_string(row->highest);
         }
     }
-    if (files.size() != fileCount) return std::string(files.size() < fileCount ? "too few" : "too many") + " file names";
+    if (files.size() != fileCount)
+        return std::string(files.size() < fileCount ? "too few" : "too many") + " file names";
     return std::nullopt;
 }
 

@@ -24,8 +24,8 @@ class Arguments {
 
     // Takes the words behind the verb; a text with what is wrong where they don't fit: an unknown option, one
     // without its value, a number out of range, or another count of file names than fileCount.
-    std::optional<std::string> parse(const std::vector<std::string>& words, const std::vector<OptionRow>& options,
-                                     std::size_t fileCount);
+    std::optional<std::string> parse(const std::vector<std::string>& words,
+                                     const std::vector<OptionRow>& options, std::size_t fileCount);
 
   private:
     std::map<std::string, std::string> values_;

@@ -12,6 +12,8 @@ BoxAnswer ConsoleShell::messageBox(const std::string& text, BoxIcon /*icon*/, Bo
     return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
 }
 
-void ConsoleShell::waitForEvents(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+void ConsoleShell::waitForEvents(int ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}
 
 } // namespace marlune

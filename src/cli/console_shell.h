@@ -28,8 +28,8 @@ class ConsoleShell final : public AppShell {
 
     [[nodiscard]] const std::string& status() const { return status_; }
 
-    std::string answer;         // what file dialogs return
-    bool mayOverwrite = false;  // an OK or Cancel question is silently answered with OK
+    std::string answer;        // what file dialogs return
+    bool mayOverwrite = false; // an OK or Cancel question is silently answered with OK
 
   private:
     std::string status_;

@@ -22,8 +22,12 @@ constexpr int kTailSeconds = 2; // for what still rings after the last bar
 
 using Kind = OptionRow::Kind;
 const std::vector<OptionRow> kPlayOptions = {
-    {"--song", Kind::flag},   {"--bar", Kind::number, 1, kSongBars}, {"--bars", Kind::number, 1, 100000},
-    {"--out", Kind::text},    {"--config", Kind::text},              {"--log", Kind::text},
+    {"--song", Kind::flag},
+    {"--bar", Kind::number, 1, kSongBars},
+    {"--bars", Kind::number, 1, 100000},
+    {"--out", Kind::text},
+    {"--config", Kind::text},
+    {"--log", Kind::text},
     {"--fast", Kind::flag},
 };
 const std::vector<OptionRow> kRenderOptions = {
@@ -69,7 +73,8 @@ int playVerb(const Words& words) {
     Arguments arguments;
     if (const auto wrong = arguments.parse(words, kPlayOptions, 1)) return refuse(*wrong);
     if (arguments.has("--bar") && !arguments.has("--song")) return refuse("--bar goes with --song");
-    Session session(SessionOptions{!arguments.has("--fast"), arguments.text("--config"), arguments.text("--out")});
+    Session session(
+        SessionOptions{!arguments.has("--fast"), arguments.text("--config"), arguments.text("--out")});
     if (!session.error().empty()) return refuse(session.error());
     if (!takeProject(arguments.files[0], arguments)) return 1;
     const bool terminal = ::isatty(STDOUT_FILENO) == 1 && !arguments.has("--fast");

@@ -13,16 +13,16 @@
 #include "midi/global_config.h"
 #include "midi/midi_devices.h"
 #include "midi/midi_input.h"
+#include "platform/signals.h"
 #include "playback/engine_link.h"
 #include "playback/transport.h"
-#include "platform/signals.h"
 
 namespace marlune {
 
 namespace {
 
-constexpr int kPollMs = 1000;      // how often the devices are looked after
-constexpr int kFarewellMs = 120;   // longer than any port holds a message back
+constexpr int kPollMs = 1000;    // how often the devices are looked after
+constexpr int kFarewellMs = 120; // longer than any port holds a message back
 
 void drain(int descriptor) {
     std::uint64_t count = 0;

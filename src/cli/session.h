@@ -14,10 +14,10 @@
 namespace marlune {
 
 struct SessionOptions {
-    bool live = false;              // real time and real devices; else virtual time
-    std::string configFolder;       // where marlune.cfg is read from; "" keeps the defaults
-    std::string device;             // output by name or index; "" for the configured one
-    OutputPort* render = nullptr;   // virtual time: everything goes there
+    bool live = false;            // real time and real devices; else virtual time
+    std::string configFolder;     // where marlune.cfg is read from; "" keeps the defaults
+    std::string device;           // output by name or index; "" for the configured one
+    OutputPort* render = nullptr; // virtual time: everything goes there
 };
 
 class Session {

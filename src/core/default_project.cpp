@@ -117,7 +117,8 @@ void ClearKeyMap() {
     constexpr const char* kRows[kModules] = {"12345678", "QWERTYUI", "ASDFGHJK"};
     for (KeyMapEntry& entry : config.keyMap) entry = {-1, -1};
     for (int m = 0; m < kModules; ++m) {
-        for (int patt = 0; patt < kPatterns; ++patt) config.keyMap[kRows[m][patt] - kFirstMappedKey] = {m, patt};
+        for (int patt = 0; patt < kPatterns; ++patt)
+            config.keyMap[kRows[m][patt] - kFirstMappedKey] = {m, patt};
     }
 }
 

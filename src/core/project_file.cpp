@@ -122,8 +122,8 @@ void saveAs(const std::string& name) {
 bool loadProjectFile(const std::string& fileName) {
     ++recordGeneration;
     if (takeFile(readFileStart(fileName, kLargestFile))) return true;
-    shell().messageBox("File Open Error : \nThe file being opened is not a valid Marlune file.", BoxIcon::exclamation,
-                       BoxButtons::ok);
+    shell().messageBox("File Open Error : \nThe file being opened is not a valid Marlune file.",
+                       BoxIcon::exclamation, BoxButtons::ok);
     return false;
 }
 
@@ -218,6 +218,8 @@ void nameProject(const std::string& fileName) {
     showProjectTitle(extractFileName(fileName));
 }
 
-void showProjectTitle(const std::string& fileName) { shell().showTitle("Marlune 200Q [ " + fileName + " ]"); }
+void showProjectTitle(const std::string& fileName) {
+    shell().showTitle("Marlune 200Q [ " + fileName + " ]");
+}
 
 } // namespace marlune

@@ -8,8 +8,8 @@
 
 namespace marlune {
 
-// Reads a file into project and tracks and brings component and panel up to date. A file that is not one gives
-// the message box; what had been read by then stays. True when the whole file was taken.
+// Reads a file into project and tracks and brings component and panel up to date. A file that is not one
+// gives the message box; what had been read by then stays. True when the whole file was taken.
 bool loadProjectFile(const std::string& fileName);
 
 // Writes the project (in song mode the patterns as they stood when it began) as a whole or not at all. A

@@ -139,6 +139,8 @@ DrumPattern& currentDrum();
 int currentLoopEnd(int module);
 
 // Which module a knob belongs to, 0..2.
-constexpr int moduleOfKnob(int knob) { return knob >= kFirstDrumKnob ? kDrumModule : knob / kBassKnobs; }
+constexpr int moduleOfKnob(int knob) {
+    return knob >= kFirstDrumKnob ? kDrumModule : knob / kBassKnobs;
+}
 
 } // namespace marlune

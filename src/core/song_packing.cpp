@@ -74,7 +74,8 @@ void readKnobs(EntryReader& reader) {
         int running = kNoValue;
         for (int tick = 0; tick < kSongTicks; ++tick) {
             if (reader.atEnd()) {
-                // The last change holds to the end of its knob's row; knobs without an entry keep their values.
+                // The last change holds to the end of its knob's row; knobs without an entry keep their
+                // values.
                 if (running != kNoValue) fillFrom(knob, tick, running);
                 return;
             }

@@ -1,9 +1,10 @@
 // The song tracks as a project file stores them. Pure but for the tracks themselves.
 //
-// packedCount entries of 8 bytes, little-endian: value (32 bits), data (low byte of 16 bits, the high byte 0),
-// two bytes 0. The first 3000 are the bars (value bank, data pattern; module 0 bars 0..999, then 1, then 2).
-// The rest are the knobs, run-length coded: for each knob, one entry at every tick where its value differs from
-// that of the tick before (255 before tick 0), value = knob x 16000 + tick, data = the knob's value.
+// packedCount entries of 8 bytes, little-endian: value (32 bits), data (low byte of 16 bits, the high byte
+// 0), two bytes 0. The first 3000 are the bars (value bank, data pattern; module 0 bars 0..999, then 1, then
+// 2). The rest are the knobs, run-length coded: for each knob, one entry at every tick where its value
+// differs from that of the tick before (255 before tick 0), value = knob x 16000 + tick, data = the knob's
+// value.
 #pragma once
 
 #include <cstdint>

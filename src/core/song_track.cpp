@@ -19,15 +19,25 @@ SongBar songBar(int bank, int patt) {
 
 } // namespace
 
-int barPatt(int module, int tick) { return barTrack[module][barOf(tick)].patt; }
+int barPatt(int module, int tick) {
+    return barTrack[module][barOf(tick)].patt;
+}
 
-int barBank(int module, int tick) { return barTrack[module][barOf(tick)].bank; }
+int barBank(int module, int tick) {
+    return barTrack[module][barOf(tick)].bank;
+}
 
-int nextBarPatt(int module, int tick) { return followingBar(module, tick).patt; }
+int nextBarPatt(int module, int tick) {
+    return followingBar(module, tick).patt;
+}
 
-int nextBarBank(int module, int tick) { return followingBar(module, tick).bank; }
+int nextBarBank(int module, int tick) {
+    return followingBar(module, tick).bank;
+}
 
-void setBar(int module, int tick, int bank, int patt) { barTrack[module][barOf(tick)] = songBar(bank, patt); }
+void setBar(int module, int tick, int bank, int patt) {
+    barTrack[module][barOf(tick)] = songBar(bank, patt);
+}
 
 void setNextBar(int module, int tick, int bank, int patt) {
     if (barOf(tick) + 1 < kSongBars) barTrack[module][barOf(tick) + 1] = songBar(bank, patt);
@@ -45,7 +55,9 @@ void recordKnobValue(int knob, int value) {
     knobRecording[knob] = true;
 }
 
-void advanceSongTick() { songTick = (songTick + 1) % kSongTicks; }
+void advanceSongTick() {
+    songTick = (songTick + 1) % kSongTicks;
+}
 
 void initKnobTrack(const std::array<int, kKnobs>& values) {
     for (int knob = 0; knob < kKnobs; ++knob) knobTrack[knob].fill(static_cast<std::uint8_t>(values[knob]));

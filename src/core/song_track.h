@@ -20,9 +20,15 @@ struct SongBar {
 extern std::array<std::array<SongBar, kSongBars>, kModules> barTrack;
 extern std::array<std::array<std::uint8_t, kSongTicks>, kKnobs> knobTrack; // 0..127
 
-constexpr int barOf(int tick) { return tick / kTicksPerBar; }
-constexpr int barLine(int tick) { return tick / kTicksPerBar * kTicksPerBar; }
-constexpr bool isBarLine(int tick) { return tick % kTicksPerBar == 0; }
+constexpr int barOf(int tick) {
+    return tick / kTicksPerBar;
+}
+constexpr int barLine(int tick) {
+    return tick / kTicksPerBar * kTicksPerBar;
+}
+constexpr bool isBarLine(int tick) {
+    return tick % kTicksPerBar == 0;
+}
 
 int barPatt(int module, int tick);
 int barBank(int module, int tick);

@@ -51,8 +51,8 @@ void loadPanel() {
 // What every control shows before anything has happened.
 void showFirstState() {
     refreshTransport();
-    for (const Control sprite : {Control::Check1, Control::ResetButton, Control::prevButton, Control::nextButton,
-                                 Control::RwdStep, Control::FwdStep}) {
+    for (const Control sprite : {Control::Check1, Control::ResetButton, Control::prevButton,
+                                 Control::nextButton, Control::RwdStep, Control::FwdStep}) {
         showFrame(sprite, 0, 0);
     }
     showEnabled(Control::timeDisplay, 0, false);
@@ -74,8 +74,9 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
         if (hooks.showSplash) hooks.showSplash(visible);
     };
     if (hooks.anotherInstanceRuns && hooks.anotherInstanceRuns()) {
-        shell().messageBox("Error:  Marlune200q is already running.\nYou may run only one instance of Marlune at a time.",
-                           BoxIcon::critical, BoxButtons::ok);
+        shell().messageBox(
+            "Error:  Marlune200q is already running.\nYou may run only one instance of Marlune at a time.",
+            BoxIcon::critical, BoxButtons::ok);
         return false;
     }
     QuenTimer(0);

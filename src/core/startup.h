@@ -13,8 +13,8 @@ struct StartupHooks {
     std::function<void(bool)> showSplash;
     std::function<void()> configured; // the configuration is loaded, the devices are not yet open
     bool openDevices = true;          // false leaves the MIDI devices alone
-    int windowHandle = -1;   // descriptor that the component wakes when it has posted a message
-    unsigned randomSeed = 0; // of the random source, from the clock
+    int windowHandle = -1;            // descriptor that the component wakes when it has posted a message
+    unsigned randomSeed = 0;          // of the random source, from the clock
 };
 
 // Brings the program up and opens the project that commandLine names as a whole, if it names a file. False

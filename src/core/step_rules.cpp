@@ -13,7 +13,9 @@ int bassVelocity(const BassStep& step, int moduleVelocity, int accentKnob) {
     return step.accent ? accentKnob : moduleVelocity;
 }
 
-bool isDrumHit(const DrumPattern& pattern, int step, int drum) { return pattern.drumOn[step][drum] != 0; }
+bool isDrumHit(const DrumPattern& pattern, int step, int drum) {
+    return pattern.drumOn[step][drum] != 0;
+}
 
 int drumVelocity(const DrumPattern& pattern, int step, int levelKnob, int accentKnob) {
     return pattern.drumOn[step][kAccentRow] != 0 ? accentKnob : levelKnob;

@@ -18,11 +18,11 @@
 #include "midi/midi_devices.h"
 #include "midi/midi_input.h"
 #include "panel/panel_events.h"
-#include "playback/engine_component.h"
 #include "platform/config_folder.h"
 #include "platform/instance_lock.h"
 #include "platform/platform.h"
 #include "platform/signals.h"
+#include "playback/engine_component.h"
 
 namespace marlune {
 
@@ -41,13 +41,16 @@ class Wake {
 };
 
 // The whole command line counts as one file name.
-std::string commandLine(const QStringList& arguments) { return arguments.mid(1).join(' ').toStdString(); }
+std::string commandLine(const QStringList& arguments) {
+    return arguments.mid(1).join(' ').toStdString();
+}
 
 // Devices, engine and the pumps that bring their messages here; connected while it lives.
 class Machine {
   public:
     explicit Machine(const std::string& folder)
-        : platform_({.stateFile = folder + "/devices.state"}), engine_(platform_.clock(), platform_.outputs()) {
+        : platform_({.stateFile = folder + "/devices.state"}),
+          engine_(platform_.clock(), platform_.outputs()) {
         setEngineComponent(&engine_);
         setOutputDevices(&platform_.outputs());
         MIDIIn1.attach(&platform_.inputs(), midiWake_.fd);
@@ -117,4 +120,6 @@ int run(int argc, char** argv) {
 
 } // namespace marlune
 
-int main(int argc, char** argv) { return marlune::run(argc, argv); }
+int main(int argc, char** argv) {
+    return marlune::run(argc, argv);
+}

@@ -10,7 +10,9 @@ namespace marlune {
 
 marluneCalculator calculator;
 
-void mnuToolsCalc_Click() { calculator.showModal(); }
+void mnuToolsCalc_Click() {
+    calculator.showModal();
+}
 
 marluneCalculator::marluneCalculator() {
     caption = "Calculator";
@@ -69,6 +71,8 @@ void marluneCalculator::Command2_Click() {
     }
 }
 
-void marluneCalculator::cmdOK_Click() { unload(); }
+void marluneCalculator::cmdOK_Click() {
+    unload();
+}
 
 } // namespace marlune

@@ -17,7 +17,9 @@ namespace {
 
 constexpr const char* kModuleNames[] = {"103A", "103B", "109"};
 
-bool isDrum(int module) { return module == kDrumModule; }
+bool isDrum(int module) {
+    return module == kDrumModule;
+}
 
 void copyPattern() {
     PatternClipboard& clip = patternClipboard;
@@ -31,7 +33,8 @@ void copyPattern() {
     for (int k = 0; k < knobs.count; ++k) {
         clip.copyKnobs[k] = static_cast<std::uint8_t>(int{project.knobValue[knobs.first + k]});
     }
-    patternCopyStatus = std::string("COPY: Module ") + kModuleNames[editSel] + " ( current pattern and knobs ).";
+    patternCopyStatus =
+        std::string("COPY: Module ") + kModuleNames[editSel] + " ( current pattern and knobs ).";
     shell().showStatus(patternCopyStatus);
 }
 
@@ -86,7 +89,8 @@ void pasteBars() {
 } // namespace
 
 KnobRange knobsOf(int module) {
-    return isDrum(module) ? KnobRange{kFirstDrumKnob, kKnobColumns} : KnobRange{kBassKnobs * module, kBassKnobs};
+    return isDrum(module) ? KnobRange{kFirstDrumKnob, kKnobColumns}
+                          : KnobRange{kBassKnobs * module, kBassKnobs};
 }
 
 void mnuEditCut_Click() {

@@ -21,7 +21,17 @@ std::span<std::uint8_t> bytesOf(T& object) {
 }
 
 // The pieces by their place in musicalPieces().
-enum Piece { kBass0, kBass1, kDrumPiece, kKnobPiece, kTempoPiece, kNoteMapPiece, kBarPiece, kTrackPiece, kPieces };
+enum Piece {
+    kBass0,
+    kBass1,
+    kDrumPiece,
+    kKnobPiece,
+    kTempoPiece,
+    kNoteMapPiece,
+    kBarPiece,
+    kTrackPiece,
+    kPieces
+};
 
 constexpr std::size_t kLongestCount = 255;
 constexpr std::size_t kClose = 8; // equal bytes between two runs that are cheaper as part of them
@@ -113,9 +123,14 @@ void tellSong() {
 } // namespace
 
 std::vector<std::span<std::uint8_t>> musicalPieces() {
-    return {bytesOf(project.bass[0].patterns), bytesOf(project.bass[1].patterns), bytesOf(project.drum.patterns),
-            bytesOf(project.knobValue),        bytesOf(project.tempo),            bytesOf(project.noteMap),
-            bytesOf(barTrack),                 bytesOf(knobTrack)};
+    return {bytesOf(project.bass[0].patterns),
+            bytesOf(project.bass[1].patterns),
+            bytesOf(project.drum.patterns),
+            bytesOf(project.knobValue),
+            bytesOf(project.tempo),
+            bytesOf(project.noteMap),
+            bytesOf(barTrack),
+            bytesOf(knobTrack)};
 }
 
 std::vector<std::uint8_t> captureMusic() {

@@ -1,5 +1,5 @@
-// What a user edits, seen as one row of bytes: patterns, knobs, tempo, note map, both song tracks. Selections,
-// last notes and positions are not part of it. User-interface thread.
+// What a user edits, seen as one row of bytes: patterns, knobs, tempo, note map, both song tracks.
+// Selections, last notes and positions are not part of it. User-interface thread.
 #pragma once
 
 #include <cstdint>

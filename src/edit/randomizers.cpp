@@ -20,11 +20,15 @@ RandomSource randomSource = seededRandom(0);
 
 constexpr int kMaxNote = 127;
 
-int drawRounded(float range) { return roundHalfEven(randomSource() * range); }
+int drawRounded(float range) {
+    return roundHalfEven(randomSource() * range);
+}
 int drawBelow(int count) {
     return std::min(static_cast<int>(std::floor(randomSource() * static_cast<float>(count))), count - 1);
 }
-bool drawHalf() { return drawRounded(1) != 0; }
+bool drawHalf() {
+    return drawRounded(1) != 0;
+}
 
 // Goes through the sixteen steps of a bassline: change(step) draws, then send tells the component of it.
 template <typename Change, typename Send>
@@ -64,7 +68,9 @@ void onEdited(void (*randomize)(int)) {
 
 } // namespace
 
-void setRandomSource(RandomSource source) { randomSource = source ? std::move(source) : seededRandom(0); }
+void setRandomSource(RandomSource source) {
+    randomSource = source ? std::move(source) : seededRandom(0);
+}
 
 RandomSource seededRandom(unsigned seed) {
     return [generator = std::make_shared<std::mt19937>(seed)] {
@@ -80,7 +86,9 @@ void randPitch(int module) {
     }
     eachBassStep(
         module, [](BassStep& step) { step.note = std::min(drawRounded(13), kTopNote); },
-        [](int m, int bank, int patt, int s, const BassStep& step) { Set103Note32(m, bank, patt, s, step.note); });
+        [](int m, int bank, int patt, int s, const BassStep& step) {
+            Set103Note32(m, bank, patt, s, step.note);
+        });
 }
 
 void RandNote(int module) {
@@ -121,9 +129,13 @@ void randoctave(int module) {
         });
 }
 
-void mnuToolsRNotes_Click() { onEdited(randPitch); }
+void mnuToolsRNotes_Click() {
+    onEdited(randPitch);
+}
 
-void mnuToolsRandRest_Click() { onEdited(RandNote); }
+void mnuToolsRandRest_Click() {
+    onEdited(RandNote);
+}
 
 void mnuToolsROctave_Click() {
     onEdited([](int module) {
@@ -131,9 +143,13 @@ void mnuToolsROctave_Click() {
     });
 }
 
-void mnuToolsRAccents_Click() { onEdited(randAccent); }
+void mnuToolsRAccents_Click() {
+    onEdited(randAccent);
+}
 
-void mnuToolsSongRandom_Click() { songRandomizer.showModal(); }
+void mnuToolsSongRandom_Click() {
+    songRandomizer.showModal();
+}
 
 marluneRandomPattern songRandomizer;
 
@@ -163,7 +179,9 @@ void marluneRandomPattern::describe(FormBuilder& builder) {
     builder.endRow();
 }
 
-void marluneRandomPattern::Form_Load() { Text1.text = "4"; }
+void marluneRandomPattern::Form_Load() {
+    Text1.text = "4";
+}
 
 void marluneRandomPattern::Form_Activate() {
     Text1.text = "4";
@@ -172,7 +190,8 @@ void marluneRandomPattern::Form_Activate() {
 
 void marluneRandomPattern::Command1_Click() {
     if (!isNumeric(Text1.text)) {
-        shell().messageBox("Enter the number of Bars to randomize (1 to 1000)", BoxIcon::information, BoxButtons::ok);
+        shell().messageBox("Enter the number of Bars to randomize (1 to 1000)", BoxIcon::information,
+                           BoxButtons::ok);
         return;
     }
     const int bar = barOf(songTick);
@@ -189,6 +208,8 @@ void marluneRandomPattern::Command1_Click() {
     moveSongBack(0, false, true);
 }
 
-void marluneRandomPattern::Command2_Click() { hide(); }
+void marluneRandomPattern::Command2_Click() {
+    hide();
+}
 
 } // namespace marlune

@@ -27,7 +27,7 @@ void mnuToolsSongRandom_Click();
 
 struct marluneRandomPattern final : Form {
     marluneRandomPattern();
-    TextBox Text1;  // number of bars
+    TextBox Text1; // number of bars
     Label Label1, Label2, Label3;
     CheckBox Check1[3]; // keep their state between openings
     Button Command1, Command2;

@@ -57,7 +57,8 @@ void initPattern() {
 void barsFromImage(int firstBar, int count) {
     for (int m = 0; m < kModules; ++m) {
         const Selection at = selectionOf(patternImage, m);
-        const SongBar bar{static_cast<std::uint8_t>(int{at.currPatt}), static_cast<std::uint8_t>(int{at.currBank})};
+        const SongBar bar{static_cast<std::uint8_t>(int{at.currPatt}),
+                          static_cast<std::uint8_t>(int{at.currBank})};
         std::fill_n(barTrack[m].begin() + firstBar, count, bar);
     }
 }
@@ -117,7 +118,9 @@ void mnuToolsInitSongfromPatt_Click() {
 
 marlunePatternCopy patternCopyForm;
 
-void showPatternCopy() { patternCopyForm.showModal(); }
+void showPatternCopy() {
+    patternCopyForm.showModal();
+}
 
 marlunePatternCopy::marlunePatternCopy() {
     caption = "Copy Pattern";
@@ -139,7 +142,9 @@ void marlunePatternCopy::describe(FormBuilder& builder) {
     builder.endRow();
 }
 
-void marlunePatternCopy::Form_Load() { Text1.text = "1"; }
+void marlunePatternCopy::Form_Load() {
+    Text1.text = "1";
+}
 
 void marlunePatternCopy::Form_Activate() {
     caption = std::string("Copy Pattern [") + kModuleNames[editSel] + "]";
@@ -149,7 +154,8 @@ void marlunePatternCopy::Form_Activate() {
 
 void marlunePatternCopy::Command1_Click() {
     if (!isNumeric(Text1.text)) {
-        shell().messageBox("Enter the number of Bars to copy (1 to 1000)", BoxIcon::information, BoxButtons::ok);
+        shell().messageBox("Enter the number of Bars to copy (1 to 1000)", BoxIcon::information,
+                           BoxButtons::ok);
         return;
     }
     SongClipboard& clip = songClipboard;
@@ -170,11 +176,14 @@ void marlunePatternCopy::Command1_Click() {
             clip.copyKnobList[i][k] = knobTrack[knobs.first + k][kTicksPerBar * bar + i];
         }
     }
-    songCopyStatus += ") from BAR " + std::to_string(bar + 1) + " thru " + std::to_string(bar + clip.copyBarCount) + " .";
+    songCopyStatus +=
+        ") from BAR " + std::to_string(bar + 1) + " thru " + std::to_string(bar + clip.copyBarCount) + " .";
     shell().showStatus(songCopyStatus);
     hide();
 }
 
-void marlunePatternCopy::Command2_Click() { hide(); }
+void marlunePatternCopy::Command2_Click() {
+    hide();
+}
 
 } // namespace marlune

@@ -23,7 +23,8 @@ void transposeBass(int module, int delta) {
         const BassStep before = step;
         step = transposed(before, delta);
         const bool cleared = (before.up || before.down) && !step.up && !step.down;
-        if (cleared || before.up != step.up) Set103Up32(module, at.currBank, at.currPatt, s, step.up.number());
+        if (cleared || before.up != step.up)
+            Set103Up32(module, at.currBank, at.currPatt, s, step.up.number());
         if (cleared || before.down != step.down) {
             Set103Down32(module, at.currBank, at.currPatt, s, step.down.number());
         }
@@ -94,12 +95,24 @@ void editMovePatt(int module, int direction) {
     refreshPattern(module);
 }
 
-void mnuEditTransposeDown_Click() { onEdited(transposePatt, -1); }
-void mnuEditTransposeUp_Click() { onEdited(transposePatt, +1); }
-void mnuEditMoveLeft_Click() { onEdited(editMovePatt, -1); }
-void mnuEditMoveRight_Click() { onEdited(editMovePatt, +1); }
-void mnuEditLoopPt2_Click() { onEdited(editLoop, -1); }
-void mnuEditLoop1_Click() { onEdited(editLoop, +1); }
+void mnuEditTransposeDown_Click() {
+    onEdited(transposePatt, -1);
+}
+void mnuEditTransposeUp_Click() {
+    onEdited(transposePatt, +1);
+}
+void mnuEditMoveLeft_Click() {
+    onEdited(editMovePatt, -1);
+}
+void mnuEditMoveRight_Click() {
+    onEdited(editMovePatt, +1);
+}
+void mnuEditLoopPt2_Click() {
+    onEdited(editLoop, -1);
+}
+void mnuEditLoop1_Click() {
+    onEdited(editLoop, +1);
+}
 
 void mnuPatchDec_Click() {
     if (songMode || editSel == kDrumModule) return;

@@ -39,7 +39,9 @@ void showMenus() {
     setMenuEnabled(Menu::mnuEditRedo, !history().undone.empty());
 }
 
-bool recordReplaced() { return history().generation != recordGeneration; }
+bool recordReplaced() {
+    return history().generation != recordGeneration;
+}
 
 void keep(MusicDifference difference, int kind) {
     History& h = history();
@@ -122,9 +124,13 @@ void mnuEditRedo_Click() {
     showMenus();
 }
 
-int undoSteps() { return static_cast<int>(history().done.size()); }
+int undoSteps() {
+    return static_cast<int>(history().done.size());
+}
 
-std::size_t undoBytes() { return history().bytes; }
+std::size_t undoBytes() {
+    return history().bytes;
+}
 
 void clearUndoHistory() {
     History& h = history();

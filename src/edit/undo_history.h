@@ -1,4 +1,5 @@
-// Undo and redo of everything that a user edits. Kept as differences, within 16 MB; the oldest steps go first.
+// Undo and redo of everything that a user edits. Kept as differences, within 16 MB; the oldest steps go
+// first.
 //
 // The routes of pointer, keys, menus and MIDI input bracket what they set off by beginEdit and endEdit; what
 // has changed in between is one step. Brackets nest: the outermost counts. While the song is being recorded

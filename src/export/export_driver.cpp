@@ -147,7 +147,9 @@ void marluneExport::describe(FormBuilder& builder) {
     builder.endRow();
 }
 
-void marluneExport::Form_Load() { Text1.text = std::to_string(exportBars); }
+void marluneExport::Form_Load() {
+    Text1.text = std::to_string(exportBars);
+}
 
 void marluneExport::Form_Activate() {
     Text1.text = std::to_string(exportBars);
@@ -157,7 +159,8 @@ void marluneExport::Form_Activate() {
 
 bool marluneExport::Command1_Click() {
     if (!isNumeric(Text1.text)) {
-        shell().messageBox("Enter the number of Bars to export (1 to 1000)", BoxIcon::information, BoxButtons::ok);
+        shell().messageBox("Enter the number of Bars to export (1 to 1000)", BoxIcon::information,
+                           BoxButtons::ok);
         return false;
     }
     const int exportStartBar = barOf(songTick);
@@ -168,7 +171,9 @@ bool marluneExport::Command1_Click() {
     return ExportToMID("", exportStartBar * kTicksPerBar, (exportStartBar + exportBars) * kTicksPerBar);
 }
 
-void marluneExport::Command2_Click() { hide(); }
+void marluneExport::Command2_Click() {
+    hide();
+}
 
 ExportMeter::ExportMeter() {
     caption = "Exporting to MIDI File";

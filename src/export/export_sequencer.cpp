@@ -10,14 +10,18 @@ namespace {
 
 struct ExportRun {
     MidiFileWriter* writer = nullptr;
-    int track = 0;                                    // destination of the next event
-    std::array<int, kExportTracks> lastEventTick{};   // song tick of the last event of each track
-    std::array<bool, kBassModules> noteActive{};      // a note awaits its release
+    int track = 0;                                  // destination of the next event
+    std::array<int, kExportTracks> lastEventTick{}; // song tick of the last event of each track
+    std::array<bool, kBassModules> noteActive{};    // a note awaits its release
 };
 ExportRun run;
 
-constexpr int noteTrack(int module) { return module == 0 ? kBassATrack : module == 1 ? kBassBTrack : kDrumTrack; }
-constexpr int controlTrack(int module) { return noteTrack(module) + 1; }
+constexpr int noteTrack(int module) {
+    return module == 0 ? kBassATrack : module == 1 ? kBassBTrack : kDrumTrack;
+}
+constexpr int controlTrack(int module) {
+    return noteTrack(module) + 1;
+}
 
 void chooseTrack(int track) {
     run.track = track;
@@ -30,7 +34,9 @@ void writeEvent(int status, int data1, int data2) {
     last = songTick;
 }
 
-void SendNoteMIDExp(int channel, int note, int velocity) { writeEvent(0x90 + channel, note, velocity); }
+void SendNoteMIDExp(int channel, int note, int velocity) {
+    writeEvent(0x90 + channel, note, velocity);
+}
 
 void SendPatchChangeMIDExp(int channel, int patch) {
     if (patch >= 0) writeEvent(0xC0 + channel, patch, 0);

@@ -17,7 +17,9 @@ namespace {
 constexpr std::size_t kMaxLabelFile = 1U << 20U;
 std::string folder;
 
-std::string pathOf(const char* name) { return folder + "/" + name; }
+std::string pathOf(const char* name) {
+    return folder + "/" + name;
+}
 
 void showStatusBarState() {
     shell().showStatusBar(config.statusBarVisible);
@@ -62,7 +64,9 @@ void loadLabels() {
 
 } // namespace
 
-void setConfigFolder(const std::string& path) { folder = path; }
+void setConfigFolder(const std::string& path) {
+    folder = path;
+}
 
 void loadGlobalConfig() {
     const FileBytes file = folder.empty() ? FileBytes{} : readFileStart(pathOf("marlune.cfg"), sizeof config);
@@ -85,7 +89,8 @@ void saveGlobalConfig() {
     writeFileAtomically(pathOf("marlune.cfg"), {bytes, sizeof config});
     std::string labels;
     for (const std::string& label : knobLabel) labels += quoted(label);
-    writeFileAtomically(pathOf("labels.cfg"), {reinterpret_cast<const std::uint8_t*>(labels.data()), labels.size()});
+    writeFileAtomically(pathOf("labels.cfg"),
+                        {reinterpret_cast<const std::uint8_t*>(labels.data()), labels.size()});
 }
 
 void mnuStatusBarEnable_Click() {

@@ -7,15 +7,19 @@ namespace marlune {
 GlobalConfig config;
 
 const std::array<const char*, kKnobs> kDefaultLabels = {
-    "Cutoff", "Res",   "Env.Amt", "Decay", "Ctrl.1", "Accent", "Cutoff", "Res",  "Env.Amt", "Decay",
-    "Ctrl.1", "Accent", "BDrum",  "Snare", "Clap",   "ClHt1",  "ClHt2",  "OpHat", "Loop",   "Accent"};
+    "Cutoff", "Res",    "Env.Amt", "Decay", "Ctrl.1", "Accent", "Cutoff", "Res",   "Env.Amt", "Decay",
+    "Ctrl.1", "Accent", "BDrum",   "Snare", "Clap",   "ClHt1",  "ClHt2",  "OpHat", "Loop",    "Accent"};
 
 namespace {
 
 constexpr int kMaxData = 127;
 
-int channel(int value) { return std::clamp(value, 0, 15); }
-int dataByte(int value) { return std::clamp(value, 0, kMaxData); }
+int channel(int value) {
+    return std::clamp(value, 0, 15);
+}
+int dataByte(int value) {
+    return std::clamp(value, 0, kMaxData);
+}
 
 } // namespace
 
@@ -24,11 +28,17 @@ void resetGlobalConfig() {
     config.midiInDevice = config.midiOutDevice = -1;
 }
 
-int channelOf(int module) { return channel(config.moduleChannel[module]); }
+int channelOf(int module) {
+    return channel(config.moduleChannel[module]);
+}
 
-int controlChannelNumber() { return channel(config.controlChannel); }
+int controlChannelNumber() {
+    return channel(config.controlChannel);
+}
 
-int phraseChannelNumber() { return channel(config.phraseChannel); }
+int phraseChannelNumber() {
+    return channel(config.phraseChannel);
+}
 
 int knobOfController(int number) {
     const int knob = number >= 0 && number <= kMaxData ? int{config.controllerMap[number]} : -1;
@@ -40,16 +50,23 @@ int controllerOfKnob(int knob) {
     return number >= 0 && number <= kMaxData ? number : -1;
 }
 
-int baseNoteOf(int module) { return dataByte(config.moduleBaseNote[module]); }
+int baseNoteOf(int module) {
+    return dataByte(config.moduleBaseNote[module]);
+}
 
-int velocityOf(int module) { return dataByte(config.moduleVelocity[module]); }
+int velocityOf(int module) {
+    return dataByte(config.moduleVelocity[module]);
+}
 
-int drumNoteDefaultOf(int drum) { return dataByte(config.drumNoteDefault[drum]); }
+int drumNoteDefaultOf(int drum) {
+    return dataByte(config.drumNoteDefault[drum]);
+}
 
 MappedKey mappedKey(int code) {
     if (code < kFirstMappedKey || code >= kFirstMappedKey + kMappedKeys) return {-1, -1};
     const KeyMapEntry& entry = config.keyMap[code - kFirstMappedKey];
-    const bool used = entry.module >= 0 && entry.module < kModules && entry.pattern >= 0 && entry.pattern < kPatterns;
+    const bool used =
+        entry.module >= 0 && entry.module < kModules && entry.pattern >= 0 && entry.pattern < kPatterns;
     return used ? MappedKey{entry.module, entry.pattern} : MappedKey{-1, -1};
 }
 

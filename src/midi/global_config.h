@@ -26,14 +26,14 @@ struct GlobalConfig {
     Le16 stepBase;                           // lowest step note, 0..111
     Le16 reservedNote0, reservedNote1, reservedNote2;
     std::array<KeyMapEntry, kMappedKeys> keyMap;
-    std::array<Le16, 128> controllerMap; // incoming controller -> knob 0..19, -1 for none
-    Le8 controlChannel;                  // of incoming controllers, 0-based
-    Le8 phraseChannel;                   // of memorizer notes, 0-based
+    std::array<Le16, 128> controllerMap;       // incoming controller -> knob 0..19, -1 for none
+    Le8 controlChannel;                        // of incoming controllers, 0-based
+    Le8 phraseChannel;                         // of memorizer notes, 0-based
     std::array<Le16, kKnobs> outputController; // controller number per knob, -1 for none
     std::array<Le8, kModules> moduleChannel;   // 0-based
     std::array<Le8, kBassModules> moduleVelocity;
     std::array<Le8, kBassModules> moduleBaseNote;
-    Le16 midiInDevice, midiOutDevice;      // index into the device lists, negative for none
+    Le16 midiInDevice, midiOutDevice;        // index into the device lists, negative for none
     std::array<Flag16, kDrums> drumSounding; // run-time state of the export; means nothing in the file
     Flag16 statusBarVisible;
     Le16 syncOutDevice;
@@ -50,14 +50,14 @@ extern GlobalConfig config;
 void resetGlobalConfig(); // all zero but the devices, -1
 
 // Limited readings.
-int channelOf(int module);       // 0..15
-int controlChannelNumber();      // 0..15
-int phraseChannelNumber();       // 0..15
+int channelOf(int module);        // 0..15
+int controlChannelNumber();       // 0..15
+int phraseChannelNumber();        // 0..15
 int knobOfController(int number); // 0..19, -1 for none; number 0..127
-int controllerOfKnob(int knob);  // 0..127, -1 for none
-int baseNoteOf(int module);      // 0..127; module 0 or 1
-int velocityOf(int module);      // 0..127
-int drumNoteDefaultOf(int drum); // 0..127
+int controllerOfKnob(int knob);   // 0..127, -1 for none
+int baseNoteOf(int module);       // 0..127; module 0 or 1
+int velocityOf(int module);       // 0..127
+int drumNoteDefaultOf(int drum);  // 0..127
 // What a key code selects; module -1 where the entry or one of its halves is out of range.
 struct MappedKey {
     int module, pattern;

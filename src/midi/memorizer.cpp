@@ -16,7 +16,9 @@ namespace {
 
 constexpr const char* kNone = "NONE";
 
-std::string bankAndPattern(int bank, int patt) { return std::to_string(bank + 1) + " - " + std::to_string(patt + 1); }
+std::string bankAndPattern(int bank, int patt) {
+    return std::to_string(bank + 1) + " - " + std::to_string(patt + 1);
+}
 
 void reopenInput() {
     if (MIDIIn1.isOpen()) return;
@@ -67,7 +69,9 @@ void marluneSnapShot::Form_Load() {
     setPhraseLearner(this);
 }
 
-void marluneSnapShot::Form_Activate() { StopPlay(); }
+void marluneSnapShot::Form_Activate() {
+    StopPlay();
+}
 
 void marluneSnapShot::Form_Unload() {
     setPhraseLearner(nullptr);

@@ -24,7 +24,9 @@ constexpr int kMaxOffset = 4;
 constexpr int kSilentChannel = 15;
 OutputDevices* outputs = nullptr;
 
-int outputCount() { return outputs != nullptr ? outputs->count() : 0; }
+int outputCount() {
+    return outputs != nullptr ? outputs->count() : 0;
+}
 
 // A saved index beyond the list becomes the last device; a negative one selects nothing.
 void fitToList(Le16& index, ComboBox& list) {
@@ -64,7 +66,9 @@ void startInput() {
 
 } // namespace
 
-void setOutputDevices(OutputDevices* devices) { outputs = devices; }
+void setOutputDevices(OutputDevices* devices) {
+    outputs = devices;
+}
 
 void listMidiDevices() {
     midiSetupForm.load();
@@ -175,6 +179,8 @@ void MIDISetupForm::cmdOK_Click() {
     openMidiDevices();
 }
 
-void MIDISetupForm::cmdCancel_Click() { hide(); }
+void MIDISetupForm::cmdCancel_Click() {
+    hide();
+}
 
 } // namespace marlune

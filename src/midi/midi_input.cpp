@@ -13,7 +13,9 @@ MidiInput MIDIIn1;
 
 namespace {
 
-bool isNoteOn(const MidiMessage& message) { return (message.bytes[0] & 0xF0) == 0x90; }
+bool isNoteOn(const MidiMessage& message) {
+    return (message.bytes[0] & 0xF0) == 0x90;
+}
 
 } // namespace
 
@@ -39,9 +41,13 @@ void MidiInput::attach(InputDevices* devices, int wakeDescriptor) {
     learnt_ = -1;
 }
 
-int MidiInput::DeviceCount() { return devices_ != nullptr ? devices_->count() : 0; }
+int MidiInput::DeviceCount() {
+    return devices_ != nullptr ? devices_->count() : 0;
+}
 
-std::string MidiInput::ProductName(int index) { return devices_ != nullptr ? devices_->name(index) : ""; }
+std::string MidiInput::ProductName(int index) {
+    return devices_ != nullptr ? devices_->name(index) : "";
+}
 
 void MidiInput::open() {
     if (open_ || devices_ == nullptr || DeviceID < 0) return;
@@ -54,9 +60,13 @@ void MidiInput::close() {
     open_ = false;
 }
 
-void MidiInput::start() { started_ = true; }
+void MidiInput::start() {
+    started_ = true;
+}
 
-void MidiInput::stop() { started_ = false; }
+void MidiInput::stop() {
+    started_ = false;
+}
 
 int MidiInput::MessageCount() {
     if (readPos_ == reading_.size()) {
@@ -68,7 +78,9 @@ int MidiInput::MessageCount() {
     return static_cast<int>(reading_.size() - readPos_);
 }
 
-MidiMessage MidiInput::oldest() { return reading_[readPos_]; }
+MidiMessage MidiInput::oldest() {
+    return reading_[readPos_];
+}
 
 void MidiInput::removeOldest() {
     if (readPos_ < reading_.size()) ++readPos_;
@@ -79,14 +91,18 @@ void MidiInput::setMessageEvents(bool events) {
     events_ = events;
 }
 
-void MidiInput::BlockStatus(int status, bool blocked) { blocked_[status & 0xFF] = blocked; }
+void MidiInput::BlockStatus(int status, bool blocked) {
+    blocked_[status & 0xFF] = blocked;
+}
 
 int MidiInput::takeDropped() {
     const std::lock_guard lock(mutex_);
     return std::exchange(dropped_, 0);
 }
 
-int MidiInput::takeLearnt() { return learnt_.exchange(-1); }
+int MidiInput::takeLearnt() {
+    return learnt_.exchange(-1);
+}
 
 void MidiInput::received(const MidiMessage& message) noexcept {
     const int status = message.bytes[0];

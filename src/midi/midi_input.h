@@ -3,8 +3,8 @@
 // received() comes from a thread of the device; everything else belongs to the user-interface thread.
 #pragma once
 
-#include <atomic>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <mutex>
 #include <string>
@@ -20,8 +20,8 @@ class MidiInput final : public InputSink {
 
     MidiInput();
 
-    // The devices to choose from (null: none) and a descriptor that gets eight bytes when a message arrives in
-    // event mode (-1: none). Closes what is open.
+    // The devices to choose from (null: none) and a descriptor that gets eight bytes when a message arrives
+    // in event mode (-1: none). Closes what is open.
     void attach(InputDevices* devices, int wakeDescriptor);
 
     int DeviceCount();
@@ -35,7 +35,7 @@ class MidiInput final : public InputSink {
     void start(); // lets messages into the queue
     void stop();
 
-    int MessageCount(); // messages queued
+    int MessageCount();   // messages queued
     MidiMessage oldest(); // the oldest queued message; MessageCount() must be above 0
     void removeOldest();
 

@@ -9,7 +9,9 @@ namespace marlune {
 
 namespace {
 
-int dataByte(int value) { return std::clamp(value, 0, 127); }
+int dataByte(int value) {
+    return std::clamp(value, 0, 127);
+}
 
 } // namespace
 

@@ -22,7 +22,9 @@ constexpr int kAccentKey = 14;
 
 PhraseLearner* phraseLearner = nullptr;
 
-bool within(int value, int count) { return value >= 0 && value < count; }
+bool within(int value, int count) {
+    return value >= 0 && value < count;
+}
 
 void bassNote(int module, int note) {
     const int step = note - config.stepBase;
@@ -50,11 +52,17 @@ void drumNote(int note) {
     }
 }
 
-bool isController(int status) { return status == 0xB0 + controlChannelNumber(); }
-bool isNote(int status) { return status >= 0x90 && status <= 0x9F; }
+bool isController(int status) {
+    return status == 0xB0 + controlChannelNumber();
+}
+bool isNote(int status) {
+    return status >= 0x90 && status <= 0x9F;
+}
 
 // Song playback and a stopped song that isn't recorded take nothing from the controllers.
-bool takesInput() { return recordOn || !songMode; }
+bool takesInput() {
+    return recordOn || !songMode;
+}
 
 void moveKnob(int knob, int value) {
     if (!takesInput()) return;
@@ -135,6 +143,8 @@ void remoteNoteSnapShot(int note, int channel) {
     }
 }
 
-void setPhraseLearner(PhraseLearner* learner) { phraseLearner = learner; }
+void setPhraseLearner(PhraseLearner* learner) {
+    phraseLearner = learner;
+}
 
 } // namespace marlune

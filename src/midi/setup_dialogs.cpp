@@ -21,7 +21,8 @@ Customize customizeForm;
 namespace {
 
 constexpr const char* kBassLabels[] = {"Cutoff", "Res", "Env Amp", "Decay", "Ctrl 1", "Accent"};
-constexpr const char* kDrumLabels[] = {"Bass ", "Snare", "Clap", "CHat1", "CHat2", "OHat", "Drum 1", "Accent"};
+constexpr const char* kDrumLabels[] = {"Bass ", "Snare", "Clap",   "CHat1",
+                                       "CHat2", "OHat",  "Drum 1", "Accent"};
 constexpr const char* kBassNames[] = {"103A Bassline", "103B Bassline"};
 
 struct FieldLimits {
@@ -44,7 +45,9 @@ int limitedEntry(TextBox& box, const FieldLimits& limits) {
     return value;
 }
 
-void enter(TextBox& box, int number) { box.text = std::to_string(number); }
+void enter(TextBox& box, int number) {
+    box.text = std::to_string(number);
+}
 
 // A row of text boxes for consecutive knobs.
 void knobRow(FormBuilder& builder, TextBox* boxes, int first, const char* const* labels, int count,
@@ -101,7 +104,8 @@ void marluneOptionsMidiOutput::describe(FormBuilder& builder) {
     for (TextBox& box : noteNum) builder.textBox("Note#", box, 4);
     builder.endRow();
     builder.endFrame();
-    okCancelRow(builder, cmdOK, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
+    okCancelRow(
+        builder, cmdOK, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
 }
 
 void marluneOptionsMidiOutput::Form_Load() {
@@ -174,7 +178,8 @@ void marluneOptionsMidiInput::describe(FormBuilder& builder) {
     builder.textBox("Midi Channel", pTriggChan, 4, learnNothing);
     builder.endFrame();
     builder.endRow();
-    okCancelRow(builder, cmdOK, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
+    okCancelRow(
+        builder, cmdOK, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
 }
 
 void marluneOptionsMidiInput::Form_Load() {
@@ -234,7 +239,8 @@ void marluneOptionsMidiInput::cmdOK_Click() {
     if (!readMappings()) {
         config.controllerMap = before;
         blockChosen(false);
-        shell().messageBox("Duplicate Controller assignments not allowed", BoxIcon::information, BoxButtons::ok);
+        shell().messageBox("Duplicate Controller assignments not allowed", BoxIcon::information,
+                           BoxButtons::ok);
         return;
     }
     config.controlChannel = limitedEntry(chan, kChannel) - 1;
@@ -249,7 +255,9 @@ void marluneOptionsMidiInput::cmdOK_Click() {
 
 // ---- Label Customize
 
-void mnuOtpionsCustomize_Click() { customizeForm.showModal(); }
+void mnuOtpionsCustomize_Click() {
+    customizeForm.showModal();
+}
 
 Customize::Customize() {
     caption = "Label Customize";
@@ -259,7 +267,8 @@ Customize::Customize() {
 }
 
 void Customize::describe(FormBuilder& builder) {
-    constexpr const char* kDrumRow[] = {"BDrum", "Snare", "Clap", "ClHt1", "ClHt2", "OpHat", "Loop", "Accent"};
+    constexpr const char* kDrumRow[] = {"BDrum", "Snare", "Clap", "ClHt1",
+                                        "ClHt2", "OpHat", "Loop", "Accent"};
     const auto row = [&](const char* title, int first, const char* const* labels, int count) {
         builder.beginFrame(title);
         builder.beginRow();

@@ -35,8 +35,12 @@ AppShell* current = &silent;
 
 } // namespace
 
-AppShell& shell() { return *current; }
+AppShell& shell() {
+    return *current;
+}
 
-void setAppShell(AppShell* shell) { current = shell != nullptr ? shell : &silent; }
+void setAppShell(AppShell* shell) {
+    current = shell != nullptr ? shell : &silent;
+}
 
 } // namespace marlune

@@ -42,14 +42,14 @@ class AppShell {
     virtual BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) = 0;
     // The chosen name; empty when the dialog was left without one.
     virtual std::string fileDialog(const FileDialog& dialog) = 0;
-    virtual void runModal(Form& form) = 0;     // returns when the form is no longer visible
+    virtual void runModal(Form& form) = 0; // returns when the form is no longer visible
     // Returns at once and follows the form until it is no longer visible; nothing else takes input meanwhile.
     virtual void showModeless(Form& form) = 0;
-    virtual void formChanged(Form& form) = 0;  // contents were changed from outside its own handlers
+    virtual void formChanged(Form& form) = 0; // contents were changed from outside its own handlers
 
-    virtual void letEventsRun() = 0;           // handles what is pending, waits for nothing
-    virtual void waitForEvents(int ms) = 0;    // sleeps in the event loop until something came, at most ms
-    virtual void closeWindow() = 0;            // as the window's close box: may be refused by the user
+    virtual void letEventsRun() = 0;        // handles what is pending, waits for nothing
+    virtual void waitForEvents(int ms) = 0; // sleeps in the event loop until something came, at most ms
+    virtual void closeWindow() = 0;         // as the window's close box: may be refused by the user
     virtual void openHelp() = 0;
     virtual void showAbout() = 0;
 };

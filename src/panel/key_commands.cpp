@@ -51,9 +51,13 @@ void nudgeTempo(int delta) {
     if (project.tempo == tempo) refreshTempo();
 }
 
-void jumpTempo(int delta) { stepTempo(delta); }
+void jumpTempo(int delta) {
+    stepTempo(delta);
+}
 
-void selectNext(int delta) { setEditSel((editSel + delta + kModules) % kModules); }
+void selectNext(int delta) {
+    setEditSel((editSel + delta + kModules) % kModules);
+}
 
 void edit(void (*routine)(int, int), int argument) {
     projectDirty = true;

@@ -12,8 +12,8 @@ class marluneKeySlider {
     // position: twips; range: twips of drag that span minimum to maximum, above 0.
     void initKey(int position, int range, int minimum, int maximum, int startValue);
 
-    // The number for a pointer position. The minimum is added on top of the start value: at the start position
-    // the result is keyStartValue + keyMin, limited to keyMin..keyMax.
+    // The number for a pointer position. The minimum is added on top of the start value: at the start
+    // position the result is keyStartValue + keyMin, limited to keyMin..keyMax.
     [[nodiscard]] int moveKey(int position) const;
 
     std::int16_t keyStartValue = 0;

@@ -23,7 +23,9 @@ constexpr int kFineness = 10;
 // knob doesn't jump.
 bool dragIsFine = false;
 
-bool knobIsFree() { return !songMode || recordOn; }
+bool knobIsFree() {
+    return !songMode || recordOn;
+}
 
 void startDrag(double y, int value) {
     project.dragStartPos = roundHalfEven(y);
@@ -49,9 +51,13 @@ void turnKnob(int knob, int value) {
 
 } // namespace
 
-int knobFrame(int value) { return roundHalfEven(value * kFramesPerValue); }
+int knobFrame(int value) {
+    return roundHalfEven(value * kFramesPerValue);
+}
 
-int tempoFrame(int tempo) { return (tempo - kMinTempo) * 53 / (kMaxTempo - kMinTempo); }
+int tempoFrame(int tempo) {
+    return (tempo - kMinTempo) * 53 / (kMaxTempo - kMinTempo);
+}
 
 void refreshKnob(int knob) {
     refreshKnobGfx(knob);

@@ -6,13 +6,13 @@ namespace marlune {
 int knobFrame(int value);  // frame 0..53 of a value 0..127
 int tempoFrame(int tempo); // frame 0..53 of a tempo 40..240
 
-void refreshKnob(int knob);     // marks the project, shows the knob, hands the value to the component
-void refreshKnobGfx(int knob);  // marks the project and shows the knob; the tick has sent the value already
-void midiKnobUpdate(int knob);  // pattern mode: sent now; song mode: sent with the next step
-void refreshTempo();            // limits, shows and spreads the tempo; a running transport follows next tick
+void refreshKnob(int knob);    // marks the project, shows the knob, hands the value to the component
+void refreshKnobGfx(int knob); // marks the project and shows the knob; the tick has sent the value already
+void midiKnobUpdate(int knob); // pattern mode: sent now; song mode: sent with the next step
+void refreshTempo();           // limits, shows and spreads the tempo; a running transport follows next tick
 
-// y: twips, downwards. Ignored for a value knob in song mode unless recording is armed. A drag counts from the
-// press: 750 twips span the range, ten times as many with fine.
+// y: twips, downwards. Ignored for a value knob in song mode unless recording is armed. A drag counts from
+// the press: 750 twips span the range, ten times as many with fine.
 void knobSprite_MouseDown(int knob, bool leftButton, double y);
 void knobSprite_MouseMove(int knob, bool leftButton, double y, bool fine);
 void knobTempo_MouseDown(bool leftButton, double y);

@@ -11,9 +11,12 @@ namespace {
 
 constexpr MenuRow kLine{Menu::separator, MenuKind::line, "", "", ""};
 
-#define MARLUNE_MENU(id, caption) {Menu::id, MenuKind::menu, #id, caption, ""}
-#define MARLUNE_ENTRY(id, caption, shortcut) {Menu::id, MenuKind::entry, #id, caption, shortcut}
-#define MARLUNE_LINE(id) {Menu::id, MenuKind::line, #id, "", ""}
+#define MARLUNE_MENU(id, caption) \
+    { Menu::id, MenuKind::menu, #id, caption, "" }
+#define MARLUNE_ENTRY(id, caption, shortcut) \
+    { Menu::id, MenuKind::entry, #id, caption, shortcut }
+#define MARLUNE_LINE(id) \
+    { Menu::id, MenuKind::line, #id, "", "" }
 
 constexpr MenuRow kRows[] = {
     MARLUNE_MENU(mnuFile, "&File"),
@@ -93,17 +96,29 @@ void change(Menu menu, Field field, const Value& value) {
 
 } // namespace
 
-std::span<const MenuRow> menuRows() { return kRows; }
+std::span<const MenuRow> menuRows() {
+    return kRows;
+}
 
-const MenuState& menuState(Menu menu) { return states[static_cast<std::size_t>(menu)]; }
+const MenuState& menuState(Menu menu) {
+    return states[static_cast<std::size_t>(menu)];
+}
 
-void setMenuCaption(Menu menu, const std::string& caption) { change(menu, &MenuState::caption, caption); }
+void setMenuCaption(Menu menu, const std::string& caption) {
+    change(menu, &MenuState::caption, caption);
+}
 
-void setMenuEnabled(Menu menu, bool enabled) { change(menu, &MenuState::enabled, enabled); }
+void setMenuEnabled(Menu menu, bool enabled) {
+    change(menu, &MenuState::enabled, enabled);
+}
 
-void setMenuVisible(Menu menu, bool visible) { change(menu, &MenuState::visible, visible); }
+void setMenuVisible(Menu menu, bool visible) {
+    change(menu, &MenuState::visible, visible);
+}
 
-void setMenuChecked(Menu menu, bool checked) { change(menu, &MenuState::checked, checked); }
+void setMenuChecked(Menu menu, bool checked) {
+    change(menu, &MenuState::checked, checked);
+}
 
 void resetMenus() {
     for (const MenuRow& row : kRows) {

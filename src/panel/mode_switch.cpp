@@ -14,8 +14,8 @@ namespace marlune {
 
 namespace {
 
-constexpr Control kModeSprites[] = {Control::Check1,     Control::ResetButton, Control::prevButton,
-                                    Control::nextButton, Control::RwdStep,     Control::FwdStep,
+constexpr Control kModeSprites[] = {Control::Check1,     Control::ResetButton,    Control::prevButton,
+                                    Control::nextButton, Control::RwdStep,        Control::FwdStep,
                                     Control::stopButton, Control::playSongButton, Control::RecButton};
 
 enum class Shows { both, pattern, song };
@@ -173,7 +173,9 @@ void Check1_Click() {
     }
 }
 
-void Check1_DblClick() { Check1_Click(); }
+void Check1_DblClick() {
+    Check1_Click();
+}
 
 void SongSwitch(bool song) {
     songMode = !song;

@@ -1,7 +1,8 @@
 // The master switch between pattern mode and song mode.
 //
-// User-interface thread. What is done to the record in song mode ends with it: the record is copied aside when
-// song mode begins and comes back when it ends; the tempo alone carries over. The transport may run meanwhile.
+// User-interface thread. What is done to the record in song mode ends with it: the record is copied aside
+// when song mode begins and comes back when it ends; the tempo alone carries over. The transport may run
+// meanwhile.
 #pragma once
 
 namespace marlune {

@@ -53,10 +53,16 @@ PanelView* view = nullptr;
 
 } // namespace
 
-const ControlInfo& controlInfo(Control control) { return kInfo[static_cast<std::size_t>(control)]; }
+const ControlInfo& controlInfo(Control control) {
+    return kInfo[static_cast<std::size_t>(control)];
+}
 
-void setPanelView(PanelView* next) { view = next; }
+void setPanelView(PanelView* next) {
+    view = next;
+}
 
-PanelView* panelView() { return view; }
+PanelView* panelView() {
+    return view;
+}
 
 } // namespace marlune

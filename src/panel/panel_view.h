@@ -12,15 +12,48 @@ namespace marlune {
 
 enum class Control : std::uint8_t {
     // sprites: a window onto a strip of frames
-    knobSprite, knobTempo, LEDBar, keys, step103, DigitPatt, accent, up, down, sel109, SelEditPicture,
-    Check1, startStopButton, RecButton, playSongButton, stopButton, nextButton, prevButton, ResetButton,
-    RwdStep, FwdStep,
+    knobSprite,
+    knobTempo,
+    LEDBar,
+    keys,
+    step103,
+    DigitPatt,
+    accent,
+    up,
+    down,
+    sel109,
+    SelEditPicture,
+    Check1,
+    startStopButton,
+    RecButton,
+    playSongButton,
+    stopButton,
+    nextButton,
+    prevButton,
+    ResetButton,
+    RwdStep,
+    FwdStep,
     // texts
-    LoopPt, PatchID, Offset109, tempoBPM, timeDisplay, microDisplay, UserTitle,
+    LoopPt,
+    PatchID,
+    Offset109,
+    tempoBPM,
+    timeDisplay,
+    microDisplay,
+    UserTitle,
     // lamps
     step109LED,
     // click areas without a picture of their own
-    sel103AButton, sel103BButton, step103A, step103B, bank103A, bank103B, bank109, ediSel, edi109, PlayHit,
+    sel103AButton,
+    sel103BButton,
+    step103A,
+    step103B,
+    bank103A,
+    bank103B,
+    bank109,
+    ediSel,
+    edi109,
+    PlayHit,
 };
 inline constexpr int kControls = static_cast<int>(Control::PlayHit) + 1;
 inline constexpr int kMaxControlCount = 20; // the largest count of a control array

@@ -16,7 +16,9 @@ constexpr int kHighlightFrames = 16; // LEDBar: the second half of the strip has
 constexpr int kDelayMs = 200;
 constexpr int kSongLockedKnobs = 19; // 0..18
 
-int digitFrame(int bank, int pattern) { return kPatterns * bank + pattern; }
+int digitFrame(int bank, int pattern) {
+    return kPatterns * bank + pattern;
+}
 
 } // namespace
 
@@ -79,7 +81,9 @@ void setNextBankPatt(int module, int bank, int pattern) {
     showFrame(Control::DigitPatt, 2 * module + 1, digitFrame(bank, pattern));
 }
 
-void refreshLoop(int module) { showNumber(Control::LoopPt, module, currentLoopEnd(module) + 1); }
+void refreshLoop(int module) {
+    showNumber(Control::LoopPt, module, currentLoopEnd(module) + 1);
+}
 
 void refreshPatch(int module) {
     const int patch = currentBass(module).patch;
@@ -100,13 +104,17 @@ void setEditSel(int module) {
     for (int m = 0; m < kModules; ++m) refreshStepLamp(m);
 }
 
-int songFrame() { return songMode ? 1 : 0; }
+int songFrame() {
+    return songMode ? 1 : 0;
+}
 
 void refreshPlaySong() {
     showFrame(Control::playSongButton, 0, songFrame() + (songMode && transportRunning ? 1 : 0));
 }
 
-void refreshRec() { showFrame(Control::RecButton, 0, songFrame() + (songMode && recordOn ? 1 : 0)); }
+void refreshRec() {
+    showFrame(Control::RecButton, 0, songFrame() + (songMode && recordOn ? 1 : 0));
+}
 
 void refreshTransport() {
     showFrame(Control::startStopButton, 0, transportRunning ? 1 : 0);
@@ -121,7 +129,8 @@ void enableSongKnobs(bool enabled) {
 
 void loadKnobs() {
     for (int knob = 0; knob < kFirstDrumKnob; ++knob) showFrame(Control::knobSprite, knob, 0);
-    for (int knob = kFirstDrumKnob; knob < kKnobs; ++knob) showFrame(Control::knobSprite, knob, knobFrame(100));
+    for (int knob = kFirstDrumKnob; knob < kKnobs; ++knob)
+        showFrame(Control::knobSprite, knob, knobFrame(100));
     // In this order every one of the three pictures comes into a defined state.
     showFrame(Control::SelEditPicture, 0, 0);
     for (int module = 0; module < kModules; ++module) setEditSel(module);

@@ -8,17 +8,17 @@
 
 namespace marlune {
 
-void refreshAll();                        // both basslines, the drum row under edit, all knobs
-void refresh103Patt(int module);          // the current pattern and its step under edit; module 0 or 1
-void refresh109Patt(int drum);            // sel109(drum) lit, lamps of the row under edit, notes, loop point
-void refreshPattern(int module);          // either of the two, by module
-void sel109Drum(int drum);                // takes drum as the row under edit and shows it
-void refreshCurrBankPatt(int module);     // the current digit and the pattern behind it
-void refreshNextBankPatt(int module);     // the cued digit
+void refreshAll();                    // both basslines, the drum row under edit, all knobs
+void refresh103Patt(int module);      // the current pattern and its step under edit; module 0 or 1
+void refresh109Patt(int drum);        // sel109(drum) lit, lamps of the row under edit, notes, loop point
+void refreshPattern(int module);      // either of the two, by module
+void sel109Drum(int drum);            // takes drum as the row under edit and shows it
+void refreshCurrBankPatt(int module); // the current digit and the pattern behind it
+void refreshNextBankPatt(int module); // the cued digit
 void setNextBankPatt(int module, int bank, int pattern); // the cued digit, shown without being stored
-void refreshLoop(int module);             // LoopPt from loopEnd of the current pattern
-void refreshPatch(int module);            // PatchID from patch of the current pattern; -1 is "NONE"
-void refreshStepLamp(int module);         // LEDBar at moduleStep, highlighted for the module under edit
+void refreshLoop(int module);                            // LoopPt from loopEnd of the current pattern
+void refreshPatch(int module);    // PatchID from patch of the current pattern; -1 is "NONE"
+void refreshStepLamp(int module); // LEDBar at moduleStep, highlighted for the module under edit
 
 // Makes a module the one under edit and moves the highlight; while the transport runs the lamps follow with
 // the next tick.
@@ -26,8 +26,8 @@ void setEditSel(int module);
 
 // Sprites that tell the mode, at rest: frame 0 in pattern mode, 1 in song mode; the three transport sprites
 // light up beyond that while active.
-int songFrame();          // 0 or 1
-void refreshTransport();  // startStopButton, playSongButton, RecButton, stopButton
+int songFrame();         // 0 or 1
+void refreshTransport(); // startStopButton, playSongButton, RecButton, stopButton
 void refreshPlaySong();
 void refreshRec();
 
@@ -40,8 +40,8 @@ void loadKnobs();
 // Keeps a pressed sprite visible: 200 ms in which events run. Ends at once when the program closes.
 void delay();
 
-// Runs events until the watch has reached ms or `held`, where given, is false; sleeps in between. Ends at once
-// when the program closes.
+// Runs events until the watch has reached ms or `held`, where given, is false; sleeps in between. Ends at
+// once when the program closes.
 void runEventsUntil(const CStopWatch& watch, int ms, const bool* held = nullptr);
 
 } // namespace marlune

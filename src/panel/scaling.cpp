@@ -10,13 +10,19 @@ namespace {
 
 constexpr double kStandardTwips = 15;
 
-int rounded16(double value) { return static_cast<std::int16_t>(roundHalfEven(value)); }
+int rounded16(double value) {
+    return static_cast<std::int16_t>(roundHalfEven(value));
+}
 
 } // namespace
 
-int marluneScaling::resizeX(double value) const { return rounded16(scaleX * value); }
+int marluneScaling::resizeX(double value) const {
+    return rounded16(scaleX * value);
+}
 
-int marluneScaling::resizeY(double value) const { return rounded16(scaleY * value); }
+int marluneScaling::resizeY(double value) const {
+    return rounded16(scaleY * value);
+}
 
 Placement marluneScaling::resizeControl(const Placement& at) const {
     return {resizeX(at.left), resizeY(at.top), resizeX(at.width), resizeY(at.height)};

@@ -96,7 +96,9 @@ void DigitPatt_MouseDown(int index, double y) {
                           transportRunning ? at.nextPatt : at.currPatt);
 }
 
-void DigitPatt_MouseMove(int index, double y) { selPatt(index / 2, panelSlider().moveKey(roundHalfEven(y))); }
+void DigitPatt_MouseMove(int index, double y) {
+    selPatt(index / 2, panelSlider().moveKey(roundHalfEven(y)));
+}
 
 void LoopPt_MouseDown(int module, double y) {
     setEditSel(module);

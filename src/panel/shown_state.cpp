@@ -40,7 +40,9 @@ void showText(Control control, int index, const std::string& text) {
     if (panelView() != nullptr) panelView()->showText(control, index, text);
 }
 
-void showNumber(Control control, int index, int number) { showText(control, index, std::to_string(number)); }
+void showNumber(Control control, int index, int number) {
+    showText(control, index, std::to_string(number));
+}
 
 void showLamp(int step, bool lit) {
     Shown& state = at(Control::step109LED, step);
@@ -56,15 +58,25 @@ void showEnabled(Control control, int index, bool enabled) {
     if (panelView() != nullptr) panelView()->showEnabled(control, index, enabled);
 }
 
-int shownFrame(Control control, int index) { return at(control, index).frame; }
+int shownFrame(Control control, int index) {
+    return at(control, index).frame;
+}
 
-const std::string& shownText(Control control, int index) { return at(control, index).text; }
+const std::string& shownText(Control control, int index) {
+    return at(control, index).text;
+}
 
-int shownNumber(Control control, int index) { return leadingInteger(shownText(control, index)); }
+int shownNumber(Control control, int index) {
+    return leadingInteger(shownText(control, index));
+}
 
-bool shownLamp(int step) { return at(Control::step109LED, step).frame == 1; }
+bool shownLamp(int step) {
+    return at(Control::step109LED, step).frame == 1;
+}
 
-bool shownEnabled(Control control, int index) { return at(control, index).enabled; }
+bool shownEnabled(Control control, int index) {
+    return at(control, index).enabled;
+}
 
 void resetShownState() {
     for (auto& row : shown) row.fill(Shown{});

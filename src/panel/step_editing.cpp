@@ -59,7 +59,9 @@ void octaveClick(int module, const Octave& pressed, const Octave& other) {
     showFrame(pressed.control, module, at.step.*pressed.flag ? 1 : 0);
 }
 
-std::string patchText(int patch) { return patch < 0 ? "NONE" : std::to_string(patch); }
+std::string patchText(int patch) {
+    return patch < 0 ? "NONE" : std::to_string(patch);
+}
 
 int shownPatch(int module) {
     return shownText(Control::PatchID, module) == "NONE" ? kNoPatch : shownNumber(Control::PatchID, module);
@@ -93,9 +95,13 @@ void accentClick(int module) {
     projectDirty = true;
 }
 
-void upClick(int module) { octaveClick(module, kUp, kDown); }
+void upClick(int module) {
+    octaveClick(module, kUp, kDown);
+}
 
-void downClick(int module) { octaveClick(module, kDown, kUp); }
+void downClick(int module) {
+    octaveClick(module, kDown, kUp);
+}
 
 void step109click(int step) {
     DrumModule& drum = project.drum;

@@ -10,7 +10,7 @@ void step103Click(int module, int step); // selects a step; works in song mode t
 // Enters a note: another key sounds with its note, the step's own key turns it into a rest and back.
 void set103Note(int module, int key);
 void accentClick(int module);
-void upClick(int module);   // with the other octave set both go off: back to the middle
+void upClick(int module); // with the other octave set both go off: back to the middle
 void downClick(int module);
 void step109click(int step); // toggles the hit of the row under edit
 

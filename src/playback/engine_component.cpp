@@ -16,11 +16,17 @@ EngineComponent* component = nullptr;
 
 } // namespace
 
-const EntryInfo& entryInfo(Entry entry) { return kEntries[static_cast<std::size_t>(entry)]; }
+const EntryInfo& entryInfo(Entry entry) {
+    return kEntries[static_cast<std::size_t>(entry)];
+}
 
-void setEngineComponent(EngineComponent* next) { component = next; }
+void setEngineComponent(EngineComponent* next) {
+    component = next;
+}
 
-EngineComponent* engineComponent() { return component; }
+EngineComponent* engineComponent() {
+    return component;
+}
 
 int callEngine(Entry entry, std::array<std::int32_t, 5> arguments) {
     return component == nullptr ? 0 : component->call({entry, arguments});

@@ -60,6 +60,8 @@ void pumpEngineMessages() {
     }
 }
 
-void hookEngineMessages(bool on) { hooked = on; }
+void hookEngineMessages(bool on) {
+    hooked = on;
+}
 
 } // namespace marlune

@@ -36,10 +36,16 @@ constexpr Row kRows[] = {
     {Control::RwdStep, false, false, false},
 };
 
-const Row& rowOf(Winding button) { return kRows[static_cast<int>(button)]; }
+const Row& rowOf(Winding button) {
+    return kRows[static_cast<int>(button)];
+}
 
-void showRest(Control sprite) { showFrame(sprite, 0, songFrame()); }
-void showPressed(Control sprite) { showFrame(sprite, 0, songFrame() + 1); }
+void showRest(Control sprite) {
+    showFrame(sprite, 0, songFrame());
+}
+void showPressed(Control sprite) {
+    showFrame(sprite, 0, songFrame() + 1);
+}
 
 void move(const Row& row) {
     const int count = row.byBars ? windRate + 1 : 1;
@@ -62,7 +68,9 @@ void moveAndFlash(const Row& row) {
     if (row.sprite == Control::nextButton) refreshRec();
 }
 
-void waitRepeat(int ms) { runEventsUntil(state.navWatch, ms, &state.buttonHeld); }
+void waitRepeat(int ms) {
+    runEventsUntil(state.navWatch, ms, &state.buttonHeld);
+}
 
 // Forward moves and waits, backward waits and moves: a release during its wait still moves once more.
 void repeatWhileHeld(const Row& row) {
@@ -132,13 +140,21 @@ void navigation_MouseUp(Winding button) {
     state.clickArmed = false;
 }
 
-void nextButton_Hit() { hit(rowOf(Winding::next)); }
+void nextButton_Hit() {
+    hit(rowOf(Winding::next));
+}
 
-void prevButton_Hit() { hit(rowOf(Winding::previous)); }
+void prevButton_Hit() {
+    hit(rowOf(Winding::previous));
+}
 
-void nextButton_Release() { showRest(Control::nextButton); }
+void nextButton_Release() {
+    showRest(Control::nextButton);
+}
 
-void prevButton_Release() { showRest(Control::prevButton); }
+void prevButton_Release() {
+    showRest(Control::prevButton);
+}
 
 void resumeAfterWinding() {
     if (transportRunning && songMode && timerInterval() == 0) beginTicking(windBaseTempo);
@@ -158,8 +174,12 @@ void ResetButton_MouseDown() {
     rewind();
 }
 
-void ResetButton_MouseUp() { showRest(Control::ResetButton); }
+void ResetButton_MouseUp() {
+    showRest(Control::ResetButton);
+}
 
-void resetNavigation() { state = {}; }
+void resetNavigation() {
+    state = {};
+}
 
 } // namespace marlune

@@ -65,9 +65,13 @@ void moveSong(int signedCount, bool byBars, bool keepRecord) {
 
 } // namespace
 
-void DisplaySongTime(int bar) { showNumber(Control::timeDisplay, 0, bar + 1); }
+void DisplaySongTime(int bar) {
+    showNumber(Control::timeDisplay, 0, bar + 1);
+}
 
-void refreshKnobsAtSongTick() { knobsFromTrack(songTick); }
+void refreshKnobsAtSongTick() {
+    knobsFromTrack(songTick);
+}
 
 void applySongBar() {
     if (!isBarLine(songTick)) return;
@@ -94,8 +98,12 @@ void rewindSong() {
     DisplaySongTime(0);
 }
 
-void moveSongForward(int count, bool byBars, bool keepRecord) { moveSong(count, byBars, keepRecord); }
+void moveSongForward(int count, bool byBars, bool keepRecord) {
+    moveSong(count, byBars, keepRecord);
+}
 
-void moveSongBack(int count, bool byBars, bool keepRecord) { moveSong(-count, byBars, keepRecord); }
+void moveSongBack(int count, bool byBars, bool keepRecord) {
+    moveSong(-count, byBars, keepRecord);
+}
 
 } // namespace marlune

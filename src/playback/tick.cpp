@@ -17,7 +17,9 @@ namespace {
 constexpr int kControllerStatus = 0xB0;
 
 // Display work of a tick may take half a step; what doesn't fit is skipped and never made up for.
-bool withinBudget() { return tickWatch.Elapsed() < drawBudgetMs; }
+bool withinBudget() {
+    return tickWatch.Elapsed() < drawBudgetMs;
+}
 
 void cueNextBar(int module) {
     const bool copyOn = barRecording[module] && recordOn && transportRunning;

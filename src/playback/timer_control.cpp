@@ -57,8 +57,12 @@ void runTimerAt(int tempo) {
     QuenTimer(stepMilliseconds(tempo));
 }
 
-int timerInterval() { return interval; }
+int timerInterval() {
+    return interval;
+}
 
-void resetTimerControl() { interval = 0; }
+void resetTimerControl() {
+    interval = 0;
+}
 
 } // namespace marlune

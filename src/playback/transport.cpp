@@ -102,7 +102,9 @@ void disarmRecording() {
     enableSongKnobs(false);
 }
 
-void PlayHit_Click() { playButton(); }
+void PlayHit_Click() {
+    playButton();
+}
 
 void startStopButton_Click() {
     if (!songMode) {

@@ -97,8 +97,8 @@ bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> 
     std::string temporary = folder + "/." + extractFileName(target) + ".XXXXXX";
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC)); // creates exclusively: follows no planted link
     if (file.get() < 0) return false;
-    const bool written = ::fchmod(file.get(), modeFor(target)) == 0 && writeAll(file.get(), bytes) &&
-                         ::fsync(file.get()) == 0;
+    const bool written =
+        ::fchmod(file.get(), modeFor(target)) == 0 && writeAll(file.get(), bytes) && ::fsync(file.get()) == 0;
     if (!file.close() || !written || std::rename(temporary.c_str(), target.c_str()) != 0) {
         ::unlink(temporary.c_str());
         return false;

@@ -21,8 +21,12 @@ void setMillisecondClock(MillisecondClock clock) {
 
 CStopWatch::CStopWatch() : minResolution(1), maxResolution(1000000), startTime(millisecondClock()) {}
 
-std::int32_t CStopWatch::Elapsed() const { return static_cast<std::int32_t>(millisecondClock() - startTime); }
+std::int32_t CStopWatch::Elapsed() const {
+    return static_cast<std::int32_t>(millisecondClock() - startTime);
+}
 
-void CStopWatch::Reset() { startTime = millisecondClock(); }
+void CStopWatch::Reset() {
+    startTime = millisecondClock();
+}
 
 } // namespace marlune

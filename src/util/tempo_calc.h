@@ -12,6 +12,8 @@ double BpmToMs(int bpm, double steps);
 double bpmConvert(double oldBpm, double newBpm);
 
 // Length of one step (a sixteenth) in whole ms, as the transport hands it over. tempo > 0.
-constexpr int stepMilliseconds(int tempo) { return 60000 / tempo / 4; }
+constexpr int stepMilliseconds(int tempo) {
+    return 60000 / tempo / 4;
+}
 
 } // namespace marlune

@@ -29,7 +29,8 @@ std::size_t scanNumber(std::string_view text, double& value) {
     if (!digit && !point) return 0;
     const auto [end, error] = std::from_chars(text.data() + start, text.data() + text.size(), value);
     if (error == std::errc::result_out_of_range) {
-        value = text.starts_with('-') ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
+        value =
+            text.starts_with('-') ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
     }
     return static_cast<std::size_t>(end - text.data());
 }
@@ -41,7 +42,9 @@ double leadingNumber(std::string_view text) {
     return scanNumber(withoutBlanks(text), value) > 0 ? value : 0;
 }
 
-int leadingInteger(std::string_view text) { return roundHalfEven(leadingNumber(text)); }
+int leadingInteger(std::string_view text) {
+    return roundHalfEven(leadingNumber(text));
+}
 
 bool isNumeric(std::string_view text) {
     const std::string_view core = withoutBlanks(text);
@@ -63,6 +66,8 @@ std::string decimalText(double value) {
     return buffer;
 }
 
-std::string signedText(double value) { return (value < 0 ? "" : " ") + decimalText(value); }
+std::string signedText(double value) {
+    return (value < 0 ? "" : " ") + decimalText(value);
+}
 
 } // namespace marlune

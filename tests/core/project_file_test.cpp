@@ -27,12 +27,16 @@ constexpr std::size_t kCountAt = 19232;
 constexpr std::size_t kEntriesAt = 19236;
 constexpr const char* kRefusal = "File Open Error : \nThe file being opened is not a valid Marlune file.";
 
-void putCount(std::vector<std::uint8_t>& bytes, std::int32_t count) { std::memcpy(&bytes[kCountAt], &count, 4); }
+void putCount(std::vector<std::uint8_t>& bytes, std::int32_t count) {
+    std::memcpy(&bytes[kCountAt], &count, 4);
+}
 
 // A project with something in every corner of the record and of the tracks, within the ranges.
 void scramble(unsigned seed) {
     std::mt19937 random(seed);
-    const auto below = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    const auto below = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(count));
+    };
     for (BassModule& bass : project.bass) {
         for (auto& bank : bass.patterns) {
             for (BassPattern& pattern : bank) {
@@ -53,7 +57,8 @@ void scramble(unsigned seed) {
     for (auto& rows : project.drum.patterns[1][2].drumOn) rows[3] = below(256);
     for (Le16& value : project.knobValue) value = below(128);
     for (auto& bars : barTrack) {
-        for (SongBar& bar : bars) bar = {static_cast<std::uint8_t>(below(8)), static_cast<std::uint8_t>(below(4))};
+        for (SongBar& bar : bars)
+            bar = {static_cast<std::uint8_t>(below(8)), static_cast<std::uint8_t>(below(4))};
     }
     for (auto& row : knobTrack) {
         for (int t = below(50); t < kSongTicks; t += 1 + below(400)) {
@@ -172,7 +177,8 @@ TEST(SaveCommands, AskForANameAndBeforeReplacing) {
     program.shell.fileNames = {folder.file("old.mlp"), folder.file("new.mlp")};
     program.shell.answers = {BoxAnswer::cancel};
     mnuFileSavePatt_Click();
-    EXPECT_EQ(program.shell.boxes[0], folder.file("old.mlp") + " already exists. Do\nyou want to replace it ?");
+    EXPECT_EQ(program.shell.boxes[0],
+              folder.file("old.mlp") + " already exists. Do\nyou want to replace it ?");
     EXPECT_EQ(program.shell.dialogs[1].fileName, folder.file("old"));
     EXPECT_EQ(readBytes(folder.file("old.mlp")).size(), 3U);
     EXPECT_EQ(program.shell.title, "Marlune 200Q [ new.mlp ]");

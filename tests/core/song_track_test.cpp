@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "playback/song_moves.h"
 #include "panel/mode_switch.h"
 #include "panel/shown_state.h"
+#include "playback/song_moves.h"
 #include "support/test_program.h"
 
 namespace marlune {
@@ -70,7 +70,8 @@ TEST(SongMoves, TakeThePatternsAndKnobsOfThePlace) {
     EXPECT_EQ(project.knobValue[7], 55);
     EXPECT_EQ(shownFrame(Control::DigitPatt, 1), 20);
     EXPECT_EQ(program.calls(),
-              "PrepareController32(7,55) SetModuleTick32(0,1) SetModuleTick32(1,1) SetModuleTick32(2,1) SetSongTick32(33)");
+              "PrepareController32(7,55) SetModuleTick32(0,1) SetModuleTick32(1,1) SetModuleTick32(2,1) "
+              "SetSongTick32(33)");
     rewindSong();
     EXPECT_EQ(project.bass[0].currPatt, 0);
     EXPECT_EQ(program.calls(), "SetSongTick32(0) PrepareController32(7,0)");

@@ -156,7 +156,8 @@ TEST(Calculator, TellsDelaysAndTranspositions) {
     EXPECT_EQ(form.Text3.text + " " + form.Label4.text + " " + form.Label7.text, "140 1712 0");
     const struct {
         const char *from, *to, *result;
-    } rows[] = {{"120", "130", "+ 1.39"}, {"130", "120", "- 1.39"}, {"120", "240", "+ 12"}, {"99", "99", "0"}};
+    } rows[] = {
+        {"120", "130", "+ 1.39"}, {"130", "120", "- 1.39"}, {"120", "240", "+ 12"}, {"99", "99", "0"}};
     for (const auto& row : rows) {
         form.Text3.text = row.from;
         form.Text4.text = row.to;

@@ -28,8 +28,10 @@ TEST(Transpose, MovesThePitchByOneUntilItsEnds) {
                 step.up = octave > 0;
                 step.down = octave < 0;
                 const BassStep moved = transposed(step, delta);
-                const bool atEnd = (note == 0 && octave < 0 && delta < 0) || (note == 12 && octave > 0 && delta > 0);
-                EXPECT_EQ(pitchOfStep(moved, 40) - pitchOfStep(step, 40), atEnd ? 0 : delta) << note << ' ' << octave;
+                const bool atEnd =
+                    (note == 0 && octave < 0 && delta < 0) || (note == 12 && octave > 0 && delta > 0);
+                EXPECT_EQ(pitchOfStep(moved, 40) - pitchOfStep(step, 40), atEnd ? 0 : delta)
+                    << note << ' ' << octave;
                 EXPECT_FALSE(moved.up && moved.down);
             }
         }
@@ -42,9 +44,10 @@ TEST(Transpose, TellsTheComponentOfCarriedOctaves) {
     program.calls();
     transposePatt(0, -1);
     const std::string calls = program.calls();
-    EXPECT_TRUE(calls.starts_with("Set103Down32(0,0,0,0,-1) Set103Note32(0,0,0,0,11) Set103Note32(0,0,0,1,0) "
-                                  "Set103Up32(0,0,0,2,0) Set103Down32(0,0,0,2,0) Set103Note32(0,0,0,2,11) "
-                                  "Set103Note32(0,0,0,3,11)"))
+    EXPECT_TRUE(
+        calls.starts_with("Set103Down32(0,0,0,0,-1) Set103Note32(0,0,0,0,11) Set103Note32(0,0,0,1,0) "
+                          "Set103Up32(0,0,0,2,0) Set103Down32(0,0,0,2,0) Set103Note32(0,0,0,2,11) "
+                          "Set103Note32(0,0,0,3,11)"))
         << calls;
     EXPECT_EQ(program.copyDifference(), "");
     setEditSel(2);
@@ -96,7 +99,8 @@ TEST(PatchSteps, GuardTheirModesDifferently) {
     EXPECT_EQ(currentBass(0).patch, 6);
 }
 
-// Chi-square of counts against expected shares; the bound is that of p = 0.001 for so many degrees of freedom.
+// Chi-square of counts against expected shares; the bound is that of p = 0.001 for so many degrees of
+// freedom.
 void expectShares(const std::vector<int>& counts, const std::vector<double>& shares, double bound) {
     double total = 0;
     for (const int count : counts) total += count;

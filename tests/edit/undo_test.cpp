@@ -88,11 +88,13 @@ TEST(Undo, TakesAWholeRecordingPassAsOneStep) {
 
 // One random edit of those that a user can make in pattern mode.
 void randomEdit(TestProgram& program, std::mt19937& random) {
-    const auto below = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    const auto below = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(count));
+    };
     constexpr int kKeys[] = {'M', 'N', 'X', 'Z', 186, 222, 187, 189, 219, 221, 188, 190};
-    constexpr Menu kEntries[] = {Menu::mnuToolsRNotes, Menu::mnuToolsRandRest, Menu::mnuToolsRAccents,
-                                 Menu::mnuToolsROctave, Menu::mnuToolsInit,    Menu::mnuToolsClear,
-                                 Menu::mnuEditCut,      Menu::mnuEditPaste,    Menu::mnuEditMoveLeft};
+    constexpr Menu kEntries[] = {Menu::mnuToolsRNotes,  Menu::mnuToolsRandRest, Menu::mnuToolsRAccents,
+                                 Menu::mnuToolsROctave, Menu::mnuToolsInit,     Menu::mnuToolsClear,
+                                 Menu::mnuEditCut,      Menu::mnuEditPaste,     Menu::mnuEditMoveLeft};
     switch (below(8)) {
         case 0: program.click(Control::sel103AButton, below(13)); break;
         case 1: program.click(below(2) != 0 ? Control::up : Control::accent, below(2)); break;

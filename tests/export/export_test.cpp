@@ -27,7 +27,9 @@ using test::TestProgram;
 
 void randomProject(unsigned seed) {
     std::mt19937 random(seed);
-    const auto below = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    const auto below = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(count));
+    };
     for (BassModule& bass : project.bass) {
         bass.lastPatch = -1;
         for (auto& bank : bass.patterns) {
@@ -55,14 +57,16 @@ void randomProject(unsigned seed) {
     for (auto& bars : barTrack) {
         SongBar bar;
         for (SongBar& entry : bars) {
-            if (below(3) == 0) bar = {static_cast<std::uint8_t>(below(8)), static_cast<std::uint8_t>(below(4))};
+            if (below(3) == 0)
+                bar = {static_cast<std::uint8_t>(below(8)), static_cast<std::uint8_t>(below(4))};
             entry = bar;
         }
     }
     for (int k = 0; k < kKnobs; ++k) {
         for (int t = 0; t < kSongTicks; ++t) {
             const bool moves = t > 0 && below(k < 4 ? 2 : 40) != 0;
-            knobTrack[k][t] = moves ? knobTrack[k][t - 1] : static_cast<std::uint8_t>(below(5) == 0 ? 0 : below(128));
+            knobTrack[k][t] =
+                moves ? knobTrack[k][t - 1] : static_cast<std::uint8_t>(below(5) == 0 ? 0 : below(128));
         }
     }
 }
@@ -77,9 +81,10 @@ void expectExported(TestProgram& program, const TemporaryFolder& folder, int fir
     program.shell.fileNames = {midi};
     program.shell.answers = {BoxAnswer::ok};
     ASSERT_TRUE(exportForm.Command1_Click());
-    if (std::system("/usr/bin/python3 -c 'import mido' 2>/dev/null") != 0) GTEST_SKIP() << "python3-mido is missing";
-    const std::string check = std::string("/usr/bin/python3 ") + CHECK_EXPORT + " " + folder.file("in.mlp") + " " +
-                              midi + " " + std::to_string(firstBar) + " " + std::to_string(exportBars);
+    if (std::system("/usr/bin/python3 -c 'import mido' 2>/dev/null") != 0)
+        GTEST_SKIP() << "python3-mido is missing";
+    const std::string check = std::string("/usr/bin/python3 ") + CHECK_EXPORT + " " + folder.file("in.mlp") +
+                              " " + midi + " " + std::to_string(firstBar) + " " + std::to_string(exportBars);
     EXPECT_EQ(std::system(check.c_str()), 0) << "bar " << firstBar << ", " << bars << " bars";
 }
 
@@ -107,8 +112,8 @@ TEST(Export, IsAcceptedByASynthesizer) {
     ASSERT_TRUE(ExportToMID("", 0, 64));
     if (std::system("command -v fluidsynth >/dev/null") != 0) GTEST_SKIP() << "fluidsynth is missing";
     const std::string font = "/usr/share/sounds/sf2/TimGM6mb.sf2";
-    const std::string play = "fluidsynth -q -n -i -T raw -F " + folder.file("out.raw") + " " + font + " " + midi +
-                             " >/dev/null 2>" + folder.file("errors");
+    const std::string play = "fluidsynth -q -n -i -T raw -F " + folder.file("out.raw") + " " + font + " " +
+                             midi + " >/dev/null 2>" + folder.file("errors");
     EXPECT_EQ(std::system(play.c_str()), 0);
     EXPECT_GT(std::filesystem::file_size(folder.file("out.raw")), 44100U);
 }

@@ -24,7 +24,9 @@ using test::TemporaryFolder;
 using test::TestProgram;
 using test::writeBytes;
 
-std::vector<std::uint8_t> textBytes(const std::string& text) { return {text.begin(), text.end()}; }
+std::vector<std::uint8_t> textBytes(const std::string& text) {
+    return {text.begin(), text.end()};
+}
 
 TEST(Configuration, ComesBackFromDiskAndReachesTheComponentInOrder) {
     TestProgram program;
@@ -47,8 +49,9 @@ TEST(Configuration, ComesBackFromDiskAndReachesTheComponentInOrder) {
     EXPECT_FALSE(menuState(Menu::mnuStatusBarEnable).checked);
     const std::string calls = program.calls();
     EXPECT_TRUE(calls.starts_with(
-              "Set103Vel32(0,100) Set103Vel32(1,77) Set103NoteOffset32(0,36) Set103NoteOffset32(1,36) Set103Chan32(0,0) "
-              "Set103Chan32(1,1) Set109Chan32(2,9) DefineController32(0,12) DefineController32(1,13) "));
+        "Set103Vel32(0,100) Set103Vel32(1,77) Set103NoteOffset32(0,36) Set103NoteOffset32(1,36) "
+        "Set103Chan32(0,0) "
+        "Set103Chan32(1,1) Set109Chan32(2,9) DefineController32(0,12) DefineController32(1,13) "));
     EXPECT_TRUE(calls.ends_with("DefineController32(19,-1) SetSyncOffset32(-3)"));
 }
 

@@ -22,8 +22,10 @@ TEST(OutputDialog, RepairsItsEntriesOnOk) {
     const struct {
         const char *mapping, *channel, *velocity, *base;
         int mapped, channelStored, velocityStored, baseStored;
-    } rows[] = {{"abc", "", "", "", 14, 0, 0, 0},      {"-5", "0", "-1", "92", -1, 0, 0, 91},
-                {"200", "99", "200", "-4", 127, 15, 127, 0}, {"-1", "16", "127", "91", -1, 15, 127, 91},
+    } rows[] = {{"abc", "", "", "", 14, 0, 0, 0},
+                {"-5", "0", "-1", "92", -1, 0, 0, 91},
+                {"200", "99", "200", "-4", 127, 15, 127, 0},
+                {"-1", "16", "127", "91", -1, 15, 127, 91},
                 {"0", "7x", "12.5", "36", 0, 6, 12, 36}};
     for (const auto& row : rows) {
         TestProgram program;
@@ -44,7 +46,8 @@ TEST(OutputDialog, RepairsItsEntriesOnOk) {
         EXPECT_EQ(config.moduleVelocity[0], row.velocityStored) << row.velocity;
         EXPECT_EQ(config.moduleBaseNote[1], row.baseStored) << row.base;
         EXPECT_EQ(config.drumNoteDefault[3], 127);
-        EXPECT_NE(program.calls().find("DefineController32(2," + std::to_string(row.mapped) + ")"), std::string::npos);
+        EXPECT_NE(program.calls().find("DefineController32(2," + std::to_string(row.mapped) + ")"),
+                  std::string::npos);
     }
 }
 
@@ -63,10 +66,10 @@ TEST(InputDialog, RepairsRefusesAndInverts) {
     EXPECT_EQ(knobOfController(15), 3); // nothing has changed
 
     program.shell.modal = {entering([](auto& d) {
-        d.newMapping[0].text = "";     // keeps 12
-        d.newMapping[1].text = "200";  // 127
-        d.newMapping[2].text = "-3";   // 0
-        d.newMapping[3].text = "015";  // is not the text "15"
+        d.newMapping[0].text = "";    // keeps 12
+        d.newMapping[1].text = "200"; // 127
+        d.newMapping[2].text = "-3";  // 0
+        d.newMapping[3].text = "015"; // is not the text "15"
         d.chan.text = "17";
         d.pOff[0].text = "0";
         d.pOff[1].text = "112";
@@ -169,9 +172,10 @@ TEST(SetupDialog, FitsIndicesToTheListsAndNeedsDevices) {
     EXPECT_EQ(midiSetupForm.ComboSyncOut.selected, -1);
     program.devices.devices = 0;
     mnuOptionsMidiSetup_Click();
-    EXPECT_EQ(program.shell.boxes.back(),
-              "Warning: No MIDI Drivers Installed!\nMarlune 200q requires at least one MIDI Driver. \nPlease exit "
-              "Marlune and install a MIDI Driver.");
+    EXPECT_EQ(
+        program.shell.boxes.back(),
+        "Warning: No MIDI Drivers Installed!\nMarlune 200q requires at least one MIDI Driver. \nPlease exit "
+        "Marlune and install a MIDI Driver.");
 }
 
 TEST(CustomizeDialog, RenamesTheKnobsOnOkOnly) {

@@ -18,8 +18,8 @@ using test::TestProgram;
 std::string stateOf(const marluneSnapShot& form) {
     std::string text = form.currMidiMessageText.text;
     for (int m = 0; m < kModules; ++m) {
-        text += std::string(" ") + (form.pattMap[m].enabled ? "" : "-") + (form.pattMap[m].checked ? "x" : "o") +
-                form.currMapped[m].text;
+        text += std::string(" ") + (form.pattMap[m].enabled ? "" : "-") +
+                (form.pattMap[m].checked ? "x" : "o") + form.currMapped[m].text;
     }
     return text + (form.StoreButton.enabled ? " store" : "") + (form.EditButton.enabled ? " edit" : "") +
            (MIDIIn1.isOpen() ? "" : " closed");

@@ -120,7 +120,8 @@ TEST(InputQueue, FloodedFromAnotherThreadLosesNoNote) {
     std::thread flood([&] {
         for (int i = 0; i < 60000; ++i) {
             program.devices.input->received({3, {0xB0, 12, static_cast<std::uint8_t>(i % 128)}});
-            if (i % 300 == 0) program.devices.input->received({3, {0x91, static_cast<std::uint8_t>(i / 300 % 128), 1}});
+            if (i % 300 == 0)
+                program.devices.input->received({3, {0x91, static_cast<std::uint8_t>(i / 300 % 128), 1}});
         }
     });
     flood.join();
@@ -141,7 +142,8 @@ TEST(InputQueue, FloodedFromAnotherThreadLosesNoNote) {
 
 TEST(InputQueue, MalformedMessagesNeverEnter) {
     TestProgram program;
-    const MidiMessage bad[] = {{0, {}}, {3, {0xB0, 0x90, 1}}, {2, {0xB0, 1, 0}}, {3, {0x40, 1, 1}}, {3, {0xF0, 1, 1}}};
+    const MidiMessage bad[] = {
+        {0, {}}, {3, {0xB0, 0x90, 1}}, {2, {0xB0, 1, 0}}, {3, {0x40, 1, 1}}, {3, {0xF0, 1, 1}}};
     for (const MidiMessage& message : bad) program.devices.input->received(message);
     EXPECT_EQ(MIDIIn1.MessageCount(), 0);
 }

@@ -33,8 +33,10 @@ TEST(StepEditing, TellsTheComponentAndShowsItself) {
         {"F-", [] { set103Note(0, 7); }, "Set103Note32(0,0,0,0,7) Set103NoteOn32(0,0,0,0,-1)", "keys(0)=7"},
         {"F", [] { upClick(0); }, "Set103Up32(0,0,0,0,-1)", "up(0)=1"},
         {"F^", [] { upClick(0); }, "Set103Up32(0,0,0,0,0)", "up(0)=0"},
-        {"F_", [] { upClick(0); }, "Set103Up32(0,0,0,0,-1) Set103Up32(0,0,0,0,0) Set103Down32(0,0,0,0,0)", "down(0)=0"},
-        {"F^", [] { downClick(0); }, "Set103Down32(0,0,0,0,-1) Set103Down32(0,0,0,0,0) Set103Up32(0,0,0,0,0)", "up(0)=0"},
+        {"F_", [] { upClick(0); }, "Set103Up32(0,0,0,0,-1) Set103Up32(0,0,0,0,0) Set103Down32(0,0,0,0,0)",
+         "down(0)=0"},
+        {"F^", [] { downClick(0); }, "Set103Down32(0,0,0,0,-1) Set103Down32(0,0,0,0,0) Set103Up32(0,0,0,0,0)",
+         "up(0)=0"},
         {"F!", [] { accentClick(0); }, "Set103Accent32(0,0,0,0,0)", "accent(0)=0"},
     };
     for (const StepRow& row : rows) {

@@ -18,7 +18,8 @@ using test::TestProgram;
 // The effect of a key as text: what it changed, what the component heard, how many controls it showed.
 struct Snapshot {
     int tempo = project.tempo, edit = editSel, tick = songTick, loop = currentLoopEnd(0);
-    int note = currentBass(0).steps[0].note, first = currentBass(0).steps[1].note, patch = currentBass(0).patch;
+    int note = currentBass(0).steps[0].note, first = currentBass(0).steps[1].note,
+        patch = currentBass(0).patch;
     bool running = transportRunning, song = songMode, recording = recordOn, dirty = projectDirty;
 };
 
@@ -89,7 +90,8 @@ constexpr KeyRow kRows[] = {
     {39, 2, "edit2", nullptr, nullptr},
     {186, 0, "patch4 dirty", nullptr, "dirty unshown"},
     {222, 0, "patch6 dirty", nullptr, nullptr},
-    {'2', 1, "loop15 second0 patch-1 dirty SetNextGroup32(0,1)", "dirty SetNextGroup32(0,1)", "dirty unshown"},
+    {'2', 1, "loop15 second0 patch-1 dirty SetNextGroup32(0,1)", "dirty SetNextGroup32(0,1)",
+     "dirty unshown"},
     {'F', 1, "dirty SetNextGroup32(2,3)", nullptr, "dirty unshown"},
     {'5', 1, "", nullptr, nullptr},
     {'Q', 2, "", nullptr, nullptr},
@@ -122,7 +124,7 @@ TEST(KeyTable, EachKeyHasItsEffectInEachState) {
             for (const bool running : {false, true}) {
                 TestProgram program;
                 prepare(song, running, program);
-                const char* wanted = song && row.song != nullptr ? row.song
+                const char* wanted = song && row.song != nullptr                  ? row.song
                                      : running && row.running != nullptr && !song ? row.running
                                                                                   : row.pattern;
                 if (song && running) continue; // below
@@ -144,7 +146,7 @@ TEST(KeyTable, SongModeRunning) {
     } rows[] = {{32, 0, false, "run0"},
                 {33, 0, false, "tick48"},
                 {34, 0, false, "tick16"},
-                {33, 2, true, "tick34 run0"},  // stops and steps from where the transport was
+                {33, 2, true, "tick34 run0"}, // stops and steps from where the transport was
                 {36, 0, false, "tick0 run0"},
                 {45, 0, false, "rec1 dirty"},
                 {13, 0, false, "song0 dirty SetSong32(0)"},
@@ -155,7 +157,8 @@ TEST(KeyTable, SongModeRunning) {
         prepare(true, true, program);
         ctrlDown = row.ctrl;
         songTick = 33; // what the last message said
-        EXPECT_EQ(effectOf(program, row.code, row.shift).substr(0, std::string(row.effect).size()), row.effect)
+        EXPECT_EQ(effectOf(program, row.code, row.shift).substr(0, std::string(row.effect).size()),
+                  row.effect)
             << row.code;
         StopPlay();
     }

@@ -73,7 +73,8 @@ TEST(ModeSwitch, WorksWhilePlaying) {
     Form_KeyDown('2', 0); // a cue that must not come through in song mode
     Check1_Click();
     program.play(40);
-    EXPECT_EQ(project.bass[0].currBank * 8 + project.bass[0].currPatt, barBank(0, songTick - 1) * 8 + barPatt(0, songTick - 1));
+    EXPECT_EQ(project.bass[0].currBank * 8 + project.bass[0].currPatt,
+              barBank(0, songTick - 1) * 8 + barPatt(0, songTick - 1));
     Check1_Click();
     program.play(40);
     EXPECT_EQ(project.bass[0].currPatt, 5);
@@ -104,7 +105,8 @@ TEST(Menus, ChangeWithTheMode) {
         EXPECT_EQ(menuState(Menu::mnuToolsInit).caption, "Initialize Pattern");
     }
     int missing = 0;
-    for (const MenuRow& row : menuRows()) missing += row.kind == MenuKind::entry && !menuHasCommand(row.id) ? 1 : 0;
+    for (const MenuRow& row : menuRows())
+        missing += row.kind == MenuKind::entry && !menuHasCommand(row.id) ? 1 : 0;
     EXPECT_EQ(missing, 0);
 }
 

@@ -25,9 +25,10 @@ struct SelectionRow {
 TEST(Selection, CuesRecordsOrTakesEffectByState) {
     const SelectionRow rows[] = {
         {false, true, false, "SetNextPatt32(1,3)", "SetNextGroup32(1,2)", 0, 19},
-        {false, false, false, "SetNextPatt32(1,3) SetCurrPatt32(1,3)", "SetNextGroup32(1,2) SetCurrGroup32(1,2)", 19, 19},
-        {true, true, true, "SetNextBarPatt32(1,3) SetNextBarGroup32(1,0)", "SetNextBarPatt32(1,3) SetNextBarGroup32(1,2)",
-         0, 19},
+        {false, false, false, "SetNextPatt32(1,3) SetCurrPatt32(1,3)",
+         "SetNextGroup32(1,2) SetCurrGroup32(1,2)", 19, 19},
+        {true, true, true, "SetNextBarPatt32(1,3) SetNextBarGroup32(1,0)",
+         "SetNextBarPatt32(1,3) SetNextBarGroup32(1,2)", 0, 19},
         {true, false, true, "SetCurrPatt32(1,3) SetCurrBarPatt32(1,3) SetCurrBarGroup32(1,0)",
          "SetCurrGroup32(1,2) SetCurrBarPatt32(1,3) SetCurrBarGroup32(1,2)", 19, 0},
         {true, true, false, "", "", 0, 0},

@@ -44,7 +44,8 @@ TEST(Timer, PlacesTheComponentWhenItStartsAndOnlyReTimesWhileItRuns) {
     TestProgram program;
     runTimerAt(140);
     EXPECT_EQ(program.calls(),
-              "SetMarluneTempo32(140) SetCurrGroup32(0,0) SetCurrPatt32(0,0) SetCurrGroup32(1,0) SetCurrPatt32(1,0) "
+              "SetMarluneTempo32(140) SetCurrGroup32(0,0) SetCurrPatt32(0,0) SetCurrGroup32(1,0) "
+              "SetCurrPatt32(1,0) "
               "SetCurrGroup32(2,0) SetCurrPatt32(2,0) StartMarluneTimer32(17,0)");
     runTimerAt(40);
     EXPECT_EQ(program.calls(), "SetMarluneTempo32(40) SetMarluneTimerInterval32(62,0)");
@@ -63,7 +64,7 @@ TEST(Tick, OfTheSongFeedsTheNextBarAndTheNextKnobs) {
     EXPECT_NE(program.calls().find("SetNextBarPatt32(0,2) SetNextBarGroup32(0,1)"), std::string::npos);
     program.play(1);
     EXPECT_EQ(program.calls().find("SetNextBarPatt32(0,2)"), 0U); // once more with the first message
-    EXPECT_EQ(project.knobValue[0], 10);                         // of the following tick
+    EXPECT_EQ(project.knobValue[0], 10);                          // of the following tick
     program.play(15);
     EXPECT_EQ(shownText(Control::timeDisplay, 0), "2");
     program.play(1);

@@ -19,7 +19,8 @@ using test::TestProgram;
 
 std::string sprites() {
     std::string text;
-    for (const Control c : {Control::startStopButton, Control::playSongButton, Control::stopButton, Control::RecButton}) {
+    for (const Control c :
+         {Control::startStopButton, Control::playSongButton, Control::stopButton, Control::RecButton}) {
         text += std::to_string(shownFrame(c, 0));
     }
     return text;

@@ -153,11 +153,17 @@ TestProgram::~TestProgram() {
     resetProgram();
 }
 
-std::string TestProgram::calls() { return joined(recorder.calls); }
+std::string TestProgram::calls() {
+    return joined(recorder.calls);
+}
 
-std::string TestProgram::shown() { return joined(view.shown); }
+std::string TestProgram::shown() {
+    return joined(view.shown);
+}
 
-std::string TestProgram::wire() { return joined(devices.ports[0].sent); }
+std::string TestProgram::wire() {
+    return joined(devices.ports[0].sent);
+}
 
 void TestProgram::play(int steps) {
     for (int period = 0; period < 6 * steps; ++period) {
@@ -199,9 +205,13 @@ std::string TestProgram::copyDifference() {
     return difference;
 }
 
-void TestProgram::advanceClock(int ms) { virtualNow += static_cast<std::uint32_t>(ms); }
+void TestProgram::advanceClock(int ms) {
+    virtualNow += static_cast<std::uint32_t>(ms);
+}
 
-std::uint32_t TestProgram::now() { return virtualNow; }
+std::uint32_t TestProgram::now() {
+    return virtualNow;
+}
 
 void setBassSteps(int module, const std::string& text) {
     constexpr const char* kNames[] = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B", "C'"};
@@ -244,8 +254,8 @@ std::vector<std::uint8_t> readBytes(const std::string& path) {
 }
 
 void writeBytes(const std::string& path, const std::vector<std::uint8_t>& bytes) {
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
-                                                static_cast<std::streamsize>(bytes.size()));
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
 } // namespace marlune::test

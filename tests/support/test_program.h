@@ -62,10 +62,10 @@ class ScriptedShell final : public AppShell {
     std::string title, status;
     bool statusBar = false, panel = false;
     int closings = 0;
-    std::vector<std::string> boxes;         // texts of the message boxes
-    std::deque<BoxAnswer> answers;          // to the next boxes; then the refusing button
-    std::deque<std::string> fileNames;      // of the next file dialogs; then none
-    std::vector<FileDialog> dialogs;        // as asked
+    std::vector<std::string> boxes;               // texts of the message boxes
+    std::deque<BoxAnswer> answers;                // to the next boxes; then the refusing button
+    std::deque<std::string> fileNames;            // of the next file dialogs; then none
+    std::vector<FileDialog> dialogs;              // as asked
     std::deque<std::function<void(Form&)>> modal; // what the user does in the next modal forms
 
     std::function<void(Form&)> modeless; // when a form is shown beside the rest
@@ -103,7 +103,7 @@ class MemoryDevices final : public OutputDevices, public InputDevices {
 };
 
 struct Options {
-    bool devicesChosen = true;  // output 0 and input 0 are open
+    bool devicesChosen = true; // output 0 and input 0 are open
     std::string configFolder;
     std::string commandLine;
 };
@@ -126,7 +126,7 @@ class TestProgram {
     std::string shown();
     std::string wire(); // port 0
 
-    void play(int steps);            // that many whole steps, all their messages delivered
+    void play(int steps);                        // that many whole steps, all their messages delivered
     void midi(int status, int data1, int data2); // arrives at the input; read at once in event mode
     void click(Control control, int index = 0);
     void doubleClick(Control control, int index = 0);

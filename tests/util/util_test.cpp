@@ -40,10 +40,11 @@ TEST(TextNumbers, AreReadByTheirStart) {
         const char* text;
         double leading;
         bool numeric;
-    } rows[] = {{"12", 12, true},    {" 12 ", 12, true}, {"-5", -5, true},    {"12abc", 12, false}, {"abc", 0, false},
-                {"", 0, false},      {"1.5", 1.5, true}, {".5", .5, true},    {"+7", 7, true},      {"+-7", 0, false},
-                {"1e2", 100, true},  {"inf", 0, false},  {"nan", 0, false},   {"0x10", 0, false},   {"-", 0, false},
-                {"012", 12, true},   {"1 2", 1, false}};
+    } rows[] = {{"12", 12, true},  {" 12 ", 12, true}, {"-5", -5, true},   {"12abc", 12, false},
+                {"abc", 0, false}, {"", 0, false},     {"1.5", 1.5, true}, {".5", .5, true},
+                {"+7", 7, true},   {"+-7", 0, false},  {"1e2", 100, true}, {"inf", 0, false},
+                {"nan", 0, false}, {"0x10", 0, false}, {"-", 0, false},    {"012", 12, true},
+                {"1 2", 1, false}};
     for (const auto& row : rows) {
         EXPECT_EQ(leadingNumber(row.text), row.leading) << row.text;
         EXPECT_EQ(isNumeric(row.text), row.numeric) << row.text;
@@ -115,7 +116,8 @@ TEST(Writing, FollowsTheUsersLinkAndNoPlantedOne) {
     EXPECT_EQ(std::filesystem::status(folder.file("real")).permissions(), std::filesystem::perms(0640));
     EXPECT_FALSE(writeFileAtomically(folder.file("no/such/folder"), bytes));
     EXPECT_FALSE(writeFileAtomically(folder.path, bytes));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 2); // no temporary file stays
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}),
+              2); // no temporary file stays
 }
 
 // Kills a writing process at random moments: the file is always the old or the new one, whole.
@@ -135,7 +137,8 @@ TEST(Writing, SurvivesBeingKilledAtAnyMoment) {
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
         const auto found = readBytes(file);
-        ASSERT_TRUE(found == contents[0] || found == contents[1]) << found.size() << " bytes after round " << round;
+        ASSERT_TRUE(found == contents[0] || found == contents[1])
+            << found.size() << " bytes after round " << round;
         ++seen[found == contents[1] ? 1 : 0];
     }
     EXPECT_GT(seen[0], 0);
