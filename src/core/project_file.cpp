@@ -103,7 +103,7 @@ std::string askName(bool save) {
     dlgCommonDialog.title.clear();
     dlgCommonDialog.filter = kFilter;
     dlgCommonDialog.defaultExtension = kExtension;
-    const std::string name = shell().fileDialog(dlgCommonDialog);
+    std::string name = shell().fileDialog(dlgCommonDialog);
     shell().letEventsRun();
     if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);
     return name;

@@ -123,7 +123,7 @@ void FormWindow::placeWithCaption(const std::string& caption, QWidget* widget) {
 void FormWindow::label(const Label& shown) {
     auto* words = new QLabel;
     words->setTextFormat(Qt::PlainText);
-    bindings_.push_back({[] {}, [words, &shown] { words->setText(text(shown.text)); }});
+    bindings_.push_back([words, &shown] { words->setText(text(shown.text)); });
     if (frames_.back().inRow) words->setMinimumHeight(kLineHeight);
     place(words, kWholeWidth);
 }
@@ -132,12 +132,12 @@ QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int
     auto* line = new QLineEdit;
     line->setFixedWidth(line->fontMetrics().horizontalAdvance('0') * width + 24);
     line->setAccessibleName(text(caption));
-    bindings_.push_back({[line, &box] { box.text = line->text().toStdString(); },
-                         [line, &box] {
-                             if (line->text() != text(box.text))
-                                 quietly(line, [&] { line->setText(text(box.text)); });
-                             line->setEnabled(box.enabled);
-                         }});
+    connect(line, &QLineEdit::textChanged, this,
+            [&box](const QString& now) { box.text = now.toStdString(); });
+    bindings_.push_back([line, &box] {
+        if (line->text() != text(box.text)) quietly(line, [&] { line->setText(text(box.text)); });
+        line->setEnabled(box.enabled);
+    });
     placeWithCaption(caption, line);
     return line;
 }
@@ -155,12 +155,12 @@ void FormWindow::digitsBox(const std::string& caption, TextBox& box, int width) 
 
 void FormWindow::checkBox(CheckBox& box, FormEvent click) {
     auto* check = new QCheckBox;
-    bindings_.push_back({[check, &box] { box.checked = check->isChecked(); },
-                         [check, &box] {
-                             quietly(check, [&] { check->setChecked(box.checked); });
-                             check->setText(text(box.caption));
-                             check->setEnabled(box.enabled);
-                         }});
+    connect(check, &QCheckBox::toggled, this, [&box](bool on) { box.checked = on; });
+    bindings_.push_back([check, &box] {
+        quietly(check, [&] { check->setChecked(box.checked); });
+        check->setText(text(box.caption));
+        check->setEnabled(box.enabled);
+    });
     connect(check, &QCheckBox::clicked, this, [this, event = std::move(click)] { run(event); });
     if (frames_.back().inRow) check->setMinimumHeight(kLineHeight);
     place(check, 2);
@@ -180,19 +180,18 @@ void FormWindow::comboBox(const std::string& caption, ComboBox& box) {
             combo->setCurrentIndex(box.selected);
         });
     };
-    bindings_.push_back({[combo, &box] { box.selected = combo->currentIndex(); }, fill});
-    connect(combo, &QComboBox::activated, this, [this] { run({}); });
+    connect(combo, &QComboBox::currentIndexChanged, this, [&box](int now) { box.selected = now; });
+    bindings_.emplace_back(fill);
     placeWithCaption(caption, combo);
 }
 
 void FormWindow::progressBar(ProgressBar& bar) {
     auto* progress = new QProgressBar;
     progress->setMinimumWidth(280);
-    bindings_.push_back({[] {},
-                         [progress, &bar] {
-                             progress->setRange(bar.minimum, bar.maximum);
-                             progress->setValue(bar.value);
-                         }});
+    bindings_.push_back([progress, &bar] {
+        progress->setRange(bar.minimum, bar.maximum);
+        progress->setValue(bar.value);
+    });
     place(progress, kWholeWidth);
 }
 
@@ -202,11 +201,10 @@ void FormWindow::button(Button& shown, Role role, FormEvent click) {
     push->setDefault(role == Role::accept);
     if (role == Role::accept && accept_ == nullptr) accept_ = push;
     if (role == Role::reject && reject_ == nullptr) reject_ = push;
-    bindings_.push_back({[] {},
-                         [push, &shown] {
-                             push->setText(text(shown.caption));
-                             push->setEnabled(shown.enabled);
-                         }});
+    bindings_.push_back([push, &shown] {
+        push->setText(text(shown.caption));
+        push->setEnabled(shown.enabled);
+    });
     connect(push, &QPushButton::clicked, this, [this, event = std::move(click)] { run(event); });
     Frame& frame = frames_.back();
     if (frame.column == 0 && frame.buttons == nullptr) { // a line of buttons stands at the right
@@ -223,7 +221,6 @@ void FormWindow::button(Button& shown, Role role, FormEvent click) {
 // --- events
 
 void FormWindow::run(const FormEvent& event) {
-    for (const Binding& binding : bindings_) binding.toForm();
     if (event) event();
     showContents();
 }
@@ -237,7 +234,7 @@ void FormWindow::showContents() {
         return;
     }
     setWindowTitle(text(form_.caption));
-    for (const Binding& binding : bindings_) binding.toWidget();
+    for (const auto& show : bindings_) show();
 }
 
 bool FormWindow::keyDown(int code) {

@@ -1,6 +1,6 @@
 // One window for any form: lays out its controls, forwards their events, copies contents both ways.
 //
-// Before each event the widgets' contents go into the form, after it the form's contents go into the widgets.
+// What the user enters stands in the form at once; after each event the form's contents go into the widgets.
 // The window follows the form: it closes when the form is no longer visible. User-interface thread only.
 #pragma once
 
@@ -38,11 +38,6 @@ class FormWindow final : public QDialog, private FormBuilder {
     void showEvent(QShowEvent* event) override;
 
   private:
-    struct Binding {
-        std::function<void()> toForm;
-        std::function<void()> toWidget;
-    };
-
     void beginFrame(const std::string& title) override;
     void endFrame() override;
     void beginRow() override;
@@ -58,7 +53,7 @@ class FormWindow final : public QDialog, private FormBuilder {
     QLineEdit* addLineEdit(const std::string& caption, TextBox& box, int width);
     void place(QWidget* widget, int columns);
     void placeWithCaption(const std::string& caption, QWidget* widget);
-    void run(const FormEvent& event); // contents in, event, contents out
+    void run(const FormEvent& event); // the event, then its outcome on the widgets
     bool keyDown(int code);
 
     // Frames nest: each has its own grid.
@@ -71,8 +66,8 @@ class FormWindow final : public QDialog, private FormBuilder {
     };
 
     Form& form_;
-    std::vector<Binding> bindings_;
-    std::vector<Frame> frames_; // while the form describes itself
+    std::vector<std::function<void()>> bindings_; // each shows one control's contents in its widget
+    std::vector<Frame> frames_;                   // while the form describes itself
     QHash<QObject*, FormEvent> focusEvents_;
     QPushButton* accept_ = nullptr;
     QPushButton* reject_ = nullptr;

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "core/run_state.h"
@@ -17,6 +18,7 @@
 #include "midi/config_file.h"
 #include "midi/midi_devices.h"
 #include "midi/midi_input.h"
+#include "panel/menus.h"
 #include "panel/panel_events.h"
 #include "platform/config_folder.h"
 #include "platform/instance_lock.h"
@@ -43,6 +45,15 @@ class Wake {
 // The whole command line counts as one file name.
 std::string commandLine(const QStringList& arguments) {
     return arguments.mid(1).join(' ').toStdString();
+}
+
+// The manual: beside the program, where it is installed, or in the sources that it was built from.
+QString helpFile() {
+    const QString folder = QApplication::applicationDirPath();
+    for (const char* place : {"/marlune.html", "/../share/marlune200q/help.html", "/../../../packaging/help.html"}) {
+        if (QFileInfo::exists(folder + place)) return folder + place;
+    }
+    return {};
 }
 
 // Devices, engine and the pumps that bring their messages here; connected while it lives.
@@ -90,9 +101,11 @@ int run(int argc, char** argv) {
     QApplication app(argc, argv);
     applyTheme(app);
     installPanelAccessibility();
+    resetMenus(); // the window is built from them
     QtShell qt;
     setAppShell(&qt);
     setPanelView(&qt.panel());
+    qt.setHelpFile(helpFile());
 
     InstanceLock lock;
     StartupHooks hooks;

@@ -19,7 +19,7 @@ class SoundingNotes {
     void releaseAll(MidiSink& sink) noexcept;
 
   private:
-    std::bitset<16 * 128> notes_; // channel x 128 + note
+    std::bitset<std::size_t{16} * 128> notes_; // channel x 128 + note
 };
 
 // A sink that keeps the set up to date and passes everything on.

@@ -105,7 +105,7 @@ std::string askName() {
     dlgCommonDialog.filter = "MIDI File (*.mid)|*.mid";
     dlgCommonDialog.defaultExtension = "mid";
     for (;;) {
-        const std::string name = shell().fileDialog(dlgCommonDialog);
+        std::string name = shell().fileDialog(dlgCommonDialog);
         if (name.empty()) return name;
         dlgCommonDialog.fileName = withoutExtension(name);
         if (wannaOverwrite(name) == 1) return name;

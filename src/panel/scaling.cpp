@@ -40,8 +40,8 @@ Placement marluneScaling::centerControl(const Placement& at) const {
 
 marluneScaling scalingFor(double twipsPerPixelX, double twipsPerPixelY) {
     marluneScaling scaling;
-    scaling.scaleX = roundHalfEven(twipsPerPixelX) / kStandardTwips;
-    scaling.scaleY = roundHalfEven(twipsPerPixelY) / kStandardTwips;
+    scaling.scaleX = static_cast<double>(roundHalfEven(twipsPerPixelX)) / kStandardTwips;
+    scaling.scaleY = static_cast<double>(roundHalfEven(twipsPerPixelY)) / kStandardTwips;
     return scaling;
 }
 

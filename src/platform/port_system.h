@@ -10,7 +10,7 @@
 namespace marlune {
 
 // A connection to a port of the system. Its destructor lets go of it after what is queued has gone out,
-// within 100 ms.
+// within half a second.
 class OutputLink {
   public:
     virtual ~OutputLink() = default;

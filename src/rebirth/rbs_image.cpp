@@ -42,11 +42,11 @@ StepGroup readStepGroup(const RbsImage& image, int offset) {
 RbsLengths readLengthTable(const RbsImage& image, int firstOffset) {
     RbsLengths lengths{};
     int offset = firstOffset;
-    for (int pair = 0; pair < kRbsPatterns / 2; ++pair) {
+    for (std::size_t p = 0; p < lengths.size(); p += 2) {
         if (isFlagByte(offset)) ++offset;
         const int both = dataByte(image, offset, flagByteOf(offset));
-        lengths[2 * pair] = both / 16 + 1;
-        lengths[2 * pair + 1] = both % 16 + 1;
+        lengths[p] = both / 16 + 1;
+        lengths[p + 1] = both % 16 + 1;
         ++offset;
     }
     return lengths;

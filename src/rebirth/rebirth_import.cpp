@@ -97,7 +97,7 @@ void spreadPatterns() {
 std::string askForFile() {
     dlgCommonDialog = {};
     dlgCommonDialog.filter = "ReBirth file (*.rbs)|*.rbs";
-    const std::string name = shell().fileDialog(dlgCommonDialog);
+    std::string name = shell().fileDialog(dlgCommonDialog);
     if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);
     return name;
 }

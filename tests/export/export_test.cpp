@@ -126,7 +126,9 @@ class Ticker final : public MidiFileWriter {
     void event(int delta, int status, int data1, int data2) override {
         ASSERT_GE(delta, 0);
         time[current] += delta;
-        if ((status & 0xF0) == 0xB0) ASSERT_GT(data1, 0); // controller 0 is played live only
+        if ((status & 0xF0) == 0xB0) {
+            ASSERT_GT(data1, 0); // controller 0 is played live only
+        }
         if ((status & 0xF0) != 0x90 || current == kDrumTrack) return;
         if (data2 > 0) {
             ASSERT_EQ(began[current], -1); // no two notes of a voice overlap

@@ -257,8 +257,8 @@ TEST_F(Import, HandPackedBytesMeanWhatTheTablesSay) {
     EXPECT_EQ(text(project.bass[0].patterns[0][0]).substr(0, 14), "5-^! 7_ 12 0 0");
     EXPECT_EQ(text(project.bass[1].patterns[0][0]).substr(0, 4), "11 0");
     const auto loops = [](const auto& bank) {
-        std::vector<int> ends;
-        for (const auto& pattern : bank) ends.push_back(pattern.loopEnd);
+        std::array<int, 8> ends{};
+        for (std::size_t p = 0; p < 8; ++p) ends[p] = bank[p].loopEnd;
         return ends;
     };
     EXPECT_THAT(loops(project.bass[0].patterns[0]), testing::ElementsAre(15, 15, 0, 0, 5, 3, 8, 3));
