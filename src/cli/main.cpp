@@ -20,6 +20,10 @@ constexpr Verb kVerbs[] = {
      "PROJECT.mlp [--song] [--bar N] [--bars N] [--out DEVICE] [--config DIR] [--log FILE] [--fast]"},
     {"render", renderVerb, "PROJECT.mlp OUT.wav [--song] [--bar N] [--bars N]"},
     {"export", exportVerb, "PROJECT.mlp OUT.mid [--config DIR] [--bar FIRST] [--bars COUNT]"},
+    {"import", importVerb, "SONG.rbs OUT.mlp [--patterns-only]"},
+    {"convert", convertVerb,
+     "SONG.rbs OUT.mid [--top-base-note N] [--top-velocity N] [--top-channel N] [--top-cutoff N]\n"
+     "    [--top-reso N] [--top-envmod N] [--top-decay N] [--top-accent N] [--mid-... N] [--drums-channel N]"},
     {"resave", resaveVerb, "PROJECT.mlp OUT.mlp"},
     {"ports", portsVerb, ""},
 };

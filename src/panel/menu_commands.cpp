@@ -17,6 +17,8 @@
 #include "midi/setup_dialogs.h"
 #include "panel/app_shell.h"
 #include "panel/panel_events.h"
+#include "rebirth/converter_form.h"
+#include "rebirth/rebirth_import.h"
 
 namespace marlune {
 
@@ -32,7 +34,10 @@ constexpr MenuCommand kCommands[] = {
     {Menu::mnuFileOpenPatt, mnuFileOpenPatt_Click},
     {Menu::mnuFileSavePatt, mnuFileSavePatt_Click},
     {Menu::mnuSaveAs, mnuSaveAs_Click},
+    {Menu::mnuFileImportRebPatt, mnuFileImportRebPatt_Click},
+    {Menu::mnuFileRebirthImport, mnuFileRebirthImport_Click},
     {Menu::mnuFileExport, mnuFileExport_Click},
+    {Menu::mnuFileConvert, mnuFileConvert_Click},
     {Menu::mnuFileExit, mnuFileExit_Click},
     {Menu::mnuEditCut, mnuEditCut_Click},
     {Menu::mnuEditPaste, mnuEditPaste_Click},

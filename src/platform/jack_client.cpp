@@ -14,9 +14,10 @@ namespace marlune {
 
 namespace {
 
-// A distance between the server's time and ours beyond which it was no hiccup: the lines are joined anew
-// there.
-constexpr std::int64_t kTearNs = 50'000'000;
+// A distance between the server's time and ours beyond which the two are joined anew, as after a machine's
+// sleep. In a shorter stall the clock stands until the server has caught up, so that no event leaves its
+// frame.
+constexpr std::int64_t kTearNs = 200'000'000;
 
 // How long after its start a cycle may reach us.
 constexpr std::int64_t kStrayNs = 2'000'000;
