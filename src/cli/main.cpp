@@ -23,7 +23,8 @@ constexpr Verb kVerbs[] = {
     {"import", importVerb, "SONG.rbs OUT.mlp [--patterns-only]"},
     {"convert", convertVerb,
      "SONG.rbs OUT.mid [--top-base-note N] [--top-velocity N] [--top-channel N] [--top-cutoff N]\n"
-     "    [--top-reso N] [--top-envmod N] [--top-decay N] [--top-accent N] [--mid-... N] [--drums-channel N]"},
+     "    [--top-reso N] [--top-envmod N] [--top-decay N] [--top-accent N] [--mid-... N] [--drums-channel "
+     "N]"},
     {"resave", resaveVerb, "PROJECT.mlp OUT.mlp"},
     {"ports", portsVerb, ""},
 };

@@ -4,6 +4,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <thread>
@@ -13,8 +14,8 @@
 #include "midi/global_config.h"
 #include "midi/midi_devices.h"
 #include "midi/midi_input.h"
+#include "panel/panel_events.h"
 #include "platform/signals.h"
-#include "playback/engine_link.h"
 #include "playback/transport.h"
 
 namespace marlune {
@@ -22,6 +23,7 @@ namespace marlune {
 namespace {
 
 constexpr int kPollMs = 1000;    // how often the devices are looked after
+constexpr int kEventMs = 20;     // how often the progress is shown
 constexpr int kFarewellMs = 120; // longer than any port holds a message back
 
 void drain(int descriptor) {
@@ -115,7 +117,7 @@ void Session::play(int bars, const std::function<void()>& each) {
         playLive(each);
     } else {
         while (virtual_->advance()) {
-            pumpEngineMessages();
+            engineSpoke();
             log.collect();
             each();
         }
@@ -124,19 +126,30 @@ void Session::play(int bars, const std::function<void()>& each) {
     log.collect();
 }
 
+void Session::runEvents(int ms) {
+    const CStopWatch watch;
+    do {
+        pollfd wait{wake_, POLLIN, 0};
+        ::poll(&wait, 1, std::max(0, ms - watch.Elapsed()));
+        drain(wake_);
+        engineSpoke();
+        midiArrived();
+        log.collect();
+    } while (watch.Elapsed() < ms);
+}
+
+void Session::lookAfterDevices() {
+    if (sinceDevicePoll_.Elapsed() < kPollMs) return;
+    sinceDevicePoll_.Reset();
+    for (const std::string& line : platform_->poll()) std::fprintf(stderr, "%s\n", line.c_str());
+}
+
 void Session::playLive(const std::function<void()>& each) {
     Signals signals;
-    auto lookAgain = std::chrono::steady_clock::now();
     while (!engine_->halted() && !signals.take()) {
-        pollfd waits[] = {{wake_, POLLIN, 0}, {signals.fd(), POLLIN, 0}};
-        ::poll(waits, signals.fd() >= 0 ? 2 : 1, kPollMs);
-        drain(wake_);
-        pumpEngineMessages();
-        log.collect();
+        runEvents(kEventMs);
         each();
-        if (std::chrono::steady_clock::now() < lookAgain) continue;
-        lookAgain = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPollMs);
-        for (const std::string& line : platform_->poll()) std::fprintf(stderr, "%s\n", line.c_str());
+        lookAfterDevices();
     }
 }
 

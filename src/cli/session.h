@@ -10,6 +10,7 @@
 #include "engine/engine_runner.h"
 #include "engine/virtual_engine.h"
 #include "platform/platform.h"
+#include "util/stop_watch.h"
 
 namespace marlune {
 
@@ -34,6 +35,12 @@ class Session {
     // each: called after every batch of messages.
     void play(int bars, const std::function<void()>& each);
 
+    // Real time: handles what the engine and the MIDI input announce within so many ms.
+    void runEvents(int ms);
+
+    // Real time: notices devices that came or went, about once a second; tells of them on stderr.
+    void lookAfterDevices();
+
     ConsoleShell shell;
     WireFile log;
     [[nodiscard]] std::int64_t virtualNs() const { return virtual_ ? virtual_->nowNs() : 0; }
@@ -51,6 +58,7 @@ class Session {
     std::unique_ptr<VirtualEngine> virtual_;
     PlaybackEngine* engine_ = nullptr;
     int wake_ = -1;
+    CStopWatch sinceDevicePoll_;
 };
 
 } // namespace marlune

@@ -1,0 +1,91 @@
+#include "cli/verbs.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+
+#include "cli/arguments.h"
+#include "support/test_program.h"
+
+namespace marlune {
+namespace {
+
+using test::readBytes;
+using test::TemporaryFolder;
+using test::writeBytes;
+
+constexpr const char* kSong = EXAMPLES "/harbour_nights.mlp";
+constexpr const char* kJam = EXAMPLES "/tide_pool.mlp";
+
+TEST(Verbs, RefuseWhatDoesNotFitAndLeaveNoFile) {
+    const TemporaryFolder folder;
+    writeBytes(folder.file("bad.mlp"), {1, 2, 3});
+    const std::string out = folder.file("out");
+    EXPECT_NE(playVerb({}), 0);
+    EXPECT_NE(playVerb({kJam, "--bars"}), 0);
+    EXPECT_NE(playVerb({kJam, "--bars", "0"}), 0);
+    EXPECT_NE(playVerb({kJam, "--bar", "3"}), 0); // without --song
+    EXPECT_NE(playVerb({kJam, "--loud"}), 0);
+    EXPECT_NE(playVerb({folder.file("bad.mlp"), "--fast", "--log", out}), 0);
+    EXPECT_NE(resaveVerb({folder.file("bad.mlp"), out}), 0);
+    EXPECT_NE(renderVerb({folder.file("bad.mlp"), out}), 0);
+    EXPECT_NE(exportVerb({folder.file("bad.mlp"), out}), 0);
+    EXPECT_NE(importVerb({folder.file("bad.mlp"), out}), 0);
+    EXPECT_NE(convertVerb({folder.file("bad.mlp"), out}), 0);
+    EXPECT_FALSE(std::filesystem::exists(out));
+    EXPECT_NE(resaveVerb({kJam, folder.file("no/such/folder")}), 0);
+}
+
+TEST(Verbs, FastPlayingGivesTheSameLogEveryTime) {
+    const TemporaryFolder folder;
+    for (const char* name : {"a", "b"}) {
+        ASSERT_EQ(
+            playVerb({kSong, "--fast", "--song", "--bar", "20", "--bars", "8", "--log", folder.file(name)}),
+            0);
+    }
+    const auto first = readBytes(folder.file("a"));
+    EXPECT_EQ(first, readBytes(folder.file("b")));
+    const std::string text(first.begin(), first.end());
+    EXPECT_NE(text.find("0 sync f2 30 02\n0 seq f2 30 02\n"), std::string::npos); // bar 20 is tick 304
+    EXPECT_NE(text.find("0 sync fb\n"), std::string::npos);
+}
+
+TEST(Verbs, ResaveGivesTheSameBytesAndExportAFile) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(resaveVerb({kSong, folder.file("again.mlp")}), 0);
+    EXPECT_EQ(readBytes(folder.file("again.mlp")), readBytes(kSong));
+    ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "2"}), 0);
+    ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "4"}), 0); // replaces
+    EXPECT_GT(readBytes(folder.file("x.mid")).size(), 500U);
+}
+
+// The demos sound good enough to be heard and to leave room: between -30 and -6 dBFS, without clipping.
+TEST(Demos, RenderAtASensibleLevel) {
+    if (!std::filesystem::exists("/usr/share/sounds/sf2/TimGM6mb.sf2")) GTEST_SKIP() << "no sound font";
+    const TemporaryFolder folder;
+    const std::vector<std::vector<std::string>> runs = {
+        {kJam, folder.file("o.wav"), "--bars", "8"},
+        {kSong, folder.file("o.wav"), "--bars", "4"},
+        {kSong, folder.file("o.wav"), "--song", "--bars", "76"},
+    };
+    for (const auto& run : runs) {
+        ASSERT_EQ(renderVerb(run), 0);
+        const auto bytes = readBytes(folder.file("o.wav"));
+        double sum = 0;
+        int peak = 0;
+        const std::size_t samples = (bytes.size() - 44) / 2;
+        for (std::size_t i = 0; i < samples; ++i) {
+            const int value = static_cast<std::int16_t>(bytes[44 + 2 * i] | bytes[45 + 2 * i] << 8);
+            sum += static_cast<double>(value) * value;
+            peak = std::max(peak, std::abs(value));
+        }
+        const double level = 10 * std::log10(sum / static_cast<double>(samples) / (32768.0 * 32768.0));
+        EXPECT_GT(level, -30);
+        EXPECT_LT(level, -6);
+        EXPECT_LT(peak, 32767);
+    }
+}
+
+} // namespace
+} // namespace marlune
