@@ -3,19 +3,30 @@
 RUN_PACKAGES="g++ cmake ninja-build pkg-config qt6-base-dev librtmidi-dev libjack-jackd2-dev
   libfluidsynth-dev timgm6mb-soundfont fonts-inter"
 TEST_PACKAGES="$RUN_PACKAGES clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev
-  libbenchmark-dev python3 python3-mido fluidsynth jackd2 xvfb xauth xdotool git"
+  libbenchmark-dev python3 python3-mido fluidsynth jackd2 xvfb xauth xdotool"
+
+# missing_packages PACKAGE...: prints those that are not installed.
+missing_packages() {
+    local package installed
+    installed=" $(dpkg-query -W -f='${db:Status-Abbrev}${Package}\n' "$@" 2>/dev/null |
+        sed -n 's/^ii *//p' | tr '\n' ' ')"
+    for package in "$@"; do
+        case $installed in
+            *" $package "*) ;;
+            *) printf ' %s' "$package" ;;
+        esac
+    done
+}
 
 # need_packages PACKAGE...: installs those that are missing, in one command, as root or through sudo.
 need_packages() {
-    local missing="" package
-    for package in "$@"; do
-        case $(dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null) in
-            ii*) ;;
-            *) missing="$missing $package" ;;
-        esac
-    done
+    local missing as_root=""
+    missing=$(missing_packages "$@")
     [ -z "$missing" ] && return 0
-    local as_root=""
+    if ! command -v apt-get >/dev/null; then
+        echo "This is not a Debian system. The program needs what these Debian packages hold:$missing"
+        return 1
+    fi
     if [ "$(id -u)" != 0 ]; then
         if ! command -v sudo >/dev/null; then
             echo "These Debian packages are missing:$missing"
@@ -27,7 +38,10 @@ need_packages() {
     echo "Installing from Debian:$missing"
     # shellcheck disable=SC2086
     $as_root apt-get update -qq &&
-        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
+        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing \
+            >/dev/null && return 0
+    echo "Debian's packages could not be installed; what apt-get said stands above."
+    return 1
 }
 
 # build PRESET TARGET... [-- CMAKE_OPTION...]: configures where that is still to do, and builds.

@@ -13,6 +13,7 @@
 #include "panel/shown_state.h"
 #include "playback/engine_component.h"
 #include "playback/pattern_push.h"
+#include "playback/timer_control.h"
 #include "util/files.h"
 
 namespace marlune {
@@ -60,10 +61,7 @@ void enterSavedSongMode() {
     SongSwitch(true);
     SetSongTick32(songTick);
     for (int m = 0; m < kModules; ++m) {
-        SetCurrPatt32(m, barPatt(m, songTick));
-        SetCurrGroup32(m, barBank(m, songTick));
-        SetCurrBarPatt32(m, barPatt(m, songTick));
-        SetCurrBarGroup32(m, barBank(m, songTick));
+        sendSongBar(m);
         SetNextBarGroup32(m, nextBarBank(m, songTick));
         SetNextBarPatt32(m, nextBarPatt(m, songTick));
     }

@@ -14,6 +14,7 @@
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/key_codes.h"
 
@@ -23,7 +24,9 @@ namespace {
 
 constexpr int kFollowMs = 100;  // how soon a form hidden by others loses its window
 constexpr int kLineHeight = 26; // of what stands beside boxes
-constexpr int kWholeWidth = 0;  // columns of an item that fills its line
+constexpr int kModule = 84;     // width of a cell in a row, the gap behind it included
+constexpr int kGap = 10;
+constexpr int kSlackColumn = 20; // takes what a row leaves free; buttons at a row's end stand behind it
 constexpr int kEnter = 13;
 constexpr int kEscape = 27;
 
@@ -42,12 +45,11 @@ void quietly(Widget* widget, Change change) {
 
 FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
     setWindowTitle(text(form.caption));
-    auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(18, 16, 18, 16);
-    grid->setSizeConstraint(QLayout::SetFixedSize);
-    grid->setHorizontalSpacing(10);
-    grid->setVerticalSpacing(8);
-    frames_.push_back({grid});
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(18, 16, 18, 16);
+    column->setSpacing(12);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    frames_.push_back({column});
     form_.describe(*this);
     frames_.clear();
     showContents();
@@ -60,64 +62,88 @@ FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(for
 
 // --- layout
 
+// Lines of a frame stand below each other. Lines of one kind in succession share a grid: rows have their columns
+// in common, captions theirs.
+QGridLayout* FormWindow::linesOf(Lines kind) {
+    Frame& frame = frames_.back();
+    if (frame.kind == kind) return frame.grid;
+    frame.kind = kind;
+    frame.line = 0;
+    frame.grid = new QGridLayout;
+    frame.grid->setHorizontalSpacing(kGap);
+    frame.grid->setVerticalSpacing(7);
+    frame.grid->setColumnStretch(kSlackColumn, 1);
+    frame.column->addLayout(frame.grid);
+    return frame.grid;
+}
+
 void FormWindow::beginFrame(const std::string& title) {
     auto* box = new QGroupBox(text(title));
-    auto* grid = new QGridLayout(box);
-    grid->setHorizontalSpacing(10);
-    grid->setVerticalSpacing(7);
-    place(box, kWholeWidth);
-    frames_.push_back({grid});
+    auto* column = new QVBoxLayout(box);
+    column->setContentsMargins(13, 12, 13, 13);
+    column->setSpacing(9);
+    place(box);
+    frames_.push_back({column});
 }
 
 void FormWindow::endFrame() {
+    frames_.back().column->addStretch();
     frames_.pop_back();
 }
 
 void FormWindow::beginRow() {
     Frame& frame = frames_.back();
     frame.inRow = true;
-    frame.column = 0;
+    frame.cell = 0;
     frame.buttons = nullptr;
 }
 
 void FormWindow::endRow() {
     Frame& frame = frames_.back();
     frame.inRow = false;
-    frame.column = 0;
     frame.buttons = nullptr;
-    ++frame.row;
+    ++frame.line;
 }
 
-void FormWindow::place(QWidget* widget, int columns) {
+// In a row: the next cell, feet on one line. Else a line of its own.
+void FormWindow::place(QWidget* widget) {
     Frame& frame = frames_.back();
-    if (frame.inRow) { // side by side, feet on one line
-        frame.grid->addWidget(
-            widget, frame.row, frame.column++,
-            qobject_cast<QGroupBox*>(widget) != nullptr ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignBottom);
+    if (!frame.inRow) {
+        frame.kind = Lines::none;
+        frame.column->addWidget(widget);
         return;
     }
-    frame.grid->addWidget(widget, frame.row++, columns == kWholeWidth ? 0 : frame.column, 1,
-                          columns == kWholeWidth ? -1 : columns);
-    frame.column = 0;
+    QGridLayout* grid = linesOf(Lines::rows);
+    const bool box = qobject_cast<QGroupBox*>(widget) != nullptr;
+    if (box) grid->setColumnStretch(frame.cell, 1), grid->setColumnStretch(kSlackColumn, 0);
+    grid->addWidget(widget, frame.line, frame.cell++,
+                    box ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignBottom);
 }
 
-// Before the box in a line of its own, above it among others.
+// Before the box in a line of its own, above it in a row. Cells are whole modules wide, so that the rows of
+// different frames stand in line.
 void FormWindow::placeWithCaption(const std::string& caption, QWidget* widget) {
-    Frame& frame = frames_.back();
-    if (caption.empty()) return place(widget, 2);
+    if (caption.empty()) return place(widget);
     auto* words = new QLabel(text(caption));
     words->setObjectName(QStringLiteral("caption"));
-    if (!frame.inRow) {
-        frame.grid->addWidget(words, frame.row, frame.column++, Qt::AlignLeft | Qt::AlignVCenter);
-        return place(widget, 1);
+    if (!frames_.back().inRow) {
+        QGridLayout* grid = linesOf(Lines::captions);
+        const int line = frames_.back().line++;
+        grid->addWidget(words, line, 0, Qt::AlignLeft | Qt::AlignVCenter);
+        grid->addWidget(widget, line, 1);
+        return;
     }
     auto* both = new QWidget;
     auto* column = new QVBoxLayout(both);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(3);
     column->addWidget(words);
-    column->addWidget(widget);
-    place(both, 1);
+    column->addWidget(widget, 0, Qt::AlignLeft);
+    words->ensurePolished(); // its size of type
+    const int wide =
+        std::max(words->sizeHint().width(), std::min(widget->sizeHint().width(), widget->maximumWidth()));
+    both->setMinimumWidth((wide + kModule - 1) / kModule * kModule - kGap);
+    place(both);
 }
 
 void FormWindow::label(const Label& shown) {
@@ -125,7 +151,7 @@ void FormWindow::label(const Label& shown) {
     words->setTextFormat(Qt::PlainText);
     bindings_.push_back([words, &shown] { words->setText(text(shown.text)); });
     if (frames_.back().inRow) words->setMinimumHeight(kLineHeight);
-    place(words, kWholeWidth);
+    place(words);
 }
 
 QLineEdit* FormWindow::addLineEdit(const std::string& caption, TextBox& box, int width) {
@@ -163,7 +189,7 @@ void FormWindow::checkBox(CheckBox& box, FormEvent click) {
     });
     connect(check, &QCheckBox::clicked, this, [this, event = std::move(click)] { run(event); });
     if (frames_.back().inRow) check->setMinimumHeight(kLineHeight);
-    place(check, 2);
+    place(check);
 }
 
 void FormWindow::comboBox(const std::string& caption, ComboBox& box) {
@@ -192,7 +218,7 @@ void FormWindow::progressBar(ProgressBar& bar) {
         progress->setRange(bar.minimum, bar.maximum);
         progress->setValue(bar.value);
     });
-    place(progress, kWholeWidth);
+    place(progress);
 }
 
 void FormWindow::button(Button& shown, Role role, FormEvent click) {
@@ -207,15 +233,21 @@ void FormWindow::button(Button& shown, Role role, FormEvent click) {
     });
     connect(push, &QPushButton::clicked, this, [this, event = std::move(click)] { run(event); });
     Frame& frame = frames_.back();
-    if (frame.column == 0 && frame.buttons == nullptr) { // a line of buttons stands at the right
+    if (frame.inRow && frame.cell > 0) {
+        QGridLayout* grid = linesOf(Lines::rows);
+        grid->setColumnMinimumWidth(kSlackColumn, 2 * kGap);
+        grid->addWidget(push, frame.line, kSlackColumn + frame.cell++, Qt::AlignRight | Qt::AlignBottom);
+        return;
+    }
+    if (frame.buttons == nullptr) { // a line of buttons stands at the right
+        frame.kind = Lines::none;
         frame.buttons = new QHBoxLayout;
         frame.buttons->setSpacing(8);
         frame.buttons->addStretch();
-        frame.grid->addLayout(frame.buttons, frame.row, 0, 1, -1);
+        frame.column->addLayout(frame.buttons);
     }
-    if (frame.buttons == nullptr) return place(push, 1);
     frame.buttons->addWidget(push);
-    if (!frame.inRow) endRow();
+    if (!frame.inRow) frame.buttons = nullptr;
 }
 
 // --- events
@@ -245,8 +277,8 @@ bool FormWindow::keyDown(int code) {
     // Enter on a button that has the focus presses that one.
     if (code == kEnter)
         if (auto* focused = qobject_cast<QPushButton*>(focusWidget())) pressed = focused;
-    if (pressed == nullptr) return code == kEscape;
-    pressed->click();
+    if (pressed == nullptr && code != kEscape) return false;
+    pressed != nullptr ? pressed->click() : reject();
     return true;
 }
 

@@ -15,6 +15,7 @@ class QGridLayout;
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
+class QVBoxLayout;
 
 namespace marlune {
 
@@ -51,16 +52,20 @@ class FormWindow final : public QDialog, private FormBuilder {
     void button(Button& button, Role role, FormEvent click) override;
 
     QLineEdit* addLineEdit(const std::string& caption, TextBox& box, int width);
-    void place(QWidget* widget, int columns);
+    enum class Lines { none, rows, captions };
+    QGridLayout* linesOf(Lines kind);
+    void place(QWidget* widget);
     void placeWithCaption(const std::string& caption, QWidget* widget);
     void run(const FormEvent& event); // the event, then its outcome on the widgets
     bool keyDown(int code);
 
-    // Frames nest: each has its own grid.
+    // Frames nest: each has its own column of lines.
     struct Frame {
-        QGridLayout* grid;
-        int row = 0;
-        int column = 0;
+        QVBoxLayout* column;
+        QGridLayout* grid = nullptr; // of the lines under way
+        Lines kind = Lines::none;
+        int line = 0;
+        int cell = 0; // in a row
         bool inRow = false;
         QHBoxLayout* buttons = nullptr; // the row of buttons under way
     };

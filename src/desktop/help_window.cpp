@@ -13,7 +13,9 @@ HelpWindow::HelpWindow(const QString& file) {
     auto* page = new QTextBrowser(this);
     page->document()->setDocumentMargin(22);
     QFile source(file);
-    if (!source.open(QIODevice::ReadOnly))
+    if (file.isEmpty())
+        page->setPlainText(QStringLiteral("The help file is not installed."));
+    else if (!source.open(QIODevice::ReadOnly))
         page->setPlainText(QStringLiteral("The help file %1 can't be read.").arg(file));
     else if (file.endsWith(QStringLiteral(".html")))
         page->setHtml(QString::fromUtf8(source.readAll()));

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QIcon>
 #include <QPainter>
 #include <QPalette>
+#include <QPixmap>
 #include <QProxyStyle>
 #include <QStyleOption>
 
@@ -20,7 +22,8 @@ QMenuBar { background: #161B21; color: #EDF1F5; font-size: 13px;
 QMenuBar::item { padding: 4px 12px 5px 12px; background: transparent; border-radius: 4px; }
 QMenuBar::item:selected { background: #2A323C; }
 QMenu { background: #1B2129; color: #EDF1F5; border: 1px solid #07090C; padding: 5px; font-size: 13px; }
-QMenu::item { padding: 5px 28px 5px 22px; border-radius: 4px; }
+QMenu::item { padding: 5px 34px 5px 26px; border-radius: 4px; }
+QMenu::indicator { left: 8px; }
 QMenu::item:selected { background: #33404C; }
 QMenu::item:disabled { color: #7F8A96; }
 QMenu::separator { height: 1px; background: #2F3741; margin: 5px 8px; }
@@ -31,13 +34,17 @@ QStatusBar QLabel { color: #C2CBD5; font-size: 12px; padding-left: 9px; }
 QToolTip { background: #262D37; color: #EDF1F5; border: 1px solid #0A0D11; padding: 4px 6px; font-size: 12px; }
 QDialog QLabel, QMessageBox QLabel { color: #EDF1F5; }
 QDialog QLabel#caption { color: #C2CBD5; font-size: 12px; }
-QGroupBox { color: #C2CBD5; border: 1px solid #2F3741; border-radius: 8px; margin-top: 9px; padding: 8px; }
+QGroupBox { color: #C2CBD5; border: 1px solid #2F3741; border-radius: 8px; margin-top: 8px; padding: 8px 0 0 0;
+            font-weight: 600; }
 QGroupBox::title { subcontrol-origin: margin; left: 12px; padding: 0 4px; font-weight: 600; }
 QLineEdit, QComboBox { background: #0A0E12; color: #F3E9CF; border: 1px solid #07090C; border-radius: 5px;
                        padding: 4px 7px; selection-background-color: #3F5966; }
 QLineEdit:focus, QComboBox:focus { border: 1px solid #EDF1F5; }
 QLineEdit:disabled, QComboBox:disabled { color: #7F8A96; }
-QComboBox::drop-down { border: none; width: 18px; }
+QComboBox { padding-right: 22px; }
+QComboBox::drop-down { border: none; width: 22px; }
+QComboBox::down-arrow { image: none; width: 0; height: 0; border-left: 4px solid transparent;
+                        border-right: 4px solid transparent; border-top: 5px solid #C2CBD5; }
 QComboBox QAbstractItemView { background: #1B2129; color: #EDF1F5; selection-background-color: #33404C; }
 QCheckBox { color: #EDF1F5; spacing: 7px; }
 QCheckBox:focus { color: #F3E9CF; }
@@ -58,10 +65,65 @@ QScrollBar::handle:vertical { background: #3A434E; border-radius: 5px; min-heigh
 QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
 )";
 
-// Boxes that can be seen on a dark ground, with a tick in moonlight.
+constexpr int kBoxIcon = 40;
+constexpr int kDialogMargin = 16;
+
+// The sign of a message box: a disc of light with an ink sign.
+QIcon boxIcon(QRgb light, const QString& sign) {
+    QIcon icon;
+    for (const int ratio : {1, 2, 3}) {
+        QPixmap pixmap(kBoxIcon * ratio, kBoxIcon * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgb(light));
+        painter.drawEllipse(QRectF(2, 2, kBoxIcon - 4, kBoxIcon - 4));
+        QFont font = QApplication::font();
+        font.setPixelSize(24);
+        font.setWeight(QFont::Bold);
+        painter.setFont(font);
+        painter.setPen(QColor::fromRgb(palette::kInk));
+        painter.drawText(QRectF(0, 0, kBoxIcon, kBoxIcon), Qt::AlignCenter, sign);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+// Boxes that can be seen on a dark ground, with a tick in moonlight; quiet message boxes.
 class NightStyle final : public QProxyStyle {
   public:
     NightStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        switch (metric) {
+            case PM_LayoutLeftMargin:
+            case PM_LayoutTopMargin:
+            case PM_LayoutRightMargin:
+            case PM_LayoutBottomMargin: return kDialogMargin;
+            case PM_MessageBoxIconSize: return kBoxIcon;
+            default: return QProxyStyle::pixelMetric(metric, option, widget);
+        }
+    }
+
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        switch (icon) {
+            case SP_MessageBoxWarning: return boxIcon(palette::kMoonlight, QStringLiteral("!"));
+            case SP_MessageBoxCritical: return boxIcon(palette::kRecord, QStringLiteral("!"));
+            case SP_MessageBoxInformation:
+                return boxIcon(palette::kModules[0].light, QStringLiteral("i"));
+            default: return QProxyStyle::standardIcon(icon, option, widget);
+        }
+    }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {

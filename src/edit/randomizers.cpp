@@ -6,7 +6,7 @@
 #include <random>
 
 #include "core/song_track.h"
-#include "panel/app_shell.h"
+#include "panel/form_parts.h"
 #include "panel/refresh.h"
 #include "playback/engine_component.h"
 #include "playback/song_moves.h"
@@ -173,10 +173,8 @@ void marluneRandomPattern::describe(FormBuilder& builder) {
     for (CheckBox& box : Check1) builder.checkBox(box);
     builder.endRow();
     builder.endFrame();
-    builder.beginRow();
-    builder.button(Command1, FormBuilder::Role::accept, [this] { Command1_Click(); });
-    builder.button(Command2, FormBuilder::Role::reject, [this] { Command2_Click(); });
-    builder.endRow();
+    okCancelRow(
+        builder, Command1, [this] { Command1_Click(); }, Command2, [this] { Command2_Click(); });
 }
 
 void marluneRandomPattern::Form_Load() {
@@ -185,18 +183,14 @@ void marluneRandomPattern::Form_Load() {
 
 void marluneRandomPattern::Form_Activate() {
     Text1.text = "4";
-    Label2.text = "[ Starting at Bar:" + std::to_string(barOf(songTick) + 1) + "  ]";
+    Label2.text = startingBarText();
 }
 
 void marluneRandomPattern::Command1_Click() {
-    if (!isNumeric(Text1.text)) {
-        shell().messageBox("Enter the number of Bars to randomize (1 to 1000)", BoxIcon::information,
-                           BoxButtons::ok);
-        return;
-    }
+    const auto bars = enteredBars(Text1, "Enter the number of Bars to randomize (1 to 1000)");
+    if (!bars) return;
     const int bar = barOf(songTick);
-    const int count = std::clamp(leadingInteger(Text1.text), 1, kSongBars - bar);
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < *bars; ++i) {
         for (int m = 0; m < kModules; ++m) {
             if (!Check1[m].checked) continue;
             SongBar& entry = barTrack[m][bar + i];

@@ -6,6 +6,7 @@
 #include "edit/clipboard.h"
 #include "midi/global_config.h"
 #include "panel/app_shell.h"
+#include "panel/form_parts.h"
 #include "panel/refresh.h"
 #include "playback/pattern_push.h"
 #include "playback/song_moves.h"
@@ -136,10 +137,8 @@ void marlunePatternCopy::describe(FormBuilder& builder) {
     builder.label(Label2);
     builder.checkBox(Check1);
     builder.endFrame();
-    builder.beginRow();
-    builder.button(Command1, FormBuilder::Role::accept, [this] { Command1_Click(); });
-    builder.button(Command2, FormBuilder::Role::reject, [this] { Command2_Click(); });
-    builder.endRow();
+    okCancelRow(
+        builder, Command1, [this] { Command1_Click(); }, Command2, [this] { Command2_Click(); });
 }
 
 void marlunePatternCopy::Form_Load() {
@@ -149,19 +148,16 @@ void marlunePatternCopy::Form_Load() {
 void marlunePatternCopy::Form_Activate() {
     caption = std::string("Copy Pattern [") + kModuleNames[editSel] + "]";
     Text1.text = std::to_string(songClipboard.copyBarCount);
-    Label2.text = "[ Starting at Bar:" + std::to_string(barOf(songTick) + 1) + "  ]";
+    Label2.text = startingBarText();
 }
 
 void marlunePatternCopy::Command1_Click() {
-    if (!isNumeric(Text1.text)) {
-        shell().messageBox("Enter the number of Bars to copy (1 to 1000)", BoxIcon::information,
-                           BoxButtons::ok);
-        return;
-    }
+    const auto bars = enteredBars(Text1, "Enter the number of Bars to copy (1 to 1000)");
+    if (!bars) return;
     SongClipboard& clip = songClipboard;
     const int bar = barOf(songTick);
     clip.copyModule = editSel;
-    clip.copyBarCount = std::clamp(leadingInteger(Text1.text), 1, kSongBars - bar);
+    clip.copyBarCount = *bars;
     std::copy_n(barTrack[editSel].begin() + bar, clip.copyBarCount, clip.copyBars.begin());
     songCopyStatus = std::string("SONG COPY: ( ") + kModuleNames[editSel] + " Patterns ";
     clip.copyKnobLast = 0;

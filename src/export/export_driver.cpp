@@ -7,6 +7,7 @@
 #include "export/export_sequencer.h"
 #include "midi/midi_input.h"
 #include "panel/app_shell.h"
+#include "panel/form_parts.h"
 #include "panel/refresh.h"
 #include "playback/transport.h"
 #include "util/files.h"
@@ -141,10 +142,8 @@ void marluneExport::describe(FormBuilder& builder) {
     builder.textBox(Label1.text, Text1, 6);
     builder.label(Label2);
     builder.endFrame();
-    builder.beginRow();
-    builder.button(Command1, FormBuilder::Role::accept, [this] { Command1_Click(); });
-    builder.button(Command2, FormBuilder::Role::reject, [this] { Command2_Click(); });
-    builder.endRow();
+    okCancelRow(
+        builder, Command1, [this] { Command1_Click(); }, Command2, [this] { Command2_Click(); });
 }
 
 void marluneExport::Form_Load() {
@@ -153,18 +152,15 @@ void marluneExport::Form_Load() {
 
 void marluneExport::Form_Activate() {
     Text1.text = std::to_string(exportBars);
-    Label2.text = "[ Starting at Bar:" + std::to_string(barOf(songTick) + 1) + "  ]";
+    Label2.text = startingBarText();
     Command1.enabled = true;
 }
 
 bool marluneExport::Command1_Click() {
-    if (!isNumeric(Text1.text)) {
-        shell().messageBox("Enter the number of Bars to export (1 to 1000)", BoxIcon::information,
-                           BoxButtons::ok);
-        return false;
-    }
+    const auto bars = enteredBars(Text1, "Enter the number of Bars to export (1 to 1000)");
+    if (!bars) return false;
     const int exportStartBar = barOf(songTick);
-    exportBars = std::clamp(leadingInteger(Text1.text), 1, kSongBars - exportStartBar);
+    exportBars = *bars;
     Command1.enabled = false;
     hide();
     shell().letEventsRun();

@@ -8,6 +8,7 @@
 #include "midi/midi_input.h"
 #include "midi/midi_output.h"
 #include "panel/app_shell.h"
+#include "panel/form_parts.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "playback/engine_component.h"
@@ -150,10 +151,8 @@ void MIDISetupForm::describe(FormBuilder& builder) {
     builder.comboBox("Sync Only", ComboSyncOut);
     builder.textBox("Playback Delay(+/-4ticks)", syncOffsetCheck, 4);
     builder.endFrame();
-    builder.beginRow();
-    builder.button(CmdOk, FormBuilder::Role::accept, [this] { cmdOK_Click(); });
-    builder.button(CmdCancel, FormBuilder::Role::reject, [this] { cmdCancel_Click(); });
-    builder.endRow();
+    okCancelRow(
+        builder, CmdOk, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
 }
 
 void MIDISetupForm::Form_Activate() {

@@ -8,6 +8,7 @@
 #include "midi/global_config.h"
 #include "midi/midi_input.h"
 #include "panel/app_shell.h"
+#include "panel/form_parts.h"
 #include "panel/shown_state.h"
 #include "playback/engine_component.h"
 #include "util/text_number.h"
@@ -56,13 +57,6 @@ void knobRow(FormBuilder& builder, TextBox* boxes, int first, const char* const*
     for (int k = 0; k < count; ++k) {
         builder.textBox(labels[k], boxes[first + k], 4, gotFocus ? gotFocus(first + k) : FormEvent{});
     }
-    builder.endRow();
-}
-
-void okCancelRow(FormBuilder& builder, Button& ok, FormEvent accept, Button& cancel, FormEvent reject) {
-    builder.beginRow();
-    builder.button(ok, FormBuilder::Role::accept, std::move(accept));
-    builder.button(cancel, FormBuilder::Role::reject, std::move(reject));
     builder.endRow();
 }
 

@@ -127,6 +127,13 @@ void enableSongKnobs(bool enabled) {
     for (int knob = 0; knob < kSongLockedKnobs; ++knob) showEnabled(Control::knobSprite, knob, enabled);
 }
 
+void endRecording() {
+    recordOn = false;
+    if (!songMode) return;
+    enableSongKnobs(false);
+    refreshRec();
+}
+
 void loadKnobs() {
     for (int knob = 0; knob < kFirstDrumKnob; ++knob) showFrame(Control::knobSprite, knob, 0);
     for (int knob = kFirstDrumKnob; knob < kKnobs; ++knob)

@@ -89,7 +89,7 @@ void hit(const Row& row) {
 
 // The common end of both rewinds.
 void rewind() {
-    if (recordOn) disarmRecording();
+    if (recordOn) endRecording();
     showPressed(Control::ResetButton);
     refreshRec();
     moveSongBack(barOf(songTick), true, false);

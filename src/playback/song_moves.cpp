@@ -55,7 +55,7 @@ void moveSong(int signedCount, bool byBars, bool keepRecord) {
     } else {
         showText(Control::microDisplay, 0, "[ " + std::to_string(position % kTicksPerBar + 1) + "/16]");
     }
-    if (!keepRecord) recordOn = false;
+    if (!keepRecord) endRecording();
     songTick = position;
     refreshKnobsAtSongTick();
     for (int m = 0; m < kModules; ++m) placeModule(m);
@@ -92,7 +92,7 @@ void applySongBar() {
 void rewindSong() {
     songTick = 0;
     SetSongTick32(0);
-    recordOn = false;
+    endRecording();
     knobsFromTrack(0);
     for (int m = 0; m < kModules; ++m) setCurrentAndCue(m, barBank(m, 0), barPatt(m, 0));
     DisplaySongTime(0);

@@ -16,12 +16,7 @@ int interval = 0;
 void placeSong() {
     songTick = barLine(songTick);
     SetSongTick32(songTick);
-    for (int m = 0; m < kModules; ++m) {
-        SetCurrPatt32(m, barPatt(m, songTick));
-        SetCurrGroup32(m, barBank(m, songTick));
-        SetCurrBarPatt32(m, barPatt(m, songTick));
-        SetCurrBarGroup32(m, barBank(m, songTick));
-    }
+    for (int m = 0; m < kModules; ++m) sendSongBar(m);
     holdSongTick = true;
 }
 
@@ -55,6 +50,13 @@ void runTimerAt(int tempo) {
     tempo = std::clamp(tempo, kMinTempo, kMaxTempo);
     SetMarluneTempo32(tempo);
     QuenTimer(stepMilliseconds(tempo));
+}
+
+void sendSongBar(int module) {
+    SetCurrPatt32(module, barPatt(module, songTick));
+    SetCurrGroup32(module, barBank(module, songTick));
+    SetCurrBarPatt32(module, barPatt(module, songTick));
+    SetCurrBarGroup32(module, barBank(module, songTick));
 }
 
 int timerInterval() {

@@ -11,6 +11,9 @@ void QuenTimer(int stepMs);
 // Sends the tempo (40..240) and starts or re-times the timer with the step length of it.
 void runTimerAt(int tempo);
 
+// Tells the component which bank and pattern a module plays in the bar of the song position.
+void sendSongBar(int module);
+
 int timerInterval(); // step length in ms last given; 0 while the timer is stopped
 void resetTimerControl();
 

@@ -36,8 +36,9 @@ void releaseBassNotes() {
     for (int m = 0; m < kBassModules; ++m) midiNoteOn(channelOf(m), project.bass[m].lastNote, 0);
 }
 
-void endRecordingPass() {
-    if (songMode && recordOn) disarmRecording();
+void endSongRecording() {
+    stopSongRecording();
+    endRecording();
 }
 
 void start() {
@@ -45,15 +46,16 @@ void start() {
     for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
     for (BassModule& bass : project.bass) bass.lastPatch = kNoPatch;
     MidiMsgEnable(false);
-    showFrame(Control::startStopButton, 0, 1);
     transportRunning = true;
+    showFrame(Control::startStopButton, 0, 1);
+    refreshPlaySong();
     drawBudgetMs = stepMilliseconds(std::clamp<int>(project.tempo, kMinTempo, kMaxTempo)) / 2;
     beginTicking(project.tempo);
 }
 
 void stopAndTakeCues() {
     transportRunning = false;
-    endRecordingPass();
+    if (songMode && recordOn) endRecording();
     QuenTimer(0);
     releaseBassNotes();
     placeSteps(Tell::nobody);
@@ -68,6 +70,7 @@ void stopAndTakeCues() {
     MidiMsgEnable(true);
     moduleStep = {};
     showFrame(Control::startStopButton, 0, 0);
+    refreshPlaySong();
 }
 
 } // namespace
@@ -93,13 +96,9 @@ void StopPlay() {
         // A step before the bar's first counts back from 15, not from 16.
         moduleStep[m] = static_cast<std::int16_t>(songMode ? 0 : step < 0 ? step + kSteps - 1 : step);
     }
-    endRecordingPass();
+    if (songMode && recordOn) endRecording();
     showFrame(Control::startStopButton, 0, 0);
-}
-
-void disarmRecording() {
-    recordOn = false;
-    enableSongKnobs(false);
+    refreshPlaySong();
 }
 
 void PlayHit_Click() {
@@ -112,7 +111,7 @@ void startStopButton_Click() {
         return;
     }
     if (transportRunning) {
-        stopSongRecording();
+        endSongRecording();
         StopPlay();
     } else {
         playButton();
@@ -133,14 +132,14 @@ void playSongButton_DblClick() {
 void stopButton_Hit() {
     showFrame(Control::stopButton, 0, songFrame() + 1);
     delay();
-    if (songMode) stopSongRecording();
+    if (songMode) endSongRecording();
     StopPlay();
     refreshTransport();
 }
 
 void stopButton_MouseDown() {
     if (!songMode) return;
-    stopSongRecording();
+    endSongRecording();
     StopPlay();
     refreshTransport();
     showFrame(Control::stopButton, 0, songFrame() + 1);
@@ -153,8 +152,7 @@ void stopButton_MouseUp() {
 void recButton_Click() {
     if (!songMode) return;
     if (recordOn) {
-        stopSongRecording();
-        disarmRecording();
+        endSongRecording();
     } else {
         stopSongRecording();
         projectDirty = true;

@@ -19,7 +19,4 @@ void stopButton_MouseUp();
 void recButton_Click();
 void RecButton_DblClick();
 
-// Ends recording without touching what was recorded, and locks the knobs again.
-void disarmRecording();
-
 } // namespace marlune

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "core/song_track.h"
+#include "edit/song_tools.h"
 #include "midi/midi_input.h"
 #include "panel/mode_switch.h"
 #include "panel/panel_events.h"
@@ -133,6 +134,19 @@ TEST(Recording, ArmsOnlyInSongModeAndFreesTheKnobs) {
     EXPECT_TRUE(recordOn);
     recButton_Click();
     EXPECT_FALSE(recordOn || shownEnabled(Control::knobSprite, 0));
+    // Whatever ends recording puts out the lamp and locks the knobs.
+    for (const auto end : {stopButton_Hit, startStopButton_Click, Check1_Click, mnuToolsInitBarfromPatt_Click}) {
+        if (!songMode) Check1_Click();
+        recButton_Click();
+        playSongButton_Click();
+        program.play(2);
+        end();
+        EXPECT_FALSE(recordOn);
+        EXPECT_EQ(shownFrame(Control::RecButton, 0), songMode ? 1 : 0);
+        EXPECT_EQ(shownEnabled(Control::knobSprite, 0), !songMode);
+        StopPlay();
+        EXPECT_EQ(shownFrame(Control::playSongButton, 0), songMode ? 1 : 0);
+    }
 }
 
 } // namespace
