@@ -5,7 +5,7 @@
 #include <atomic>
 #include <string>
 
-#include "engine/spsc_ring.h"
+#include "util/spsc_ring.h"
 #include "engine/wire_log.h"
 
 namespace marlune {

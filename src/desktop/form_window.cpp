@@ -24,7 +24,7 @@ namespace {
 
 constexpr int kFollowMs = 100;  // how soon a form hidden by others loses its window
 constexpr int kLineHeight = 26; // of what stands beside boxes
-constexpr int kModule = 84;     // width of a cell in a row, the gap behind it included
+constexpr int kModule = 28;     // cells of a row are whole modules wide, the gap behind them included
 constexpr int kGap = 10;
 constexpr int kSlackColumn = 20; // takes what a row leaves free; buttons at a row's end stand behind it
 constexpr int kEnter = 13;

@@ -37,14 +37,10 @@ QDialog QLabel#caption { color: #C2CBD5; font-size: 12px; }
 QGroupBox { color: #C2CBD5; border: 1px solid #2F3741; border-radius: 8px; margin-top: 8px; padding: 8px 0 0 0;
             font-weight: 600; }
 QGroupBox::title { subcontrol-origin: margin; left: 12px; padding: 0 4px; font-weight: 600; }
-QLineEdit, QComboBox { background: #0A0E12; color: #F3E9CF; border: 1px solid #07090C; border-radius: 5px;
+QLineEdit { background: #0A0E12; color: #F3E9CF; border: 1px solid #07090C; border-radius: 5px;
                        padding: 4px 7px; selection-background-color: #3F5966; }
-QLineEdit:focus, QComboBox:focus { border: 1px solid #EDF1F5; }
-QLineEdit:disabled, QComboBox:disabled { color: #7F8A96; }
-QComboBox { padding-right: 22px; }
-QComboBox::drop-down { border: none; width: 22px; }
-QComboBox::down-arrow { image: none; width: 0; height: 0; border-left: 4px solid transparent;
-                        border-right: 4px solid transparent; border-top: 5px solid #C2CBD5; }
+QLineEdit:focus { border: 1px solid #EDF1F5; }
+QLineEdit:disabled { color: #7F8A96; }
 QComboBox QAbstractItemView { background: #1B2129; color: #EDF1F5; selection-background-color: #33404C; }
 QCheckBox { color: #EDF1F5; spacing: 7px; }
 QCheckBox:focus { color: #F3E9CF; }
@@ -123,6 +119,37 @@ class NightStyle final : public QProxyStyle {
                 return boxIcon(palette::kModules[0].light, QStringLiteral("i"));
             default: return QProxyStyle::standardIcon(icon, option, widget);
         }
+    }
+
+    // Lists look like the fields beside them, with a chevron.
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        if (control != CC_ComboBox)
+            return QProxyStyle::drawComplexControl(control, option, painter, widget);
+        const bool awake = option->state.testFlag(State_Enabled);
+        const bool focused = option->state.testFlag(State_HasFocus);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QColor::fromRgb(focused ? palette::kText : rgb(0x07090C)));
+        painter->setBrush(QColor(0x0A0E12));
+        painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), 5, 5);
+        painter->setPen(QPen(QColor::fromRgb(awake ? palette::kCaption : palette::kSymbolOff), 1.6,
+                             Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        const QPointF c(option->rect.right() - 13, option->rect.center().y() + 0.5);
+        painter->drawPolyline(
+            QPolygonF{{c.x() - 4, c.y() - 2}, {c.x(), c.y() + 2.4}, {c.x() + 4, c.y() - 2}});
+        painter->restore();
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+        if (element != CE_ComboBoxLabel || combo == nullptr)
+            return QProxyStyle::drawControl(element, option, painter, widget);
+        QStyleOptionComboBox lit(*combo);
+        if (option->state.testFlag(State_Enabled))
+            lit.palette.setColor(QPalette::ButtonText, QColor::fromRgb(palette::kMoonlight));
+        QProxyStyle::drawControl(element, &lit, painter, widget);
     }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -15,7 +15,7 @@
 #include "engine/engine_core.h"
 #include "engine/playback_engine.h"
 #include "engine/semaphore.h"
-#include "engine/spsc_ring.h"
+#include "util/spsc_ring.h"
 
 namespace marlune {
 

@@ -1,4 +1,5 @@
 // A bounded queue between two threads, one of which only pushes and the other only pops. Neither ever waits.
+// A side may pass to another thread while its first one stands still.
 #pragma once
 
 #include <atomic>
@@ -33,9 +34,17 @@ class SpscRing {
         return true;
     }
 
-    // Popping thread.
+    // Popping thread. The oldest value, null where there is none; it stays until pop().
+    const T* front() const noexcept {
+        const std::size_t tail = tail_.load(std::memory_order_relaxed);
+        return tail == head_.load(std::memory_order_acquire) ? nullptr : &slots_[tail % Capacity];
+    }
+    void pop() noexcept { tail_.fetch_add(1, std::memory_order_release); }
+    void clear() noexcept { tail_.store(head_.load(std::memory_order_acquire), std::memory_order_release); }
+
+    // Any thread; a snapshot.
     bool empty() const noexcept {
-        return tail_.load(std::memory_order_relaxed) == head_.load(std::memory_order_acquire);
+        return tail_.load(std::memory_order_acquire) == head_.load(std::memory_order_acquire);
     }
 
   private:
