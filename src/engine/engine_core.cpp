@@ -93,13 +93,19 @@ void EngineCore::setPort(Role role, OutputPort* port, std::int64_t nowNs) noexce
 void EngineCore::midi(Role role, const MidiMessage& message) noexcept {
     OutputPort* const seqPort = ports_[indexOf(Role::seq)];
     const bool oneDevice = seqPort != nullptr && seqPort == ports_[indexOf(Role::sync)];
-    deliver(role, message);
-    if (role == Role::sync && !oneDevice) deliver(Role::seq, message);
+    send(role, message);
+    log(role, message);
+    if (role != Role::sync) return;
+    if (!oneDevice) send(Role::seq, message);
+    log(Role::seq, message); // the log doesn't depend on the devices
 }
 
-void EngineCore::deliver(Role role, const MidiMessage& message) noexcept {
+void EngineCore::send(Role role, const MidiMessage& message) noexcept {
     OutputPort* const port = ports_[indexOf(role)];
     if (port != nullptr) port->send(message, time_);
+}
+
+void EngineCore::log(Role role, const MidiMessage& message) noexcept {
     if (log_ != nullptr)
         log_->sent(firstStep_ == kNever ? -kStartDelayNs : time_ - firstStep_, role, message);
 }

@@ -44,7 +44,8 @@ class EngineCore final : private MidiSink {
     enum class State : std::uint8_t { standing, waiting, playing, halted };
 
     void midi(Role role, const MidiMessage& message) noexcept override;
-    void deliver(Role role, const MidiMessage& message) noexcept;
+    void send(Role role, const MidiMessage& message) noexcept;
+    void log(Role role, const MidiMessage& message) noexcept;
     Sinks sinks() noexcept { return {*this, messages_}; }
     void takeRate(int periodMs) noexcept;
     void start(int periodMs) noexcept;
