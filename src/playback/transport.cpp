@@ -46,6 +46,7 @@ void start() {
     for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
     for (BassModule& bass : project.bass) bass.lastPatch = kNoPatch;
     MidiMsgEnable(false);
+    if (transportRunning) return; // another start came with the events let through
     transportRunning = true;
     showFrame(Control::startStopButton, 0, 1);
     refreshPlaySong();

@@ -5,7 +5,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "desktop/accessible.h"
 #include "desktop/control_words.h"
 #include "desktop/mock_state.h"
 #include "desktop/panel_widget.h"
@@ -21,7 +20,6 @@ std::string clickAt(const std::string& where) {
 class PanelWidgetTest : public testing::Test {
   protected:
     PanelWidgetTest() {
-        installPanelAccessibility();
         panel.showState(patternMoment());
         panel.show();
         panel.setFocus();
