@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace marlune;
     static const test::TemporaryFolder folder;
     test::writeBytes(folder.file("in.mlp"), {data, data + size});
-    test::TestProgram program;
+    test::TestProgram program({.recorded = false});
     loadProjectFile(folder.file("in.mlp"));
     if (!program.copyDifference().empty()) std::abort();
     playButton();

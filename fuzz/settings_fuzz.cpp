@@ -41,6 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     test::writeBytes(folder.file("labels.cfg"), {labels, stream});
     test::Options options;
     options.configFolder = folder.path;
+    options.recorded = false;
     test::TestProgram program(options);
     const auto count = static_cast<std::size_t>(end - stream);
     deliver(program, stream, count / 2);

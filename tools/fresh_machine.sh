@@ -55,19 +55,16 @@ outside() {
 
 # ---- inside: a process tree and mounts of our own
 
-# in_root USER COMMAND...: with a bare environment, as after a login without a display.
-in_root() {
-    local user=$1
-    shift
-    chroot --userspec="$user" "$root" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb CI=true \
-        bash -c 'cd /checkout && exec "$@"' - "$@" </dev/null
-}
+# in_root COMMAND...: as root in the fresh system, with a bare environment, as after a login without a display.
+bare=(/usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb CI=true
+    bash -c 'cd /checkout && exec "$@"' -)
+in_root() { chroot "$root" "${bare[@]}" "$@" </dev/null; }
 
 # Starts ./run, waits for the sentence, lets it play on for some seconds and ends it. Tells the time to the sentence.
 run_plays() {
     local name=$1 seconds=$2 began pid log="$root/run.log"
     began=$(now_ms)
-    in_root root:root ./run >"$log" 2>&1 &
+    chroot "$root" "${bare[@]}" ./run >"$log" 2>&1 </dev/null &
     pid=$!
     until grep -q "There is no display here" "$log"; do
         kill -0 $pid 2>/dev/null || { cat "$log" && die "$name: ./run ended without playing"; }
@@ -91,7 +88,7 @@ inside() {
     mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts" || exit 1
 
     local began told
-    told=$(in_root nobody:nogroup ./run) && die "a plain user without sudo cannot have installed packages"
+    told=$(chroot --userspec=nobody:nogroup "$root" "${bare[@]}" ./run </dev/null) && die "a plain user without sudo cannot have installed packages"
     grep -q "Please install them as root" <<<"$told" || die "a plain user is not told what to do: $told"
     echo "a plain user without sudo: refused, and told what to install"
 
@@ -99,7 +96,7 @@ inside() {
     run_plays "second run" 2
     for turn in first second; do
         began=$(now_ms)
-        in_root root:root ./test || die "$turn test failed"
+        in_root ./test || die "$turn test failed"
         took=$((($(now_ms) - began) / 1000))
         echo "$turn test: $took s"
         [ $took -lt $((limit_minutes * 60)) ] || die "$turn test took more than $limit_minutes minutes"

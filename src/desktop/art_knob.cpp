@@ -24,7 +24,7 @@ struct CapStyle {
 
 CapStyle capOf(const Look& look) {
     switch (look.variant) {
-        case 2: return {palette::kModules[look.module].knobCap, rgb(0x0C1013)};
+        case kModuleCap: return {palette::kModules[look.module].knobCap, rgb(0x0C1013)};
         case 3: return {palette::kKnobPale, rgb(0x12161B)};
         default: return {palette::kKnobDark, palette::kText};
     }
@@ -75,11 +75,19 @@ void skirt(const Ink& ink, QPointF centre, double k, double angle) {
 } // namespace
 
 void paintKnob(const Ink& ink, const Look& look, const QRectF& box) {
+    paintKnobRing(ink, look, box);
+    paintKnobCap(ink, look, box);
+}
+
+void paintKnobRing(const Ink& ink, const Look& look, const QRectF& box) {
+    valueArc(ink, look, box.center(), box.width() / 50);
+}
+
+void paintKnobCap(const Ink& ink, const Look& look, const QRectF& box) {
     const double k = box.width() / 50;
     const QPointF centre = box.center();
     const double angle = kStart + kSweep * std::min<int>(look.frame, kLastFrame) / kLastFrame;
     const CapStyle style = capOf(look);
-    valueArc(ink, look, centre, k);
     skirt(ink, centre, k, angle);
     ink.disc(centre, 13 * k, style.face);
     ink.ring(centre, 12.6 * k, palette::kCapRim, 0.9);

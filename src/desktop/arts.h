@@ -28,7 +28,9 @@ void paintBracket(const Ink& ink, const Look& look, const QRectF& box);
 void paintLamp(const Ink& ink, const Look& look, const QRectF& box);
 // art_keys.cpp, art_knob.cpp
 void paintKeys(const Ink& ink, const Look& look, const QRectF& box);
-void paintKnob(const Ink& ink, const Look& look, const QRectF& box);
+void paintKnob(const Ink& ink, const Look& look, const QRectF& box); // both layers
+void paintKnobRing(const Ink& ink, const Look& look, const QRectF& box);
+void paintKnobCap(const Ink& ink, const Look& look, const QRectF& box);
 // art_fields.cpp
 void paintPatternField(const Ink& ink, const Look& look, const QRectF& box);
 void paintNumberField(const Ink& ink, const Look& look, const QRectF& box);

@@ -62,8 +62,8 @@ FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(for
 
 // --- layout
 
-// Lines of a frame stand below each other. Lines of one kind in succession share a grid: rows have their columns
-// in common, captions theirs.
+// Lines of a frame stand below each other. Lines of one kind in succession share a grid: rows have their
+// columns in common, captions theirs.
 QGridLayout* FormWindow::linesOf(Lines kind) {
     Frame& frame = frames_.back();
     if (frame.kind == kind) return frame.grid;

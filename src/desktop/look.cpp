@@ -10,13 +10,14 @@ namespace marlune {
 namespace {
 
 // In the order of Art; the ground has no box of its own.
-constexpr std::array<ArtPainter, 24> kPainters{
+constexpr std::array<ArtPainter, 26> kPainters{
     nullptr,       paintChannel, paintArrow,        paintHalo,        paintRail,      paintBracket,
     paintLamp,     paintKeys,    paintStepCap,      paintBankCap,     paintOctaveCap, paintDrumCap,
     paintPad,      paintKnob,    paintPatternField, paintNumberField, paintNoteField, paintTempoField,
     paintBarField, paintPill,    paintModeSwitch,   paintStartStop,   paintTransport, paintTitle,
+    paintKnobRing, paintKnobCap,
 };
-static_assert(kPainters.size() == static_cast<std::size_t>(Art::title) + 1);
+static_assert(kPainters.size() == static_cast<std::size_t>(Art::knobCap) + 1);
 
 } // namespace
 

@@ -35,6 +35,8 @@ enum class Art : std::uint8_t {
     startStop,
     transport,
     title,
+    knobRing, // the two layers of a knob, kept one by one
+    knobCap,
 };
 
 // Marks of a look.
@@ -49,6 +51,8 @@ enum Mark : std::uint16_t {
     kSong = 128,
     kCued = 256, // differs from what plays now
 };
+
+inline constexpr int kModuleCap = 2; // variant of a knob: its cap has the colour of its module
 
 struct Look {
     Art art = Art::ground;

@@ -50,7 +50,8 @@ std::string commandLine(const QStringList& arguments) {
 // The manual: beside the program, where it is installed, or in the sources that it was built from.
 QString helpFile() {
     const QString folder = QApplication::applicationDirPath();
-    for (const char* place : {"/marlune.html", "/../share/marlune200q/help.html", "/../../../packaging/help.html"}) {
+    for (const char* place :
+         {"/marlune.html", "/../share/marlune200q/help.html", "/../../../packaging/help.html"}) {
         if (QFileInfo::exists(folder + place)) return folder + place;
     }
     return {};

@@ -117,9 +117,8 @@ void PanelWidget::paintEvent(QPaintEvent* event) {
         for (std::size_t i = 0; i < pieces.size(); ++i) {
             const Look& look = shown_[i];
             if (look.art == Art::halo && !look.is(kLit)) continue;
-            const DeviceRect area = deviceRect(pieces[i], sprites_.scale());
-            if (part.intersects(widgetRect(area)))
-                painter.drawPixmap(area.x, area.y, sprites_.picture(pieces[i], look));
+            if (part.intersects(widgetRect(deviceRect(pieces[i], sprites_.scale()))))
+                sprites_.draw(painter, pieces[i], look);
         }
     }
     painter.setClipping(false);

@@ -1,6 +1,7 @@
 #include "desktop/scene.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "desktop/ink.h"
@@ -40,6 +41,34 @@ void paintPiece(QPainter& painter, const Piece& piece, const Look& look, double 
                   (area.height - 2 * margin) / scale);
     }
     painter.restore();
+}
+
+std::array<KnobLayer, 5> knobLayers(const Look& knob, const DeviceRect& area) {
+    // The first and the last frame that differs from its neighbours in a quarter, from the left bottom
+    // clockwise; light reaches three frames beyond the end of the arc.
+    constexpr std::array<std::array<std::int16_t, 2>, 4> kFrames{{{0, 12}, {5, 30}, {23, 48}, {41, 53}}};
+    const int left = area.width / 2;
+    const int top = area.height / 2;
+    std::array<KnobLayer, 5> layers;
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        KnobLayer& layer = layers[quarter];
+        layer.look = knob;
+        layer.look.art = Art::knobRing;
+        layer.look.variant = static_cast<std::uint8_t>(quarter);
+        layer.look.marks = static_cast<std::uint16_t>(knob.marks & (kHover | kAsleep));
+        layer.look.frame = std::clamp(knob.frame, kFrames[quarter][0], kFrames[quarter][1]);
+        const bool right = quarter >= 2;
+        const bool below = quarter == 0 || quarter == 3;
+        layer.crop = {right ? left : 0, below ? top : 0, right ? area.width - left : left,
+                      below ? area.height - top : top};
+    }
+    KnobLayer& cap = layers[4];
+    cap.look = knob;
+    cap.look.art = Art::knobCap;
+    if (knob.variant != kModuleCap) cap.look.module = 0; // the other caps are alike everywhere
+    const int reach = area.width / 3 + 2;
+    cap.crop = {left - reach, top - reach, 2 * reach, area.height - top + reach};
+    return layers;
 }
 
 void paintPanel(QPainter& painter, const PanelState& state, const Touch& touch, double scale) {

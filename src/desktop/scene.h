@@ -4,6 +4,7 @@
 // shown state alone, so whatever differs between two states is found by comparing looks.
 #pragma once
 
+#include <array>
 #include <span>
 #include <vector>
 
@@ -36,6 +37,14 @@ struct DeviceRect {
     int x, y, width, height;
 };
 DeviceRect deviceRect(const Piece& piece, double scale);
+
+// A knob in layers: the ring by quarters, each telling only the frames that show in it, and the cap. Far
+// fewer pictures than one for each frame of each knob. crop: within the rectangle of the whole.
+struct KnobLayer {
+    Look look;
+    DeviceRect crop;
+};
+std::array<KnobLayer, 5> knobLayers(const Look& knob, const DeviceRect& area);
 
 // The whole panel on a painter without a transformation.
 void paintPanel(QPainter& painter, const PanelState& state, const Touch& touch, double scale);

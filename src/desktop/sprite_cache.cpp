@@ -4,18 +4,29 @@
 
 namespace marlune {
 
-QPixmap SpriteCache::picture(const Piece& piece, const Look& look) {
+void SpriteCache::draw(QPainter& painter, const Piece& piece, const Look& look) {
+    const DeviceRect area = deviceRect(piece, scale_);
+    if (piece.art != Art::knob) {
+        painter.drawPixmap(area.x, area.y, picture(piece, look, {0, 0, area.width, area.height}));
+        return;
+    }
+    for (const KnobLayer& layer : knobLayers(look, area))
+        painter.drawPixmap(area.x + layer.crop.x, area.y + layer.crop.y,
+                           picture(piece, layer.look, layer.crop));
+}
+
+QPixmap SpriteCache::picture(const Piece& piece, const Look& look, const DeviceRect& crop) {
     const DeviceRect area = deviceRect(piece, scale_);
     const Key key{look, area.width, area.height};
     if (const QPixmap* known = pixmaps_.object(key)) return *known;
-    QPixmap pixmap(area.width, area.height);
+    QPixmap pixmap(crop.width, crop.height);
     if (piece.art != Art::ground) pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.translate(-area.x, -area.y);
+    painter.translate(-area.x - crop.x, -area.y - crop.y);
     paintPiece(painter, piece, look, scale_);
     painter.end();
     // The cache may drop a picture that is larger than itself; the copy stays good.
-    pixmaps_.insert(key, new QPixmap(pixmap), static_cast<qsizetype>(area.width) * area.height * 4);
+    pixmaps_.insert(key, new QPixmap(pixmap), static_cast<qsizetype>(crop.width) * crop.height * 4);
     return pixmap;
 }
 

@@ -14,8 +14,8 @@ class SpriteCache {
 
     SpriteCache() : pixmaps_(kBudget) {}
 
-    // The piece's picture at the scale in use; painted on first use.
-    QPixmap picture(const Piece& piece, const Look& look);
+    // Draws the piece at the scale in use, on a painter in device pixels; painted on first use.
+    void draw(QPainter& painter, const Piece& piece, const Look& look);
     // Drops everything when the scale is another one.
     void setScale(double scale);
     [[nodiscard]] double scale() const { return scale_; }
@@ -23,11 +23,14 @@ class SpriteCache {
 
     struct Key {
         Look look;
-        int width, height; // device pixels
+        int width, height; // of the whole piece, device pixels
         bool operator==(const Key&) const = default;
     };
 
   private:
+    // crop: within the piece's rectangle.
+    QPixmap picture(const Piece& piece, const Look& look, const DeviceRect& crop);
+
     QCache<Key, QPixmap> pixmaps_;
     double scale_ = 1;
 };

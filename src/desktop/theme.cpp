@@ -115,8 +115,7 @@ class NightStyle final : public QProxyStyle {
         switch (icon) {
             case SP_MessageBoxWarning: return boxIcon(palette::kMoonlight, QStringLiteral("!"));
             case SP_MessageBoxCritical: return boxIcon(palette::kRecord, QStringLiteral("!"));
-            case SP_MessageBoxInformation:
-                return boxIcon(palette::kModules[0].light, QStringLiteral("i"));
+            case SP_MessageBoxInformation: return boxIcon(palette::kModules[0].light, QStringLiteral("i"));
             default: return QProxyStyle::standardIcon(icon, option, widget);
         }
     }
@@ -124,8 +123,7 @@ class NightStyle final : public QProxyStyle {
     // Lists look like the fields beside them, with a chevron.
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override {
-        if (control != CC_ComboBox)
-            return QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (control != CC_ComboBox) return QProxyStyle::drawComplexControl(control, option, painter, widget);
         const bool awake = option->state.testFlag(State_Enabled);
         const bool focused = option->state.testFlag(State_HasFocus);
         painter->save();

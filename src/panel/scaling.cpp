@@ -33,9 +33,10 @@ Placement marluneScaling::moveControl(const Placement& at) const {
 }
 
 Placement marluneScaling::centerControl(const Placement& at) const {
-    const int x = resizeX(at.left + at.width / 2);
-    const int y = resizeY(at.top + at.height / 2);
-    return {x - at.width / 2, y - at.height / 2, at.width, at.height};
+    const int halfWidth = at.width / 2;
+    const int halfHeight = at.height / 2;
+    return {resizeX(at.left + halfWidth) - halfWidth, resizeY(at.top + halfHeight) - halfHeight, at.width,
+            at.height};
 }
 
 marluneScaling scalingFor(double twipsPerPixelX, double twipsPerPixelY) {

@@ -15,6 +15,8 @@
 #include "support/test_program.h"
 #include "util/files.h"
 
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 namespace marlune {
 namespace {
 
@@ -151,6 +153,22 @@ TEST(ProjectFile, MakesWildValuesSafeAndCarriesTheRest) {
     playButton();
     program.play(64);
     StopPlay();
+}
+
+// Cut and bent in deterministic ways; what the fuzzer looks at aborts where something is wrong.
+TEST(ProjectFile, CutAndBentOnesPlayAndComeBackAsSavedOnce) {
+    const auto whole = readBytes(MARLUNE_EXAMPLES "/tide_pool.mlp");
+    ASSERT_GT(whole.size(), 40000U);
+    std::mt19937 random(11);
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, kCountAt - 1, kCountAt, kEntriesAt,
+                                   kEntriesAt + 5, std::size_t{30000}, whole.size() - 1}) {
+        EXPECT_EQ(LLVMFuzzerTestOneInput(whole.data(), size), 0);
+    }
+    for (int round = 0; round < 20; ++round) {
+        auto bent = whole;
+        for (int n = 0; n < 200; ++n) bent[random() % bent.size()] = static_cast<std::uint8_t>(random());
+        EXPECT_EQ(LLVMFuzzerTestOneInput(bent.data(), bent.size()), 0);
+    }
 }
 
 TEST(ProjectFile, OpensInTheModeOfTheLastSave) {

@@ -26,7 +26,7 @@ QImage paint(const PanelState& state, const Touch& touch = {}) {
     QPainter painter(&image);
     for (const Piece& piece : panelPieces()) {
         const DeviceRect at = deviceRect(piece, 1);
-        painter.drawPixmap(at.x, at.y, sprites.picture(piece, lookOf(piece, state, touch)));
+        sprites.draw(painter, piece, lookOf(piece, state, touch));
     }
     if (touch.focus != nullptr) paintFocusRing(painter, touch.focus->rect, 1);
     return image;

@@ -6,6 +6,8 @@
 // any other than 100.
 #pragma once
 
+#include <iterator>
+#include <random>
 #include <set>
 #include <sstream>
 #include <string>
@@ -16,19 +18,14 @@
 namespace marlune::test {
 
 inline std::string text(const MidiMessage& m) {
-    const int status = m.bytes[0];
-    const std::string a = std::to_string(m.bytes[1]);
-    const std::string b = std::to_string(m.bytes[2]);
+    const int status = m.bytes[0], channel = status & 15, velocity = m.bytes[2];
+    const std::string a = std::to_string(m.bytes[1]), b = std::to_string(velocity);
     if (status == 0xF2) return "spp" + std::to_string(m.bytes[1] + 128 * m.bytes[2]);
-    if (status >= 0xF8) return status == 0xF8 ? "F8" : std::string("F") + "89ABCDEF"[status - 0xF8];
-    const int channel = status & 15;
-    const std::string head = channel == 0   ? ""
-                             : channel == 1 ? "b:"
-                             : channel == 9 ? "d:"
-                                            : std::to_string(channel) + ':';
+    if (status >= 0xF8) return std::string("F") + "89ABCDEF"[status - 0xF8];
+    std::string head = channel == 1 ? "b:" : channel == 9 ? "d:" : std::to_string(channel) + ':';
+    if (channel == 0) head.clear();
     if ((status & 0xF0) == 0xC0) return head + "pc" + a;
     if ((status & 0xF0) == 0xB0) return head + "cc" + a + '=' + b;
-    const int velocity = m.bytes[2];
     if (velocity == 0) return head + "off" + a;
     return head + "on" + a + (velocity == 127 ? "!" : velocity == 100 ? "" : '@' + b);
 }
@@ -39,24 +36,25 @@ struct Sent {
     MidiMessage message;
 };
 
-// Room is taken beforehand: the live engine's thread writes here.
-struct Recorder final : WireLog {
+// A wire's log, or a port in memory. Room is taken beforehand: the live engine's thread writes here.
+struct Recorder final : WireLog, OutputPort {
     Recorder() { log.reserve(400'000); }
     void sent(std::int64_t ns, Role role, const MidiMessage& message) noexcept override {
         if (log.size() < log.capacity()) log.push_back({ns, role, message});
     }
+    void send(const MidiMessage& m, std::int64_t due) noexcept override { sent(due, Role::seq, m); }
     // What went out on a role since the last take, without the clock stream unless asked for.
     std::string take(Role role, bool clock) {
         std::string line;
         for (const Sent& s : log) {
             if (s.role != role || (!clock && s.message.bytes[0] >= 0xF0)) continue;
-            if (!line.empty()) line += ' ';
-            line += text(s.message);
+            line += (line.empty() ? "" : " ") + text(s.message);
         }
         log.clear();
         return line;
     }
     std::vector<Sent> log;
+    int users = 0;
 };
 
 // Notes that are left on at the end of a log, and the most that were on at once.
@@ -65,11 +63,8 @@ struct Sounding {
         for (const Sent& s : log) {
             if (s.role != Role::seq || (s.message.bytes[0] & 0xF0) != 0x90) continue;
             const std::pair key(s.message.bytes[0], s.message.bytes[1]);
-            if (s.message.bytes[2] == 0) {
-                on.erase(key);
-            } else {
-                on.insert(key);
-            }
+            on.insert(key);
+            if (s.message.bytes[2] == 0) on.erase(key);
             most = std::max(most, on.size());
         }
     }
@@ -77,16 +72,7 @@ struct Sounding {
     std::size_t most = 0;
 };
 
-// Two devices in memory.
 struct MemoryDevices final : OutputDevices {
-    struct Port final : OutputPort {
-        Port() { log.reserve(400'000); }
-        void send(const MidiMessage& message, std::int64_t due) noexcept override {
-            if (log.size() < log.capacity()) log.push_back({due, Role::seq, message});
-        }
-        std::vector<Sent> log;
-        int users = 0;
-    };
     int count() override { return 2; }
     std::string name(int index) override { return "memory " + std::to_string(index); }
     OutputPort* open(int index) override {
@@ -94,8 +80,8 @@ struct MemoryDevices final : OutputDevices {
         ++ports[index].users;
         return &ports[index];
     }
-    void close(OutputPort* port) override { --static_cast<Port*>(port)->users; }
-    std::array<Port, 2> ports;
+    void close(OutputPort* port) override { --static_cast<Recorder*>(port)->users; }
+    std::array<Recorder, 2> ports;
 };
 
 // The record that a component holds before the first call.
@@ -113,31 +99,31 @@ inline ProjectRecord emptyRecord() {
     return record;
 }
 
-inline void setBass(int module, int pattern, const std::string& steps) {
-    std::istringstream in(steps);
-    std::string step;
+inline std::vector<std::string> words(const std::string& text) {
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
+}
+
+inline void setBass(int module, int pattern, const std::string& text) {
     int s = 0;
-    for (; in >> step; ++s) {
-        const bool sharp = step.size() > 1 && step[1] == '#';
+    for (const std::string& step : words(text)) {
         const auto has = [&step](char mark) { return step.find(mark) == std::string::npos ? 0 : -1; };
-        Set103Note32(module, 0, pattern, s, std::string("C D EF G A B").find(step[0]) + (sharp ? 1U : 0U));
+        Set103Note32(module, 0, pattern, s, std::string("C D EF G A B").find(step[0]) + (has('#') ? 1U : 0U));
         Set103NoteOn32(module, 0, pattern, s, ~has('-'));
         Set103Up32(module, 0, pattern, s, has('^'));
         Set103Down32(module, 0, pattern, s, has('_'));
-        Set103Accent32(module, 0, pattern, s, has('!'));
+        Set103Accent32(module, 0, pattern, s++, has('!'));
     }
     Set103Loop32(module, 0, pattern, s - 1);
 }
 
-inline void setDrums(int pattern, const std::string& steps) {
-    std::istringstream in(steps);
-    std::string step;
+inline void setDrums(int pattern, const std::string& text) {
     int s = 0;
-    for (; in >> step; ++s) {
-        for (int row = 0; row < 8; ++row) {
-            Set109bOn32(0, pattern, s, row,
-                        step.find(static_cast<char>('0' + row)) == std::string::npos ? 0 : 1);
+    for (const std::string& step : words(text)) {
+        for (const char row : std::string("01234567")) {
+            Set109bOn32(0, pattern, s, row - '0', step.find(row) == std::string::npos ? 0 : 1);
         }
+        ++s;
     }
     for (int row = 0; row < 8; ++row) Set109DrumNote32(0, pattern, row, 40 + row);
     Set109Loop32(0, pattern, s - 1);
@@ -147,10 +133,15 @@ inline void setDrums(int pattern, const std::string& steps) {
 inline void setPanel() {
     for (int knob = 0; knob < kKnobs; ++knob) {
         DefineController32(knob, -1);
-        const bool accent = knob == 5 || knob == 11 || knob == 19;
-        SetController32(knob, accent ? 127 : 100);
+        SetController32(knob, knob == 5 || knob == 11 || knob == 19 ? 127 : 100);
     }
 }
+
+// The same numbers on every run.
+struct Dice {
+    int operator()(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
+    std::mt19937 random{7};
+};
 
 // An engine in virtual time behind the entry points.
 struct Player {
@@ -184,13 +175,13 @@ struct Player {
         std::ostringstream out;
         for (EngineMessage m; engine.takeMessage(m);) {
             if (out.tellp() > 0) out << ' ';
+            const int steps = m.lParam;
             if (m.message == kTickMessage) {
-                out << 't' << m.wParam << ':' << m.lParam % 16 << ',' << m.lParam / 16 % 16 << ','
-                    << m.lParam / 256;
-            } else {
-                const bool cue = m.message >= kCueMessage;
-                out << (cue ? 'c' : 'p') << m.message % 10 << '=' << m.wParam << '.' << m.lParam;
+                out << 't' << m.wParam << ':' << steps % 16 << ',' << steps / 16 % 16 << ',' << steps / 256;
+                continue;
             }
+            out << (m.message >= kCueMessage ? 'c' : 'p') << m.message % 10 << '=' << m.wParam << '.'
+                << m.lParam;
         }
         return out.str();
     }

@@ -16,6 +16,8 @@
 #include "playback/transport.h"
 #include "support/test_program.h"
 
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 namespace marlune {
 namespace {
 
@@ -119,6 +121,17 @@ TEST(Configuration, AnyContentIsCarriedAndHarmless) {
         for (const std::size_t at : {494U, 495U, 496U, 497U, 514U, 515U}) saved[at] = wild[at];
         EXPECT_EQ(saved, wild) << round;
     }
+}
+
+// What the fuzzer found on its way into every corner of the settings and of the MIDI input.
+TEST(Configuration, TheCorpusOfTheFuzzerHarmsNothing) {
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(MARLUNE_SETTINGS_CORPUS)) {
+        const auto bytes = readBytes(entry.path());
+        EXPECT_EQ(LLVMFuzzerTestOneInput(bytes.data(), bytes.size()), 0) << entry.path();
+        ++files;
+    }
+    EXPECT_GE(files, 20);
 }
 
 TEST(StatusBar, IsSwitchedByItsEntry) {

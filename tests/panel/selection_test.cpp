@@ -90,7 +90,7 @@ TEST(Selection, NothingIsRecordedPastTheLastBar) {
 TEST(DigitDrag, PassesThroughThePatternsAndStartsFromTheCueWhilePlaying) {
     TestProgram program;
     projectDirty = false;
-    program.drag(Control::DigitPatt, 2, 2000, 2000 - 1100 * 4 / 7 - 1, 8);
+    program.drag(Control::DigitPatt, 2, 2000, 2000 - 1100 * 4.0 / 7 - 1, 8);
     EXPECT_EQ(project.bass[1].currPatt, 4);
     EXPECT_EQ(editSel, 1);
     EXPECT_FALSE(projectDirty); // a drag leaves the mark alone, a key sets it

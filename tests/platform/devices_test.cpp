@@ -5,12 +5,12 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <set>
 #include <sstream>
 
 #include "platform/device_memory.h"
 #include "platform/play_clock.h"
 #include "platform/port_names.h"
+#include "support/counting_sink.h"
 
 namespace marlune {
 namespace {
@@ -41,7 +41,8 @@ class FakeSystem : public PortSystem {
     explicit FakeSystem(const std::string& shown) : shown_(ports(shown)) {}
     void show(const std::string& text) { shown_ = ports(text); }
     bool shows(const std::string& address) const {
-        return std::any_of(shown_.begin(), shown_.end(), [&](const Port& p) { return p.address == address; });
+        const auto isIt = [&](const Port& port) { return port.address == address; };
+        return address == "virtual" || std::any_of(shown_.begin(), shown_.end(), isIt);
     }
     Ports outputs() override { return shown_; }
     Ports inputs() override { return shown_; }
@@ -55,8 +56,7 @@ class FakeSystem : public PortSystem {
     }
     OutputLink& virtualOutput() override { return virtual_; }
     std::unique_ptr<InputLink> openVirtualInput(InputSink& sink) override {
-        sinks["virtual"] = &sink;
-        return std::make_unique<In>(*this, "virtual");
+        return openInput("virtual", sink);
     }
     void poll() override {}
 
@@ -65,21 +65,22 @@ class FakeSystem : public PortSystem {
     std::map<std::string, InputSink*> sinks;
 
   private:
-    struct Out : OutputLink {
-        Out(FakeSystem& s, std::string a) : system(s), address(std::move(a)) {}
-        void send(const MidiMessage& message, std::int64_t) noexcept override {
-            if (alive()) system.log += address + ":" + hex(message);
-        }
-        bool alive() noexcept override { return address == "virtual" || system.shows(address); }
+    template <class Kind>
+    struct Link : Kind {
+        Link(FakeSystem& s, std::string a) : system(s), address(std::move(a)) {}
+        bool alive() noexcept override { return system.shows(address); }
         FakeSystem& system;
         std::string address;
     };
-    struct In : InputLink {
-        In(FakeSystem& s, std::string a) : system(s), address(std::move(a)) {}
+    struct Out : Link<OutputLink> {
+        using Link::Link;
+        void send(const MidiMessage& message, std::int64_t) noexcept override {
+            if (alive()) system.log += address + ":" + hex(message);
+        }
+    };
+    struct In : Link<InputLink> {
+        using Link::Link;
         ~In() override { system.sinks.erase(address); }
-        bool alive() noexcept override { return address == "virtual" || system.shows(address); }
-        FakeSystem& system;
-        std::string address;
     };
     Ports shown_;
     Out virtual_{*this, "virtual"};
@@ -101,9 +102,7 @@ struct World {
     std::string poll() {
         std::vector<std::string> texts;
         changed = outputs.poll(texts);
-        std::string all;
-        for (const std::string& text : texts) all += text;
-        return all;
+        return texts.empty() ? "" : texts[0];
     }
     SystemPlayClock clock;
     FakeSystem jack, alsa;
@@ -132,7 +131,7 @@ TEST(PortNames, AreTheSameWhicheverSystemShowsThePort) {
     EXPECT_FALSE(isBridgedPort("Hydrogen-midi:RX"));
 }
 
-TEST(DeviceLists, AnIndexKeepsItsDeviceOverPlugging) {
+TEST(DeviceLists, AnIndexKeepsItsDeviceOverPluggingAndRestarts) {
     World world("A@1, B@2");
     EXPECT_EQ(world.outputs.name(0), "Built-in synthesizer");
     EXPECT_EQ(world.outputs.name(1), "Marlune 200Q Out");
@@ -153,9 +152,7 @@ TEST(DeviceLists, AnIndexKeepsItsDeviceOverPlugging) {
     }
     world.poll();
     EXPECT_FALSE(world.changed);
-}
-
-TEST(DeviceLists, AnIndexKeepsItsDeviceOverRestarts) {
+    // Over restarts as well.
     World first("A@1, B@2, C@3");
     ASSERT_NE(first.outputs.open(3), nullptr);
     EXPECT_EQ(first.outputs.remembered(), (std::vector<std::string>{"A", "B"}));
@@ -205,10 +202,7 @@ TEST(OpenDevices, ReturnWithTheirNotesReleased) {
 }
 
 TEST(OpenDevices, InputsReturnToo) {
-    struct Sink : InputSink {
-        void received(const MidiMessage&) noexcept override { ++count; }
-        int count = 0;
-    } sink;
+    test::CountingSink sink;
     World world("A@1");
     std::vector<std::string> texts;
     ASSERT_TRUE(world.inputs.open(1, sink));

@@ -33,7 +33,8 @@ TEST(Navigation, AShortPressMovesOnceAndALongOneRepeats) {
     EXPECT_EQ(songTick, 160);
     const int from = songTick;
     hold(program, Control::FwdStep, 1000); // 200 ms flash, 138 ms wait, then one each 69 ms
-    EXPECT_NEAR(songTick - from, 1 + (1000 - 338) / 70 + 1, 1);
+    const int moved = 1 + (1000 - 338) / 70 + 1;
+    EXPECT_NEAR(songTick - from, moved, 1);
     EXPECT_EQ(shownFrame(Control::FwdStep, 0), 1);
     const int before = songTick;
     hold(program, Control::RwdStep, 600);

@@ -156,7 +156,7 @@ TEST(Tick, ARecordedChoiceIsCopiedOnBarByBar) {
     recButton_Click();
     playButton();
     program.play(3);
-    program.drag(Control::DigitPatt, 0, 1000, 1000 - 1100 * 3 / 7 - 2, 1);
+    program.drag(Control::DigitPatt, 0, 1000, 1000 - 1100 * 3.0 / 7 - 2, 1);
     panelPointer(Control::bank109, 2, {});
     EXPECT_EQ(barPatt(0, 16), 3);
     program.play(16 * 3);

@@ -4,7 +4,6 @@
 #include <random>
 
 namespace marlune::test {
-
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -19,7 +18,7 @@ class Stream {
     void noise(int count) {
         for (int i = 0; i < count; ++i) put(static_cast<int>(random_()));
     }
-    void noiseUpTo(int index) { noise(index - kStreamIndex - static_cast<int>(data_.size())); }
+    void goTo(int index) { noise(index - kStreamIndex - static_cast<int>(data_.size())); }
     void putNoisy(int byte, int free) { put(byte | (static_cast<int>(random_()) & free)); }
     [[nodiscard]] Bytes packed() const {
         Bytes out;
@@ -39,11 +38,13 @@ class Stream {
     std::minstd_rand random_{7};
 };
 
-void putLengths(Stream& stream, const std::array<int, 32>& lengths) {
+void putLengths(Stream& stream, int index, const std::array<int, 32>& lengths) {
+    stream.goTo(index);
     for (std::size_t i = 0; i < 32; i += 2) stream.put((lengths[i] - 1) << 4 | (lengths[i + 1] - 1));
 }
 
-void putBass(Stream& stream, const RbsBass& bass) {
+void putBass(Stream& stream, int index, const RbsBass& bass) {
+    stream.goTo(index);
     for (const int value : bass.knobs) stream.put(value);
     stream.noise(8);
     for (const auto& pattern : bass.steps) {
@@ -57,7 +58,8 @@ void putBass(Stream& stream, const RbsBass& bass) {
     }
 }
 
-void putDrums(Stream& stream, const RbsDrums& drums) {
+void putDrums(Stream& stream, int index, const RbsDrums& drums) {
+    stream.goTo(index);
     for (const auto& pattern : drums.hits) {
         for (const auto& row : pattern) {
             for (std::size_t s = 0; s < 16; s += 4) {
@@ -76,15 +78,15 @@ void putTrack(Bytes& file, const RbsTrack& track) {
         const int delta = event.time - now;
         now = event.time;
         if (delta > 128) data.push_back(static_cast<std::uint8_t>(128 + delta / 128));
-        for (const int byte : {delta > 128 ? delta % 128 : delta, event.parameter, event.value}) {
-            data.push_back(static_cast<std::uint8_t>(byte));
-        }
+        data.push_back(static_cast<std::uint8_t>(delta > 128 ? delta % 128 : delta));
+        data.push_back(static_cast<std::uint8_t>(event.parameter));
+        data.push_back(static_cast<std::uint8_t>(event.value));
     }
-    const std::size_t size = data.size() + 6;
-    for (const std::size_t byte : {std::size_t{'T'}, std::size_t{'R'}, std::size_t{'K'}, std::size_t{'L'},
-                                   size >> 24, size >> 16, size >> 8, size, std::size_t{77}}) {
-        file.push_back(static_cast<std::uint8_t>(byte));
+    file.insert(file.end(), {'T', 'R', 'K', 'L'});
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        file.push_back(static_cast<std::uint8_t>((data.size() + 6) >> shift));
     }
+    file.push_back(77);
     file.insert(file.end(), data.begin(), data.end());
     file.insert(file.end(), 5, 78);
 }
@@ -142,18 +144,12 @@ std::vector<std::uint8_t> rbsFile(const RbsSong& song) {
     file[154] = static_cast<std::uint8_t>(song.bars % 128);
     file[155] = static_cast<std::uint8_t>(song.bars % 256 / 128);
     Stream stream;
-    stream.noiseUpTo(381);
-    putLengths(stream, song.basses[0].lengths);
-    stream.noiseUpTo(413);
-    putLengths(stream, song.basses[1].lengths);
-    stream.noiseUpTo(445);
-    putLengths(stream, song.drums.lengths);
-    stream.noiseUpTo(487);
-    putBass(stream, song.basses[0]);
-    stream.noiseUpTo(487 + 4096);
-    putBass(stream, song.basses[1]);
-    stream.noiseUpTo(8710);
-    putDrums(stream, song.drums);
+    putLengths(stream, 381, song.basses[0].lengths);
+    putLengths(stream, 413, song.basses[1].lengths);
+    putLengths(stream, 445, song.drums.lengths);
+    putBass(stream, 487, song.basses[0]);
+    putBass(stream, 487 + 4096, song.basses[1]);
+    putDrums(stream, 8710, song.drums);
     stream.noise(7);
     const Bytes packed = stream.packed();
     file.insert(file.end(), packed.begin(), packed.end());

@@ -62,11 +62,11 @@ std::vector<Stretch> stretches(const RbsTrack& track) {
         const RbsEvent& e = track.events[i];
         const bool last = i + 1 == track.events.size();
         if (!last && e.parameter != 14 && e.parameter != 15) continue;
-        const bool change = !last && e.parameter == 14;
-        const bool nowOn = last || change ? on : e.value == 1;
-        if (last || change || !nowOn) heard = pattern;
-        if (last || change ? on : !nowOn) result.push_back({from, e.time, heard, i + 1});
-        if (change) pattern = e.value;
+        const bool toggles = !last && e.parameter == 15;
+        const bool nowOn = toggles ? e.value == 1 : on;
+        if (!toggles || !nowOn) heard = pattern;
+        if (toggles ? !nowOn : on) result.push_back({from, e.time, heard, i + 1});
+        if (!last && !toggles) pattern = e.value;
         on = nowOn;
         from = e.time;
     }
@@ -111,13 +111,14 @@ std::string knobModel(const RbsSong& song, int unit, const UnitOptions& options)
 
 std::string drumModel(const RbsSong& song, int channel) {
     struct Voice {
-        int row, note, level, pairSwitch, when;
+        int row, note, level, pairSwitch = 0;
+        bool when = false;
     };
     constexpr Voice kVoices[] = {
-        {1, 36, 17, 0, 0},  {2, 38, 20, 0, 0},  {3, 64, 23, 25, 1}, {3, 36, 23, 25, 0},
-        {4, 63, 26, 28, 1}, {4, 47, 26, 28, 0}, {5, 62, 29, 31, 1}, {5, 50, 29, 31, 0},
-        {6, 75, 32, 33, 1}, {6, 37, 32, 33, 0}, {7, 44, 34, 35, 1}, {7, 75, 34, 35, 0},
-        {8, 56, 36, 0, 0},  {9, 51, 37, 0, 0},  {10, 46, 40, 0, 0}, {11, 42, 42, 0, 0}};
+        {1, 36, 17},           {2, 38, 20},     {3, 64, 23, 25, true}, {3, 36, 23, 25},
+        {4, 63, 26, 28, true}, {4, 47, 26, 28}, {5, 62, 29, 31, true}, {5, 50, 29, 31},
+        {6, 75, 32, 33, true}, {6, 37, 32, 33}, {7, 44, 34, 35, true}, {7, 75, 34, 35},
+        {8, 56, 36},           {9, 51, 37},     {10, 46, 40},          {11, 42, 42}};
     std::string text = nameLine(5, "808 ");
     for (const Stretch& s : stretches(song.tracks[2])) {
         std::map<int, int> last;
@@ -127,17 +128,12 @@ std::string drumModel(const RbsSong& song, int channel) {
         for (int half = 0; half < s.to - s.from; ++half) {
             const auto& rows = song.drums.hits[s.pattern];
             const std::size_t step = half / 2 % song.drums.lengths[s.pattern];
-            const auto put = [&](int note, int velocity) {
-                text +=
-                    line(5, 15 * (s.from + half), {(half % 2 == 0 ? 0x8F : 0x7F) + channel, note, velocity});
-            };
-            const bool accented = rows[0][step];
-            if (accented) put(0, 0);
+            const int status = (half % 2 == 0 ? 0x8F : 0x7F) + channel, at = 15 * (s.from + half);
+            const double more = rows[0][step] ? std::nearbyint(last[16] * 28 / 128.0) : 0;
+            if (rows[0][step]) text += line(5, at, {status, 0, 0});
             for (const Voice& v : kVoices) {
-                if (!rows[v.row][step] || (v.pairSwitch != 0 && (last[v.pairSwitch] > 0) != (v.when == 1)))
-                    continue;
-                put(v.note, last[v.level] * 100 / 128 +
-                                (accented ? static_cast<int>(std::nearbyint(last[16] * 28 / 128.0)) : 0));
+                if (!rows[v.row][step] || (v.pairSwitch != 0 && (last[v.pairSwitch] > 0) != v.when)) continue;
+                text += line(5, at, {status, v.note, last[v.level] * 100 / 128 + static_cast<int>(more)});
             }
         }
     }

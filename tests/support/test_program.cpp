@@ -126,7 +126,7 @@ TestProgram::TestProgram(const Options& options) : engine(&devices), recorder(en
     setAppShell(&shell);
     setPanelView(&view);
     resetProgram();
-    setEngineComponent(&recorder);
+    setEngineComponent(options.recorded ? static_cast<EngineComponent*>(&recorder) : &engine);
     setOutputDevices(&devices);
     MIDIIn1.attach(&devices, -1);
     setConfigFolder(options.configFolder);

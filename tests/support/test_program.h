@@ -104,6 +104,7 @@ class MemoryDevices final : public OutputDevices, public InputDevices {
 
 struct Options {
     bool devicesChosen = true; // output 0 and input 0 are open
+    bool recorded = true;      // calls() tells of the calls; keeping them takes a third of a start's time
     std::string configFolder;
     std::string commandLine;
 };

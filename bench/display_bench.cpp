@@ -1,0 +1,117 @@
+// Display work of a tick: all twenty knobs change at every tick, until they are painted.
+//
+// display_bench [ZOOM...]: per cent, 200 by default. Beside it, in the same run: the same area copied from
+// pixmaps and copied as plain memory.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QPainter>
+#include <QThread>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "desktop/main_window.h"
+#include "desktop/panel_widget.h"
+#include "desktop/qt_shell.h"
+#include "desktop/theme.h"
+#include "panel/panel_events.h"
+
+// The panel's reports lead nowhere here.
+namespace marlune {
+void panelPointer(Control /*control*/, int /*index*/, const PointerEvent& /*event*/) {}
+void panelWheel(Control /*control*/, int /*index*/, int /*steps*/) {}
+void panelPress(Control /*control*/, int /*index*/) {}
+void Form_KeyDown(int /*code*/, int /*shift*/) {}
+void Form_KeyUp(int /*code*/, int /*shift*/) {}
+void panelFocusLost() {}
+void menuClicked(Menu /*menu*/) {}
+} // namespace marlune
+
+namespace {
+
+using namespace marlune;
+
+constexpr int kTickUs = 60'000'000 / 240 / 4; // a sixteenth at 240 beats a minute
+constexpr int kTicks = 320;
+constexpr int kKnobs = 20;
+constexpr int kFrames = 54;
+
+class Times {
+  public:
+    void add(const QElapsedTimer& since) { ms_.push_back(static_cast<double>(since.nsecsElapsed()) / 1e6); }
+    void print(const char* what) {
+        std::sort(ms_.begin(), ms_.end());
+        std::printf("  %-34s p50 %6.2f  p99 %6.2f  max %6.2f ms\n", what, at(0.5), at(0.99), ms_.back());
+    }
+
+  private:
+    [[nodiscard]] double at(double part) const {
+        return ms_[static_cast<std::size_t>(part * static_cast<double>(ms_.size() - 1))];
+    }
+    std::vector<double> ms_;
+};
+
+void timeTicks(MainWindow& window, Times& times) {
+    PanelWidget& panel = window.panel();
+    QElapsedTimer clock;
+    for (int tick = 0; tick < kTicks; ++tick) {
+        QThread::usleep(kTickUs);
+        QApplication::processEvents();
+        clock.start();
+        for (int knob = 0; knob < kKnobs; ++knob)
+            panel.showFrame(Control::knobSprite, knob, (tick * 5 + knob * 7) % kFrames);
+        QApplication::processEvents();
+        times.add(clock);
+    }
+}
+
+void timeCopies(int side, Times& pixmaps, Times& memory) {
+    QPixmap knob(side, side);
+    knob.fill(Qt::transparent);
+    QImage ground(side * kKnobs, side, QImage::Format_ARGB32_Premultiplied);
+    std::vector<char> from(static_cast<std::size_t>(side) * side * 4 * kKnobs, 1);
+    std::vector<char> to(from.size());
+    QElapsedTimer clock;
+    for (int round = 0; round < kTicks; ++round) {
+        clock.start();
+        QPainter painter(&ground);
+        for (int i = 0; i < kKnobs; ++i) painter.drawPixmap(i * side, 0, knob);
+        painter.end();
+        pixmaps.add(clock);
+        clock.start();
+        std::memcpy(to.data(), from.data(), from.size());
+        memory.add(clock);
+        from[static_cast<std::size_t>(round)] = to[to.size() - 1 - static_cast<std::size_t>(round)];
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    applyTheme(app);
+    resetMenus();
+    QtShell shell;
+    setAppShell(&shell);
+    shell.window().show();
+    std::vector<int> zooms;
+    for (const QString& word : QApplication::arguments().mid(1)) zooms.push_back(word.toInt());
+    if (zooms.empty()) zooms.push_back(200);
+    for (const int zoom : zooms) {
+        shell.window().setZoom(zoom);
+        shell.window().repaint();
+        Times warming, ticks, pixmaps, memory;
+        timeTicks(shell.window(), warming);
+        timeTicks(shell.window(), ticks);
+        timeCopies(54 * zoom / 100, pixmaps, memory);
+        std::printf("%d %% on %s, cache %.1f MB\n", zoom, qPrintable(QApplication::platformName()),
+                    static_cast<double>(shell.window().panel().sprites().bytes()) / 1e6);
+        warming.print("tick, pictures seen first");
+        ticks.print("tick");
+        pixmaps.print("the same area by drawPixmap");
+        memory.print("the same area by memcpy");
+    }
+    return 0;
+}
