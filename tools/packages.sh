@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # What the program needs from Debian, for run and test to source: nothing is downloaded from anywhere else.
 
 RUN_PACKAGES="g++ cmake ninja-build pkg-config qt6-base-dev librtmidi-dev libjack-jackd2-dev

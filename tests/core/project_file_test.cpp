@@ -1,29 +1,11 @@
-#include "core/project_file.h"
-
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <random>
-
-#include "core/song_track.h"
-#include "panel/mode_switch.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
-#include "util/files.h"
+#include "support/program_test.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace marlune {
 namespace {
-
-using test::readBytes;
-using test::TemporaryFolder;
-using test::TestProgram;
-using test::writeBytes;
 
 constexpr std::size_t kCountAt = 19232;
 constexpr std::size_t kEntriesAt = 19236;

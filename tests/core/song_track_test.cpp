@@ -1,16 +1,7 @@
-#include "core/song_track.h"
-
-#include <gtest/gtest.h>
-
-#include "panel/mode_switch.h"
-#include "panel/shown_state.h"
-#include "playback/song_moves.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 TEST(SongTrack, FollowersAndStepsAtTheEdges) {
     clearSongTracks();

@@ -1,21 +1,7 @@
-#include "core/startup.h"
-
-#include <gtest/gtest.h>
-
-#include "core/default_project.h"
-#include "core/project_file.h"
-#include "core/song_track.h"
-#include "midi/global_config.h"
-#include "panel/mode_switch.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TemporaryFolder;
-using test::TestProgram;
 
 TEST(Startup, LeavesACleanNewProjectWhoseCopyTheComponentHas) {
     TestProgram program;

@@ -25,7 +25,6 @@ QImage paint(const PanelState& state, const Touch& touch = {}) {
     QImage image(kPanelWidth, kPanelHeight, QImage::Format_RGB32);
     QPainter painter(&image);
     for (const Piece& piece : panelPieces()) {
-        const DeviceRect at = deviceRect(piece, 1);
         sprites.draw(painter, piece, lookOf(piece, state, touch));
     }
     if (touch.focus != nullptr) paintFocusRing(painter, touch.focus->rect, 1);
@@ -180,6 +179,35 @@ TEST(PanelPicture, RepaintingPiecesEndsInTheWholePicture) {
         widget.screen()->grabWindow(widget.winId()).toImage().convertToFormat(QImage::Format_RGB32);
     EXPECT_EQ(window, paint(widget.state()));
     EXPECT_LE(widget.sprites().bytes(), SpriteCache::kBudget);
+}
+
+// What the cache puts together from quarters and caps is the knob as it is painted in one go.
+TEST(Knobs, ThePictureFromLayersIsTheWholePictureInEveryFrame) {
+    const auto pieces = panelPieces();
+    for (const double scale : {0.5, 1.0, 1.25, 3.0}) {
+        SpriteCache sprites;
+        sprites.setScale(scale);
+        for (const Piece& piece : pieces) {
+            if (piece.art != Art::knob || piece.index % 5 != 0) continue;
+            const DeviceRect area = deviceRect(piece, scale);
+            Look look = lookOf(piece, patternMoment(), {});
+            for (look.frame = 0; look.frame < 54; ++look.frame) {
+                QImage whole(area.width, area.height, QImage::Format_RGB32);
+                whole.fill(0x202830);
+                QImage layered = whole;
+                QPainter one(&whole);
+                one.translate(-area.x, -area.y);
+                paintPiece(one, piece, look, scale);
+                QPainter two(&layered);
+                two.translate(-area.x, -area.y);
+                sprites.draw(two, piece, look);
+                one.end();
+                two.end();
+                EXPECT_EQ(difference(whole, layered, {0, 0, area.width, area.height}), 0)
+                    << "knob " << piece.index << " frame " << look.frame << " scale " << scale;
+            }
+        }
+    }
 }
 
 } // namespace

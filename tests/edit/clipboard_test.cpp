@@ -1,23 +1,7 @@
-#include "edit/clipboard.h"
-
-#include <gtest/gtest.h>
-
-#include "core/clipboard_state.h"
-#include "edit/calculator.h"
-#include "edit/randomizers.h"
-#include "edit/song_tools.h"
-#include "panel/menus.h"
-#include "panel/mode_switch.h"
-#include "panel/refresh.h"
-#include "panel/shown_state.h"
-#include "panel/step_editing.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 // Opens the copy dialog, enters and presses OK.
 void copyBars(TestProgram& program, const char* count, bool knobs) {

@@ -1,23 +1,7 @@
-#include "edit/transforms.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstring>
-
-#include "core/song_track.h"
-#include "core/step_rules.h"
-#include "edit/randomizers.h"
-#include "panel/mode_switch.h"
-#include "panel/refresh.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 TEST(Transpose, MovesThePitchByOneUntilItsEnds) {
     for (int note = 0; note <= 12; ++note) {

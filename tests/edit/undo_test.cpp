@@ -1,23 +1,7 @@
-#include "edit/undo_history.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
-
-#include "core/default_project.h"
-#include "core/song_track.h"
-#include "edit/musical_state.h"
-#include "edit/song_tools.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 TEST(Undo, OneStepPerGesture) {
     TestProgram program;

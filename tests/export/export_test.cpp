@@ -1,29 +1,13 @@
-#include "export/export_driver.h"
-
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
-
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <random>
 
-#include "core/project_file.h"
-#include "core/song_track.h"
+#include "export/export_driver.h"
 #include "export/export_sequencer.h"
-#include "midi/global_config.h"
-#include "panel/mode_switch.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::readBytes;
-using test::TemporaryFolder;
-using test::TestProgram;
 
 void randomProject(unsigned seed) {
     std::mt19937 random(seed);

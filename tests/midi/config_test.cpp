@@ -1,30 +1,11 @@
-#include "midi/config_file.h"
-
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstring>
-#include <filesystem>
-#include <random>
-
-#include "core/run_state.h"
-#include "edit/song_tools.h"
-#include "midi/global_config.h"
-#include "panel/menus.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace marlune {
 namespace {
-
-using test::readBytes;
-using test::TemporaryFolder;
-using test::TestProgram;
-using test::writeBytes;
 
 std::vector<std::uint8_t> textBytes(const std::string& text) {
     return {text.begin(), text.end()};

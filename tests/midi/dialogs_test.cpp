@@ -1,22 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
-#include "core/run_state.h"
-#include "midi/config_file.h"
-#include "midi/global_config.h"
-#include "midi/midi_devices.h"
-#include "midi/midi_input.h"
-#include "midi/setup_dialogs.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TemporaryFolder;
-using test::TestProgram;
 
 TEST(OutputDialog, RepairsItsEntriesOnOk) {
     const struct {

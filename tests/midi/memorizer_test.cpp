@@ -1,19 +1,7 @@
-#include "midi/memorizer.h"
-
-#include <gtest/gtest.h>
-
-#include "core/run_state.h"
-#include "midi/global_config.h"
-#include "midi/midi_input.h"
-#include "panel/mode_switch.h"
-#include "panel/selection.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 std::string stateOf(const marluneSnapShot& form) {
     std::string text = form.currMidiMessageText.text;

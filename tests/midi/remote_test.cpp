@@ -1,23 +1,7 @@
-#include "midi/remote_control.h"
-
-#include <gtest/gtest.h>
-
-#include <thread>
-
-#include "core/song_track.h"
-#include "midi/global_config.h"
-#include "midi/midi_devices.h"
-#include "midi/midi_input.h"
-#include "panel/mode_switch.h"
-#include "panel/refresh.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 TEST(RemoteNotes, PressThePanelAsMapped) {
     TestProgram program;

@@ -1,22 +1,7 @@
-#include <gtest/gtest.h>
-
-#include "core/song_track.h"
-#include "panel/key_slider.h"
-#include "panel/knobs.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/refresh.h"
-#include "panel/scaling.h"
-#include "panel/selection.h"
-#include "panel/shown_state.h"
-#include "panel/step_editing.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 // What one action on a step says to the component and leaves on the panel.
 struct StepRow {

@@ -1,19 +1,8 @@
 // Every row of the key table in pattern and song mode, stopped and running, with its effect.
-#include <gtest/gtest.h>
-
-#include "core/song_track.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/selection.h"
-#include "panel/shown_state.h"
-#include "panel/step_editing.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 // The effect of a key as text: what it changed, what the component heard, how many controls it showed.
 struct Snapshot {

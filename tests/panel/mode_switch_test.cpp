@@ -1,21 +1,7 @@
-#include "panel/mode_switch.h"
-
-#include <gtest/gtest.h>
-
-#include <cstring>
-
-#include "core/song_track.h"
-#include "panel/menus.h"
-#include "panel/panel_events.h"
-#include "panel/selection.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 TEST(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
     TestProgram program;

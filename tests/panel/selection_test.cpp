@@ -1,18 +1,7 @@
-#include "panel/selection.h"
-
-#include <gtest/gtest.h>
-
-#include "core/song_track.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/shown_state.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 // One selection in each state: what it says, and where the module's current and cued digits stand after it.
 struct SelectionRow {

@@ -1,19 +1,7 @@
-#include "playback/navigation.h"
-
-#include <gtest/gtest.h>
-
-#include "core/song_track.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/shown_state.h"
-#include "playback/timer_control.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 // Holds a button for so many ms, in the time of the test.
 void hold(TestProgram& program, Control button, int ms) {

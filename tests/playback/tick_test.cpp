@@ -1,21 +1,7 @@
-#include "playback/tick.h"
-
-#include <gtest/gtest.h>
-
-#include "core/song_track.h"
-#include "panel/knobs.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/shown_state.h"
-#include "playback/engine_link.h"
-#include "playback/timer_control.h"
-#include "playback/transport.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 TEST(EngineLink, UnpacksStepsAndFollowsPatternsAndCues) {
     TestProgram program;

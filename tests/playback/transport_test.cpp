@@ -1,22 +1,7 @@
-#include "playback/transport.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <sstream>
-
-#include "core/song_track.h"
-#include "edit/song_tools.h"
-#include "midi/midi_input.h"
-#include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "panel/shown_state.h"
-#include "support/test_program.h"
+#include "support/program_test.h"
 
 namespace marlune {
 namespace {
-
-using test::TestProgram;
 
 std::string sprites() {
     std::string text;
@@ -135,7 +120,8 @@ TEST(Recording, ArmsOnlyInSongModeAndFreesTheKnobs) {
     recButton_Click();
     EXPECT_FALSE(recordOn || shownEnabled(Control::knobSprite, 0));
     // Whatever ends recording puts out the lamp and locks the knobs.
-    for (const auto end : {stopButton_Hit, startStopButton_Click, Check1_Click, mnuToolsInitBarfromPatt_Click}) {
+    for (const auto end :
+         {stopButton_Hit, startStopButton_Click, Check1_Click, mnuToolsInitBarfromPatt_Click}) {
         if (!songMode) Check1_Click();
         recButton_Click();
         playSongButton_Click();
