@@ -5,8 +5,8 @@
 #include <atomic>
 #include <string>
 
-#include "util/spsc_ring.h"
 #include "engine/wire_log.h"
+#include "util/spsc_ring.h"
 
 namespace marlune {
 

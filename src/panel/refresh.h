@@ -34,7 +34,8 @@ void refreshRec();
 // Locks or frees the knobs that song mode takes from the hand: 0..18. Knob 19 stays free.
 void enableSongKnobs(bool enabled);
 
-// Recording is over, whatever ended it: the lamp goes out and song mode takes its knobs back. The tracks stay.
+// Recording is over, whatever ended it: the lamp goes out and song mode takes its knobs back. The tracks
+// stay.
 void endRecording();
 
 // First look of a freshly built panel.
