@@ -97,8 +97,18 @@ JackClient::~JackClient() {
 }
 
 void JackClient::poll() {
-    if (client_ != nullptr && !online()) close();
-    if (client_ == nullptr) open();
+    if (client_ != nullptr && !online()) {
+        close();
+        eagerPolls_ = kEagerPolls;
+    }
+    if (client_ != nullptr) return;
+    // Looking for a server costs milliseconds: every time only while one that was there may return.
+    if (eagerPolls_ > 0) {
+        --eagerPolls_;
+    } else if (lazyPolls_++ % kLazyPolls != 0) {
+        return;
+    }
+    open();
 }
 
 bool JackClient::open() {

@@ -97,6 +97,10 @@ class JackClient : public PortSystem {
     static constexpr int kLanes = 8; // 0 is the virtual port
 
     SystemPlayClock& clock_;
+    static constexpr int kEagerPolls = 60; // after a server has left
+    static constexpr int kLazyPolls = 5;   // otherwise one in so many looks
+    int eagerPolls_ = 0;
+    int lazyPolls_ = 0;
     jack_client_t* client_ = nullptr;
     std::uint32_t session_ = 0; // counts the servers seen; a link of an earlier one is dead
     std::atomic<bool> online_{false};

@@ -2,14 +2,33 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace marlune {
 
 namespace {
+
+// Whether a sound server may be there: trying its driver costs a synthesizer, looking for its socket nothing.
+bool hasSocket(const char* variable, const char* name) {
+    if (std::getenv(variable) != nullptr) return true;
+    const char* folder = std::getenv("XDG_RUNTIME_DIR");
+    const std::string runtime = folder != nullptr ? folder : "/run/user/" + std::to_string(getuid());
+    return access((runtime + name).c_str(), F_OK) == 0;
+}
+
+struct SoundServer {
+    const char* driver;
+    bool (*mayRun)();
+};
+constexpr SoundServer kServers[] = {
+    {"pipewire", [] { return hasSocket("PIPEWIRE_REMOTE", "/pipewire-0"); }},
+    {"pulseaudio", [] { return hasSocket("PULSE_SERVER", "/pulse/native"); }},
+};
 
 constexpr int kUsualRate = 48000;
 constexpr int kPeriod = 256;
@@ -93,8 +112,8 @@ void Synth::poll() {
 void Synth::start() {
     stalledPolls_ = 0;
     if (!sound_ || startJack()) return;
-    for (const char* name : {"pipewire", "pulseaudio"})
-        if (startDriver(name)) return;
+    for (const SoundServer& server : kServers)
+        if (server.mayRun() && startDriver(server.driver)) return;
     if (hasSoundCard()) startDriver("alsa");
 }
 
