@@ -4,9 +4,17 @@
 
 namespace marlune {
 
+namespace {
+
+// Up to this scale all frames of all knobs fit the cache as whole pictures, which are quicker to draw than
+// their layers.
+constexpr double kWholeKnobScale = 2;
+
+} // namespace
+
 void SpriteCache::draw(QPainter& painter, const Piece& piece, const Look& look) {
     const DeviceRect area = deviceRect(piece, scale_);
-    if (piece.art != Art::knob) {
+    if (piece.art != Art::knob || scale_ <= kWholeKnobScale) {
         painter.drawPixmap(area.x, area.y, picture(piece, look, {0, 0, area.width, area.height}));
         return;
     }
