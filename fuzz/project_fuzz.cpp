@@ -12,7 +12,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace marlune;
     static const test::TemporaryFolder folder;
     test::writeBytes(folder.file("in.mlp"), {data, data + size});
-    test::TestProgram program({.recorded = false});
+    test::Options options;
+    options.recorded = false;
+    test::TestProgram program(options);
     loadProjectFile(folder.file("in.mlp"));
     if (!program.copyDifference().empty()) std::abort();
     playButton();
