@@ -61,6 +61,8 @@ class PanelWidget final : public QWidget, public PanelView {
     void refresh(); // repaints the pieces whose look changed
     void updateRing();
     bool keyOnFocus(const QKeyEvent& event);
+    bool repeatsPending(const QKeyEvent& event, int code);
+    void flushRelease();
 
     PanelState state_;
     Touch touch_;
@@ -69,6 +71,13 @@ class PanelWidget final : public QWidget, public PanelView {
     int zoom_ = 100;
     const PlacedControl* lastPressed_ = nullptr; // what a second press must meet again
     Qt::MouseButton heldButton_ = Qt::NoButton;
+    // A key release that is not told yet: a server's repeat may follow, which begins with a release of its
+    // own that the toolkit doesn't always know for one.
+    struct {
+        int code = 0;
+        int mask = 0;
+        quint64 timestamp = 0;
+    } release_;
     const PlacedControl* wheelControl_ = nullptr;
     int wheelAngle_ = 0;
 };
