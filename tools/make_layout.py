@@ -35,7 +35,7 @@ def main():
     lines += ["};", "", "constexpr MatrixGlyph kGlyphTable[] = {"]
     lines += [glyph_row(*g) for g in panel["matrixFont"]["glyphs"].items()]
     lines += ["};", "// clang-format on", "", "} // namespace", "",
-              "std::span<const PlacedControl> placedControls() {", "    return kControlTable;", "}", "",
+              "std::span<const PlacedControl> designedControls() {", "    return kControlTable;", "}", "",
               "std::span<const MatrixGlyph> matrixGlyphs() {", "    return kGlyphTable;", "}", "",
               "// clang-format off",
               "const PanelRegions kRegions{",

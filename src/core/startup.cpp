@@ -14,6 +14,7 @@
 #include "midi/midi_devices.h"
 #include "panel/app_shell.h"
 #include "panel/refresh.h"
+#include "panel/scaling.h"
 #include "panel/shown_state.h"
 #include "playback/engine_component.h"
 #include "playback/engine_link.h"
@@ -89,6 +90,7 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     splash(true);
     shell().showPanel(false);
     resetMenus();
+    GraphicModeAdjust();
     loadKnobs();
     loadPanel();
     resetSongState();

@@ -1,6 +1,7 @@
 // Where every control of the front panel stands, in panel pixels at scale 1.
 //
-// The table is made from panel.json by tools/make_layout.py. Any thread: constant data.
+// The designed places are made from panel.json by tools/make_layout.py; the panel takes them to the screen's
+// pixel density once, at start-up. User-interface thread only.
 #pragma once
 
 #include <array>
@@ -17,6 +18,7 @@ inline constexpr int kStripModule = 3; // the transport strip counts as a fourth
 
 struct PanelRect {
     int x, y, width, height;
+    friend bool operator==(const PanelRect&, const PanelRect&) = default;
 };
 
 struct PlacedControl {
@@ -35,7 +37,11 @@ inline constexpr Control kStepAreas[] = {Control::step103A, Control::step103B, C
 inline constexpr Control kBankAreas[] = {Control::bank103A, Control::bank103B, Control::bank109};
 inline constexpr Control kKeyAreas[] = {Control::sel103AButton, Control::sel103BButton};
 
-std::span<const PlacedControl> placedControls();
+std::span<const PlacedControl> designedControls();
+std::span<const PlacedControl> placedControls(); // in the order of the design, wherever they stand now
+
+// Moves a control of the panel. Addresses of placed controls stay valid.
+void placeControl(Control control, int index, const PanelRect& rect);
 
 // Null for an index the panel does not have.
 const PlacedControl* placedControl(Control control, int index);

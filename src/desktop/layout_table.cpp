@@ -224,7 +224,7 @@ constexpr MatrixGlyph kGlyphTable[] = {
 
 } // namespace
 
-std::span<const PlacedControl> placedControls() {
+std::span<const PlacedControl> designedControls() {
     return kControlTable;
 }
 

@@ -12,6 +12,7 @@
 #include "desktop/accessible.h"
 #include "desktop/fd_pump.h"
 #include "desktop/main_window.h"
+#include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
 #include "desktop/theme.h"
 #include "engine/engine_runner.h"
@@ -106,6 +107,7 @@ int run(int argc, char** argv) {
     QtShell qt;
     setAppShell(&qt);
     setPanelView(&qt.panel());
+    setPanelForm(&qt.panel());
     qt.setHelpFile(helpFile());
 
     InstanceLock lock;

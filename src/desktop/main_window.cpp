@@ -27,10 +27,31 @@ int firstZoom() {
     return 50;
 }
 
+// What the panel stands on: as large as the panel, and more where a window manager insists on it.
+class Stage final : public QWidget {
+  public:
+    explicit Stage(PanelWidget* panel) : panel_(panel) { panel->setParent(this); }
+
+    [[nodiscard]] QSize sizeHint() const override { return panel_->size(); }
+
+  protected:
+    void resizeEvent(QResizeEvent* /*event*/) override {
+        const TwipsPerPixel twips = panel_->twipsPerPixel();
+        const auto across = [&](int pixels) { return static_cast<int>(pixels * twips.across); };
+        const auto down = [&](int pixels) { return static_cast<int>(pixels * twips.down); };
+        const Placement at = panelPosition(across(width()), down(height()),
+                                           {0, 0, across(panel_->width()), down(panel_->height())}, twips);
+        panel_->move(static_cast<int>(at.left / twips.across), static_cast<int>(at.top / twips.down));
+    }
+
+  private:
+    PanelWidget* panel_;
+};
+
 } // namespace
 
-MainWindow::MainWindow() : panel_(new PanelWidget), status_(new QLabel) {
-    setCentralWidget(panel_);
+MainWindow::MainWindow() : panel_(new PanelWidget), stage_(new Stage(panel_)), status_(new QLabel) {
+    setCentralWidget(stage_);
     menuBar()->setFixedHeight(26);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(status_, 1);
@@ -91,6 +112,7 @@ void MainWindow::showStatus(const QString& text) {
 
 void MainWindow::setZoom(int percent) {
     panel_->setZoom(percent);
+    stage_->updateGeometry();
     updateGeometry();
 }
 

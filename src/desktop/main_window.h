@@ -40,6 +40,7 @@ class MainWindow final : public QMainWindow {
     void addZoomMenu(QMenu* menu);
 
     PanelWidget* panel_;
+    QWidget* stage_;
     QLabel* status_;
     std::array<QAction*, kMenus> actions_{};
 };

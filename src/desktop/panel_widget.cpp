@@ -26,6 +26,16 @@ constexpr int kRingReach = 5;
 // Lower ends of the rows that the eye reads from left to right, plate by plate.
 constexpr std::array<int, 10> kRowEnds{160, 221, 250, 277, 315, 400, 465, 526, 560, 583};
 
+Placement inTwips(const PanelRect& r) {
+    const auto twips = [](int pixels) { return static_cast<int>(pixels * kTwips); };
+    return {twips(r.x), twips(r.y), twips(r.width), twips(r.height)};
+}
+
+PanelRect inPixels(const Placement& at) {
+    const auto pixels = [](int twips) { return static_cast<int>(std::lround(twips / kTwips)); };
+    return {pixels(at.left), pixels(at.top), pixels(at.width), pixels(at.height)};
+}
+
 std::vector<const PlacedControl*> makeTabStops() {
     constexpr std::array<int, 4> kPlateOrder{1, 2, 3, 0}; // the strip stands on top
     std::vector<const PlacedControl*> stops;
@@ -48,8 +58,13 @@ PanelWidget::PanelWidget(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(QStringLiteral("Front panel"));
-    for (const Piece& piece : panelPieces()) shown_.push_back(lookOf(piece, state_, touch_));
+    takeLooks();
     setZoom(100);
+}
+
+void PanelWidget::takeLooks() {
+    shown_.clear();
+    for (const Piece& piece : panelPieces()) shown_.push_back(lookOf(piece, state_, touch_));
 }
 
 const std::vector<const PlacedControl*>& PanelWidget::tabStops() {
@@ -59,8 +74,33 @@ const std::vector<const PlacedControl*>& PanelWidget::tabStops() {
 
 void PanelWidget::setZoom(int percent) {
     zoom_ = percent;
-    setFixedSize(static_cast<int>(std::lround(kPanelWidth * percent / 100.0)),
-                 static_cast<int>(std::lround(kPanelHeight * percent / 100.0)));
+    setFixedSize(static_cast<int>(std::lround(size_.width() * percent / 100.0)),
+                 static_cast<int>(std::lround(size_.height() * percent / 100.0)));
+    update();
+}
+
+// --- places
+
+Placement PanelWidget::form() const {
+    return inTwips({0, 0, size_.width(), size_.height()});
+}
+
+void PanelWidget::placeForm(const Placement& at) {
+    const PanelRect rect = inPixels(at);
+    size_ = {rect.width, rect.height};
+    setZoom(zoom_);
+}
+
+Placement PanelWidget::control(Control control, int index) const {
+    return inTwips(placedControl(control, index)->rect);
+}
+
+void PanelWidget::placeControl(Control control, int index, const Placement& at) {
+    const PanelRect rect = inPixels(at);
+    if (rect == placedControl(control, index)->rect) return;
+    marlune::placeControl(control, index, rect);
+    layOutPieces();
+    takeLooks();
     update();
 }
 

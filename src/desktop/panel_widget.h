@@ -9,10 +9,11 @@
 
 #include "desktop/panel_state.h"
 #include "desktop/sprite_cache.h"
+#include "panel/scaling.h"
 
 namespace marlune {
 
-class PanelWidget final : public QWidget, public PanelView {
+class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     Q_OBJECT
 
   public:
@@ -23,6 +24,12 @@ class PanelWidget final : public QWidget, public PanelView {
     void showLamp(int step, bool lit) override;
     void showEnabled(Control control, int index, bool enabled) override;
     void showState(const PanelState& state); // all at once
+
+    [[nodiscard]] TwipsPerPixel twipsPerPixel() const override { return {}; } // of a logical pixel
+    [[nodiscard]] Placement form() const override;
+    void placeForm(const Placement& at) override; // its size; the window places it
+    [[nodiscard]] Placement control(Control control, int index) const override;
+    void placeControl(Control control, int index, const Placement& at) override;
 
     void setZoom(int percent);
     [[nodiscard]] int zoom() const { return zoom_; }
@@ -58,7 +65,8 @@ class PanelWidget final : public QWidget, public PanelView {
     [[nodiscard]] QRect widgetRect(const DeviceRect& area) const;
     void press(QMouseEvent* event, bool second);
     void setHover(const PlacedControl* control);
-    void refresh(); // repaints the pieces whose look changed
+    void takeLooks(); // of the pieces there are
+    void refresh();   // repaints the pieces whose look changed
     void updateRing();
     bool keyOnFocus(const QKeyEvent& event);
     bool repeatsPending(const QKeyEvent& event, int code);
@@ -68,6 +76,7 @@ class PanelWidget final : public QWidget, public PanelView {
     Touch touch_;
     std::vector<Look> shown_; // looks of panelPieces() as last asked to paint
     SpriteCache sprites_;
+    QSize size_{kPanelWidth, kPanelHeight}; // panel pixels
     int zoom_ = 100;
     const PlacedControl* lastPressed_ = nullptr; // what a second press must meet again
     Qt::MouseButton heldButton_ = Qt::NoButton;

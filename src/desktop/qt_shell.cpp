@@ -89,7 +89,7 @@ QtShell::~QtShell() {
     for (FormWindow* form : forms_) delete form;
 }
 
-PanelView& QtShell::panel() {
+PanelWidget& QtShell::panel() {
     return window_->panel();
 }
 

@@ -16,7 +16,7 @@ class AboutWindow;
 class FormWindow;
 class HelpWindow;
 class MainWindow;
-class PanelView;
+class PanelWidget;
 
 class QtShell final : public QObject, public AppShell {
     Q_OBJECT
@@ -26,7 +26,7 @@ class QtShell final : public QObject, public AppShell {
     ~QtShell() override;
 
     [[nodiscard]] MainWindow& window() { return *window_; }
-    [[nodiscard]] PanelView& panel();
+    [[nodiscard]] PanelWidget& panel();
 
     // What closing the window asks: false keeps it open. Then closing runs, and the program ends.
     std::function<bool()> mayClose;

@@ -26,6 +26,7 @@ struct Piece {
 };
 
 std::span<const Piece> panelPieces();
+void layOutPieces(); // again, after controls were moved: ends the span that panelPieces() gave
 
 Look lookOf(const Piece& piece, const PanelState& state, const Touch& touch);
 

@@ -121,11 +121,19 @@ class PieceList {
     std::vector<Piece> list_;
 };
 
+std::vector<Piece>& pieces() {
+    static std::vector<Piece> list = PieceList().make();
+    return list;
+}
+
 } // namespace
 
 std::span<const Piece> panelPieces() {
-    static const std::vector<Piece> kPieces = PieceList().make();
-    return kPieces;
+    return pieces();
+}
+
+void layOutPieces() {
+    pieces() = PieceList().make();
 }
 
 } // namespace marlune

@@ -8,10 +8,37 @@ namespace marlune {
 
 namespace {
 
-constexpr double kStandardTwips = 15;
+constexpr int kDesignTwips = 15;
+
+PanelForm* panelForm = nullptr;
 
 int rounded16(double value) {
     return static_cast<std::int16_t>(roundHalfEven(value));
+}
+
+void resizeForm(const marluneScaling& scaling) {
+    Placement at = panelForm->form();
+    at.width = scaling.resizeX(at.width);
+    at.height = scaling.resizeY(at.height);
+    panelForm->placeForm(at);
+}
+
+Placement adjusted(const marluneScaling& scaling, Control control, int index) {
+    const Placement at = panelForm->control(control, index);
+    switch (control) {
+        case Control::SelEditPicture: return scaling.moveControl(at);
+        case Control::PatchID:
+        case Control::Offset109:
+        case Control::LoopPt:
+        case Control::tempoBPM:
+        case Control::timeDisplay:
+        case Control::UserTitle: return scaling.centerControl(at);
+        case Control::microDisplay: {
+            const Placement bar = panelForm->control(Control::timeDisplay, 0); // comes before it, is adjusted
+            return {bar.left, bar.top + bar.height, at.width, at.height};
+        }
+        default: return scaling.resizeControl(at); // areas and lamps; sprites go with their containers
+    }
 }
 
 } // namespace
@@ -39,11 +66,30 @@ Placement marluneScaling::centerControl(const Placement& at) const {
             at.height};
 }
 
-marluneScaling scalingFor(double twipsPerPixelX, double twipsPerPixelY) {
+void setPanelForm(PanelForm* form) {
+    panelForm = form;
+}
+
+void GraphicModeAdjust() {
+    if (panelForm == nullptr) return;
+    const TwipsPerPixel twips = panelForm->twipsPerPixel();
     marluneScaling scaling;
-    scaling.scaleX = static_cast<double>(roundHalfEven(twipsPerPixelX)) / kStandardTwips;
-    scaling.scaleY = static_cast<double>(roundHalfEven(twipsPerPixelY)) / kStandardTwips;
-    return scaling;
+    scaling.scaleX = static_cast<double>(roundHalfEven(twips.across)) / kDesignTwips;
+    scaling.scaleY = static_cast<double>(roundHalfEven(twips.down)) / kDesignTwips;
+    resizeForm(scaling);
+    for (int c = 0; c < kControls; ++c) {
+        const auto control = static_cast<Control>(c);
+        for (int index = 0; index < controlInfo(control).count; ++index)
+            panelForm->placeControl(control, index, adjusted(scaling, control, index));
+    }
+}
+
+Placement panelPosition(int mainWidth, int mainHeight, const Placement& panel, TwipsPerPixel twips) {
+    const int across = static_cast<int>(roundHalfEven(twips.across));
+    const int down = static_cast<int>(roundHalfEven(twips.down));
+    const int spare = mainHeight / 2 - panel.height / 2 * down / kDesignTwips;
+    return {mainWidth / 2 - panel.width / 2 * across / kDesignTwips, spare / 3 - 3 * (down / kDesignTwips),
+            panel.width, panel.height};
 }
 
 } // namespace marlune

@@ -101,6 +101,20 @@ TEST_F(PanelWidgetTest, BlackKeysLieUponWhiteOnesAndTheButtonUponItsPlate) {
     EXPECT_EQ(controlAt(560, 200), nullptr);
 }
 
+TEST_F(PanelWidgetTest, AtStartAllStaysInPlaceAndAMovedControlIsSeenAndHitThere) {
+    const QImage before = panel.grab().toImage();
+    setPanelForm(&panel);
+    GraphicModeAdjust();
+    setPanelForm(nullptr);
+    EXPECT_EQ(panel.grab().toImage(), before);
+    const Placement home = panel.control(Control::knobTempo, 0);
+    panel.placeControl(Control::knobTempo, 0, {540 * 15, 180 * 15, home.width, home.height});
+    EXPECT_EQ(controlAt(560, 200), placedControl(Control::knobTempo, 0));
+    EXPECT_NE(panel.grab().toImage().pixel(567, 207), before.pixel(567, 207));
+    panel.placeControl(Control::knobTempo, 0, home);
+    EXPECT_EQ(panel.grab().toImage(), before);
+}
+
 TEST_F(PanelWidgetTest, ADisabledKnobAnswersNothing) {
     panel.showEnabled(Control::knobSprite, 3, false);
     QTest::mouseClick(&panel, Qt::LeftButton, Qt::NoModifier, pointOf(Control::knobSprite, 3));

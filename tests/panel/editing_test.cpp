@@ -179,14 +179,38 @@ TEST(EditsWhilePlaying, ReachTheComponentAtOnce) {
     StopPlay();
 }
 
-TEST(Scaling, KeepsSizesOrCentresAsAsked) {
-    const marluneScaling scaling = scalingFor(12, 12);
-    EXPECT_DOUBLE_EQ(scaling.scaleX, 0.8);
-    const Placement at{100, 200, 51, 31};
-    EXPECT_EQ(scaling.resizeControl(at).width, 41);
-    EXPECT_EQ(scaling.moveControl(at).width, 51);
-    EXPECT_EQ(scaling.centerControl(at).left, 100 - 25);
-    EXPECT_EQ(scaling.resizeX(0.625 / 0.8 * 4), 2); // 2.5 goes to the even neighbour
+// A screen of 12 twips to the pixel, every control at one place.
+class DenseForm final : public PanelForm {
+  public:
+    [[nodiscard]] TwipsPerPixel twipsPerPixel() const override { return {12.4, 11.6}; }
+    [[nodiscard]] Placement form() const override { return whole; }
+    void placeForm(const Placement& at) override { whole = at; }
+    [[nodiscard]] Placement control(Control control, int index) const override {
+        const auto at = places.find({control, index});
+        return at == places.end() ? Placement{1500, 3000, 765, 465} : at->second;
+    }
+    void placeControl(Control control, int index, const Placement& at) override {
+        places[{control, index}] = at;
+    }
+    Placement whole{0, 0, 16800, 9750};
+    std::map<std::pair<Control, int>, Placement> places;
+};
+
+TEST(Scaling, StartUpKeepsPicturesSizesAndTextsCentres) {
+    DenseForm form;
+    setPanelForm(&form);
+    const TestProgram program;
+    setPanelForm(nullptr);
+    EXPECT_EQ(form.whole, (Placement{0, 0, 13440, 7800}));
+    EXPECT_EQ(form.control(Control::step103B, 15), (Placement{1200, 2400, 612, 372}));
+    EXPECT_EQ(form.control(Control::SelEditPicture, 2), (Placement{1200, 2400, 765, 465}));
+    EXPECT_EQ(form.control(Control::UserTitle, 19), (Placement{1124, 2354, 765, 465}));
+    EXPECT_EQ(form.control(Control::microDisplay, 0), (Placement{1124, 2354 + 465, 765, 465}));
+    EXPECT_EQ(panelPosition(20000, 12000, {0, 0, 16800, 9750}, {12, 12}).left, 3280);
+    EXPECT_EQ(panelPosition(20000, 12000, {0, 0, 16800, 9750}, {15, 15}).top, 372);
+    marluneScaling half;
+    half.scaleX = 0.5;
+    EXPECT_EQ(half.resizeX(5), 2); // 2.5 goes to the even neighbour
 }
 
 } // namespace
