@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 #include "desktop/layout.h"
 
@@ -20,6 +21,16 @@ struct PanelState {
     std::array<std::array<std::string, kMaxControlCount>, kControls> texts;
     std::array<std::array<bool, kMaxControlCount>, kControls> enabled{};
     std::array<bool, 16> lamps{};
+
+    void setFrame(Control control, int index, int frame) {
+        frames[static_cast<std::size_t>(control)][index] = static_cast<short>(frame);
+    }
+    void setText(Control control, int index, std::string text) {
+        texts[static_cast<std::size_t>(control)][index] = std::move(text);
+    }
+    void setEnabled(Control control, int index, bool on) {
+        enabled[static_cast<std::size_t>(control)][index] = on;
+    }
 
     [[nodiscard]] int frame(Control control, int index = 0) const {
         return frames[static_cast<std::size_t>(control)][index];

@@ -107,12 +107,12 @@ void PanelWidget::placeControl(Control control, int index, const Placement& at) 
 // --- showing
 
 void PanelWidget::showFrame(Control control, int index, int frame) {
-    state_.frames[static_cast<std::size_t>(control)][index] = static_cast<short>(frame);
+    state_.setFrame(control, index, frame);
     refresh();
 }
 
 void PanelWidget::showText(Control control, int index, const std::string& text) {
-    state_.texts[static_cast<std::size_t>(control)][index] = text;
+    state_.setText(control, index, text);
     refresh();
 }
 
@@ -122,7 +122,7 @@ void PanelWidget::showLamp(int step, bool lit) {
 }
 
 void PanelWidget::showEnabled(Control control, int index, bool enabled) {
-    state_.enabled[static_cast<std::size_t>(control)][index] = enabled;
+    state_.setEnabled(control, index, enabled);
     refresh();
 }
 

@@ -9,6 +9,7 @@
 #include "core/project_file.h"
 #include "core/song_track.h"
 #include "midi/global_config.h"
+#include "midi/hex_text.h"
 #include "midi/midi_input.h"
 #include "panel/mode_switch.h"
 #include "panel/panel_events.h"
@@ -99,13 +100,7 @@ TEST_F(JackSession, WhatIsHeardIsTheLogOfVirtualTime) {
             const int at = first + static_cast<int>(i - begin);
             ASSERT_LT(at, watcher.count) << "heard too little; missing " << expected[i].bytes;
             const auto& event = watcher.events[at];
-            std::string bytes;
-            char text[4];
-            for (std::size_t b = 0; b < (expected[i].bytes.size() + 1) / 3; ++b) {
-                std::snprintf(text, sizeof text, "%02x", event.message.bytes[b]);
-                bytes += (b > 0 ? " " : "") + std::string(text);
-            }
-            ASSERT_EQ(bytes, expected[i].bytes) << "message " << i - begin << " of the run";
+            ASSERT_EQ(hexText(event.message), expected[i].bytes) << "message " << i - begin << " of the run";
             if (expected[i].us > expected.back().us - 1000) continue; // the stop comes when it comes
             const long long heard = (event.frame - watcher.events[first].frame) * 1000000 / kRate;
             const long long off = std::llabs(heard - (expected[i].us - expected[begin].us));

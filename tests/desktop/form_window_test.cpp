@@ -65,6 +65,7 @@ std::string whileModal(TryForm& form, QtShell& shell, User user) {
     QTimer::singleShot(20, &shell, [&] {
         auto* window = qobject_cast<FormWindow*>(QApplication::activeModalWidget());
         ASSERT_NE(window, nullptr);
+        ASSERT_TRUE(QTest::qWaitFor([window] { return window->focusWidget() != nullptr; }));
         user(*window);
     });
     form.showModal();

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "midi/hex_text.h"
 #include "platform/device_memory.h"
 #include "platform/play_clock.h"
 #include "platform/port_names.h"
@@ -27,12 +28,6 @@ Ports ports(const std::string& text) {
         list.push_back({item.substr(bridge ? 1 : 0, at - (bridge ? 1 : 0)), item.substr(at + 1), bridge});
     }
     return list;
-}
-
-std::string hex(const MidiMessage& message) {
-    std::ostringstream out;
-    for (int i = 0; i < message.size; ++i) out << std::hex << int{message.bytes[i]} << (i < 2 ? "," : " ");
-    return out.str();
 }
 
 // What is sent ends up in `log` as "address:bytes".
@@ -75,7 +70,7 @@ class FakeSystem : public PortSystem {
     struct Out : Link<OutputLink> {
         using Link::Link;
         void send(const MidiMessage& message, std::int64_t) noexcept override {
-            if (alive()) system.log += address + ":" + hex(message);
+            if (alive()) system.log += address + ":" + hexText(message) + " ";
         }
     };
     struct In : Link<InputLink> {
@@ -169,11 +164,11 @@ TEST(DeviceLists, APortShownTwiceIsListedOnce) {
     EXPECT_EQ(world.names(), "USB Keys MIDI 1, App:in, Twin");
     OutputPort* port = world.outputs.open(2);
     port->send({1, {0xF8}}, 0);
-    EXPECT_EQ(world.jack.taken(), "j1:f8,");
+    EXPECT_EQ(world.jack.taken(), "j1:f8 ");
     world.jack.show("");
     EXPECT_EQ(world.poll(), "") << "the other system still has it";
     port->send({1, {0xF8}}, 0);
-    EXPECT_EQ(world.alsa.taken(), "a1:f8,");
+    EXPECT_EQ(world.alsa.taken(), "a1:f8 ");
     World bridgesOnly("*Keys@j1");
     EXPECT_EQ(bridgesOnly.names(), "Keys");
 }
@@ -193,12 +188,12 @@ TEST(OpenDevices, ReturnWithTheirNotesReleased) {
     port->send({3, {0x99, 36, 0}}, 0); // a release that gets nowhere
     world.jack.show("A@7");
     EXPECT_EQ(world.poll(), "MIDI device A is back.");
-    EXPECT_EQ(world.jack.taken(), "7:91,7f,0 7:99,24,0 ");
+    EXPECT_EQ(world.jack.taken(), "7:91 7f 00 7:99 24 00 ");
     port->send({3, {0x90, 61, 1}}, 0);
-    EXPECT_EQ(world.jack.taken(), "7:90,3d,1 ");
+    EXPECT_EQ(world.jack.taken(), "7:90 3d 01 ");
     OutputPort* mine = world.outputs.open(1);
     mine->send({1, {0xFA}}, 0);
-    EXPECT_EQ(world.jack.taken() + world.alsa.taken(), "virtual:fa,virtual:fa,");
+    EXPECT_EQ(world.jack.taken() + world.alsa.taken(), "virtual:fa virtual:fa ");
 }
 
 TEST(OpenDevices, InputsReturnToo) {

@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -116,7 +117,8 @@ class Watcher {
             if (count == kMost) continue;
             Event& kept = events[count];
             kept.frame = start + event.time;
-            for (std::size_t b = 0; b < 3 && b < event.size; ++b) kept.message.bytes[b] = event.buffer[b];
+            kept.message.size = static_cast<std::uint8_t>(std::min<std::size_t>(event.size, 3));
+            std::copy_n(event.buffer, kept.message.size, kept.message.bytes);
             ++count;
         }
         const auto* sound = static_cast<const float*>(jack_port_get_buffer(ear, frames));

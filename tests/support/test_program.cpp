@@ -10,6 +10,7 @@
 #include "core/startup.h"
 #include "midi/config_file.h"
 #include "midi/global_config.h"
+#include "midi/hex_text.h"
 #include "midi/midi_devices.h"
 #include "playback/pattern_push.h"
 
@@ -105,13 +106,7 @@ void ScriptedShell::after(int ms, std::function<void()> action) {
 }
 
 void MemoryPort::send(const MidiMessage& message, std::int64_t /*due*/) noexcept {
-    char text[4];
-    std::string line;
-    for (int i = 0; i < message.size; ++i) {
-        std::snprintf(text, sizeof text, "%02x", message.bytes[i]);
-        line += (i > 0 ? " " : "") + std::string(text);
-    }
-    sent.push_back(line);
+    sent.push_back(hexText(message));
 }
 
 bool MemoryDevices::open(int index, InputSink& sink) {
