@@ -61,6 +61,7 @@ Session::Session(const SessionOptions& options) {
     StartupHooks hooks;
     hooks.openDevices = false;
     startupMain("", hooks);
+    setConfigFolder(""); // read, and never written from here
     if (renderDevices_) OpenMidiPort32(0);
 }
 

@@ -102,6 +102,18 @@ void initMaps() {
     for (int k = 0; k < kKnobs; ++k) project.knobValue[k] = k < kFirstDrumKnob ? 0 : kFreshDrumLevel;
 }
 
+// The devices are open and stay; what the MIDI setup chose last may not be in the file yet.
+void loadConfigButDevices() {
+    const GlobalConfig before = config;
+    loadGlobalConfig();
+    config.midiInDevice = before.midiInDevice;
+    config.midiOutDevice = before.midiOutDevice;
+    config.syncOutDevice = before.syncOutDevice;
+    if (config.syncOffset == before.syncOffset) return;
+    config.syncOffset = before.syncOffset;
+    SetSyncOffset32(config.syncOffset);
+}
+
 } // namespace
 
 void init309() {
@@ -131,7 +143,7 @@ void mnuFileNew_Click() {
     init309();
     refreshAll();
     ClearCopyBuffer();
-    loadGlobalConfig();
+    loadConfigButDevices();
     patternImage = project;
     mnuToolsInitSongfromPatt_Click();
     refreshAll();

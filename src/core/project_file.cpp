@@ -32,13 +32,18 @@ std::int32_t packedCountOf(const std::vector<std::uint8_t>& bytes) {
     return count;
 }
 
+Selection cueCurrent(ProjectRecord& record, int module) {
+    const Selection at = selectionOf(record, module);
+    at.nextBank = int{at.currBank};
+    at.nextPatt = int{at.currPatt};
+    return at;
+}
+
 void takeRecord(const std::vector<std::uint8_t>& bytes) {
     std::memcpy(&project, bytes.data(), sizeof project);
     limitRecord(project);
     for (int m = 0; m < kModules; ++m) {
-        const Selection at = selectionOf(project, m);
-        at.nextBank = int{at.currBank};
-        at.nextPatt = int{at.currPatt};
+        const Selection at = cueCurrent(project, m);
         setNextBankPatt(m, at.currBank, at.currPatt);
     }
     for (int m = 0; m < kModules; ++m) refreshCurrBankPatt(m);
@@ -126,7 +131,8 @@ bool loadProjectFile(const std::string& fileName) {
 }
 
 bool saveProjectFile(const std::string& fileName) {
-    const ProjectRecord& record = songMode ? patternImage : project;
+    ProjectRecord record = songMode ? patternImage : project;
+    for (int m = 0; m < kModules; ++m) cueCurrent(record, m); // as a load leaves it
     const std::vector<std::uint8_t> song = packSong();
     const Le32 count = static_cast<int>(song.size() / kPackedEntrySize);
     std::vector<std::uint8_t> bytes(kEntriesOffset);
@@ -146,7 +152,6 @@ bool saveProjectFile(const std::string& fileName) {
 void mnuFileOpenPatt_Click() {
     ctrlDown = false;
     if (wannaSaveYourWorkCancel()) return;
-    const bool wasRunning = transportRunning;
     dlgCommonDialog.fileName = withoutExtension(projectFileName);
     const std::string name = askName(false);
     if (name.empty()) return;
@@ -155,7 +160,6 @@ void mnuFileOpenPatt_Click() {
     shell().showPointer(Pointer::hourglass);
     shell().letEventsRun();
     loadProjectFile(name);
-    transportRunning = wasRunning;
     refreshTempo();
     refreshLoaded();
     nameProject(name);

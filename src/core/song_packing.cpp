@@ -34,29 +34,23 @@ class EntryReader {
   public:
     explicit EntryReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
     [[nodiscard]] bool atEnd() const { return bytes_.size() < kPackedEntrySize; }
-    [[nodiscard]] bool sound() const { return sound_; }
     // The entry under the cursor.
     [[nodiscard]] PackedSongEntry peek() const {
         PackedSongEntry entry;
         std::memcpy(&entry, bytes_.data(), sizeof entry);
         return entry;
     }
-    void next() {
-        if (peek().dataHigh != 0) sound_ = false;
-        bytes_ = bytes_.subspan(kPackedEntrySize);
-    }
+    void next() { bytes_ = bytes_.subspan(kPackedEntrySize); }
 
   private:
     std::span<const std::uint8_t> bytes_;
-    bool sound_ = true;
 };
 
 void readBars(EntryReader& reader) {
     for (int m = 0; m < kModules; ++m) {
-        for (int bar = 0; bar < kSongBars && !reader.atEnd() && reader.sound(); ++bar) {
+        for (int bar = 0; bar < kSongBars && !reader.atEnd(); ++bar) {
             const PackedSongEntry entry = reader.peek();
             reader.next();
-            if (!reader.sound()) return;
             const int bank = std::clamp<int>(entry.value, 0, kBanks - 1);
             const int patt = std::min<int>(entry.data, kPatterns - 1);
             setBar(m, bar * kTicksPerBar, bank, patt);
@@ -82,7 +76,6 @@ void readKnobs(EntryReader& reader) {
             const PackedSongEntry entry = reader.peek();
             if (entry.value == knob * kSongTicks + tick) {
                 reader.next();
-                if (!reader.sound()) return;
                 running = entry.data;
             }
             knobTrack[knob][tick] = static_cast<std::uint8_t>(std::min(running, kMaxKnobValue));
@@ -110,10 +103,12 @@ std::vector<std::uint8_t> packSong() {
 }
 
 bool unpackSong(std::span<const std::uint8_t> entries) {
+    for (std::size_t at = offsetof(PackedSongEntry, dataHigh); at < entries.size(); at += kPackedEntrySize)
+        if (entries[at] != 0) return false;
     EntryReader reader(entries);
     readBars(reader);
     readKnobs(reader);
-    return reader.sound();
+    return true;
 }
 
 } // namespace marlune

@@ -21,7 +21,7 @@ inline constexpr std::size_t kPackedEntrySize = 8;
 std::vector<std::uint8_t> packSong();
 
 // Takes entries into the tracks; values are limited to their ranges. What the entries don't reach keeps its
-// value. False where an entry is malformed; the tracks then hold what came before it.
+// value. False where an entry is malformed; nothing is taken then.
 bool unpackSong(std::span<const std::uint8_t> entries);
 
 } // namespace marlune

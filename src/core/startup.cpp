@@ -120,6 +120,7 @@ bool MDIForm_QueryUnload() {
 
 void MDIForm_Unload() {
     programClosing = true;
+    StopPlay(); // where nobody was asked: a signal
     closeMidiDevices();
     saveGlobalConfig();
     hookEngineMessages(false);

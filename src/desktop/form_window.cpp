@@ -22,7 +22,7 @@ namespace marlune {
 
 namespace {
 
-constexpr int kFollowMs = 100;  // how soon a form hidden by others loses its window
+constexpr int kFollowMs = 50;   // between the timer events of a form; a form hidden by others goes as soon
 constexpr int kLineHeight = 26; // of what stands beside boxes
 constexpr int kModule = 28;     // cells of a row are whole modules wide, the gap behind them included
 constexpr int kGap = 10;
@@ -41,6 +41,15 @@ void quietly(Widget* widget, Change change) {
     change();
 }
 
+// The user goes to a field, also to the one that has the focus already; not the dialog by its opening.
+bool choosesField(const QEvent& event) {
+    if (event.type() == QEvent::MouseButtonPress) return true;
+    if (event.type() != QEvent::FocusIn) return false;
+    const Qt::FocusReason reason = static_cast<const QFocusEvent&>(event).reason();
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
+
 } // namespace
 
 FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
@@ -56,7 +65,10 @@ FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(for
     for (QWidget* child : findChildren<QWidget*>()) child->installEventFilter(this);
     installEventFilter(this);
     auto* follow = new QTimer(this);
-    connect(follow, &QTimer::timeout, this, &FormWindow::showContents);
+    connect(follow, &QTimer::timeout, this, [this] {
+        if (form_.visible()) form_.Form_Timer();
+        showContents();
+    });
     follow->start(kFollowMs);
 }
 
@@ -269,9 +281,10 @@ void FormWindow::showContents() {
     for (const auto& show : bindings_) show();
 }
 
-bool FormWindow::keyDown(int code) {
+bool FormWindow::keyDown(int code, bool repeated) {
     bool taken = false;
-    run([&] { taken = form_.Form_KeyDown(code); });
+    // A held key is one press, also one that is held since before the dialog came.
+    if (!repeated) run([&] { taken = form_.Form_KeyDown(code); });
     if (taken || !form_.visible()) return true;
     QPushButton* pressed = code == kEnter ? accept_ : code == kEscape ? reject_ : nullptr;
     // Enter on a button that has the focus presses that one.
@@ -285,15 +298,15 @@ bool FormWindow::keyDown(int code) {
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     const QObject* target = focusWidget() != nullptr ? focusWidget() : this; // told once on its way up
     if (event->type() == QEvent::KeyPress && watched == target) {
-        const int code = virtualKey(*static_cast<QKeyEvent*>(event));
-        if (code != 0 && keyDown(code)) return true;
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        const int code = virtualKey(key);
+        if (code != 0 && keyDown(code, key.isAutoRepeat())) return true;
     }
-    if (event->type() == QEvent::FocusIn) {
-        if (auto* line = qobject_cast<QLineEdit*>(watched)) {
+    if (auto* line = qobject_cast<QLineEdit*>(watched)) {
+        if (event->type() == QEvent::FocusIn)
             QTimer::singleShot(0, line, &QLineEdit::selectAll); // after the click has set the cursor
-            const auto known = focusEvents_.constFind(line);
-            if (known != focusEvents_.constEnd()) run(*known);
-        }
+        const auto known = focusEvents_.constFind(line);
+        if (known != focusEvents_.constEnd() && choosesField(*event)) run(*known);
     }
     return QDialog::eventFilter(watched, event);
 }

@@ -57,7 +57,7 @@ class FormWindow final : public QDialog, private FormBuilder {
     void place(QWidget* widget);
     void placeWithCaption(const std::string& caption, QWidget* widget);
     void run(const FormEvent& event); // the event, then its outcome on the widgets
-    bool keyDown(int code);
+    bool keyDown(int code, bool repeated);
 
     // Frames nest: each has its own column of lines.
     struct Frame {

@@ -72,6 +72,8 @@ void MainWindow::buildMenus() {
         actions_[static_cast<std::size_t>(row.id)] = action;
         if (row.kind == MenuKind::entry) {
             action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
+            // A held accelerator is one press, except to walk through the history.
+            action->setAutoRepeat(row.id == Menu::mnuEditUndo || row.id == Menu::mnuEditRedo);
             connect(action, &QAction::triggered, this, [id = row.id] { menuClicked(id); });
         }
         if (row.id == Menu::mnuStatusBarEnable) addZoomMenu(menu);

@@ -106,12 +106,12 @@ void mnuEditCut_Click() {
 }
 
 void mnuEditPaste_Click() {
+    ctrlDown = false;
     if (songMode) {
         pasteBars();
-        return;
+    } else {
+        pastePattern();
     }
-    ctrlDown = false;
-    pastePattern();
 }
 
 void mnuEditCopyPattern_Click() {

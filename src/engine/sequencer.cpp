@@ -8,7 +8,12 @@ namespace marlune {
 
 void Sequencer::apply(const EngineCall& call, Sinks sinks) noexcept {
     TrackedSink midi(sounding_, sinks.midi);
-    if (patterns_.apply(call) || places_.apply(call) || knobs_.apply(call, midi) || applyVoice(call)) return;
+    if (patterns_.apply(call) || knobs_.apply(call, midi) || applyVoice(call)) return;
+    if (places_.apply(call)) {
+        // Positions that the song had placed don't reach a start in pattern mode.
+        if (call.entry == Entry::SetSong32 && !running_ && !places_.songMode()) places_.stop();
+        return;
+    }
     if (call.entry == Entry::SetSyncOffset32) sync_.setOffset(call.arguments[0]);
     if (call.entry == Entry::SendShortMessage32) sendShortMessage(call, midi);
 }
@@ -44,12 +49,14 @@ void Sequencer::sendShortMessage(const EngineCall& call, MidiSink& midi) const n
 }
 
 void Sequencer::start() noexcept {
+    running_ = true;
     for (BassVoice& voice : bass_) voice.start();
     drums_.start();
     sync_.start();
 }
 
 void Sequencer::stop(Sinks sinks) noexcept {
+    running_ = false;
     releaseAll(sinks);
     sync_.stop(sinks.midi);
     places_.stop();

@@ -52,6 +52,7 @@ class Sequencer {
     std::array<BassVoice, kBassModules> bass_{BassVoice(0), BassVoice(1)};
     DrumVoice drums_;
     SyncStream sync_;
+    bool running_ = false;
     SoundingNotes sounding_;
 };
 

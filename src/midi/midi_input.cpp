@@ -130,10 +130,11 @@ void MidiInput::push(const MidiMessage& message) {
 
 void MidiMsgEnable(bool enable) {
     MIDIIn1.stop();
-    while (MIDIIn1.MessageCount() > 0) {
-        MIDIIn1.removeOldest();
-        shell().letEventsRun();
-    }
+    // Thrown away before any event runs: the one that announces these messages would read them.
+    const bool waiting = MIDIIn1.MessageCount() > 0;
+    while (MIDIIn1.MessageCount() > 0) MIDIIn1.removeOldest();
+    MIDIIn1.takeDropped(); // what a queue that nobody read has cost is no news
+    if (waiting) shell().letEventsRun();
     MIDIIn1.setMessageEvents(enable);
     MIDIIn1.start();
 }

@@ -50,7 +50,7 @@ class FormBuilder {
     virtual void endRow() = 0;
     virtual void label(const Label& label) = 0;
     // caption stands before or above the box; width in characters.
-    // gotFocus: when the box takes the keyboard focus, after its text has been selected.
+    // gotFocus: when the user goes to the box by pointer or key, not when the form opens on it.
     virtual void textBox(const std::string& caption, TextBox& box, int width, FormEvent gotFocus = {}) = 0;
     // As textBox, letting through digits only.
     virtual void digitsBox(const std::string& caption, TextBox& box, int width) = 0;

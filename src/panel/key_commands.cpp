@@ -108,6 +108,16 @@ constexpr KeyRow kPlainKeys[] = {
     {kEnterKey, true, [](int) { Check1_Click(); }, 0},
 };
 
+constexpr int kKeyKind = 10000; // a held tempo key is one gesture
+
+int gestureOf(int code) {
+    for (const KeyRow& row : kPlainKeys) {
+        if (row.code == code && (row.command == nudgeTempo || row.command == jumpTempo))
+            return kKeyKind + code;
+    }
+    return 0;
+}
+
 void plainKey(int code) {
     for (const KeyRow& row : kPlainKeys) {
         if (row.code != code) continue;
@@ -155,7 +165,7 @@ void releaseWinding(void (*showRest)()) {
 } // namespace
 
 void Form_KeyDown(int code, int shift) {
-    const EditBracket bracket;
+    const EditBracket bracket(shift == 0 ? gestureOf(code) : 0);
     if (shift == 0) plainKey(code);
     if (shift == kShift) shiftedKey(code);
     if (code == kShiftKey) windRate = 7;

@@ -189,11 +189,17 @@ void click(const Route& route, int index, At at) {
     call(at.second && route.doubleClick != nullptr ? route.doubleClick : route.click, index, at);
 }
 
-constexpr int kWheelKind = 1000; // notches on one control go on with each other
-constexpr int kMidiKind = 1;
+constexpr int kWheelKind = 1000;     // notches on one control go on with each other
+constexpr int kMidiKind = 1;         // so do controllers, which are swept several at a time
 constexpr double kFarthest = 100000; // twips; what a pointer can't reach can't overflow a slider
 
 bool gestureOpen = false;
+
+// A note is an edit of its own.
+int gestureOfMidi() {
+    const bool sweep = MIDIIn1.MessageCount() > 0 && (MIDIIn1.oldest().bytes[0] & 0xF0) == 0xB0;
+    return sweep ? kMidiKind : 0;
+}
 
 void deliver(Control control, int index, const PointerEvent& event) {
     const Route route = routeOf(control);
@@ -250,7 +256,7 @@ void panelPress(Control control, int index) {
 
 void midiArrived() {
     if (!MIDIIn1.MessageEvents) return;
-    const EditBracket bracket(kMidiKind);
+    const EditBracket bracket(gestureOfMidi());
     MIDIIn1_Message();
 }
 
@@ -260,7 +266,7 @@ void engineSpoke() {
         pumpEngineMessages();
         return;
     }
-    const EditBracket bracket(kMidiKind);
+    const EditBracket bracket(gestureOfMidi());
     pumpEngineMessages();
 }
 

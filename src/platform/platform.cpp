@@ -56,7 +56,6 @@ struct Platform::Parts {
     DeviceNames names;
     SystemOutputs outputs;
     SystemInputs inputs;
-    bool listChanged = false;
 };
 
 Platform::Platform(const PlatformOptions& options) : parts_(std::make_unique<Parts>(options)) {}
@@ -72,9 +71,6 @@ OutputDevices& Platform::outputs() {
 InputDevices& Platform::inputs() {
     return parts_->inputs;
 }
-bool Platform::listChanged() const {
-    return parts_->listChanged;
-}
 std::string Platform::soundDriver() const {
     return parts_->synth.driverName();
 }
@@ -84,9 +80,8 @@ std::vector<std::string> Platform::poll() {
     if (parts_->jack) parts_->jack->poll();
     if (parts_->alsa) parts_->alsa->poll();
     parts_->synth.poll();
-    const bool outputs = parts_->outputs.poll(texts);
-    const bool inputs = parts_->inputs.poll(texts);
-    parts_->listChanged = outputs || inputs;
+    parts_->outputs.poll(texts);
+    parts_->inputs.poll(texts);
     // An instrument that is both an input and an output says so once.
     std::vector<std::string> once;
     for (const std::string& text : texts)

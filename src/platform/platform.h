@@ -33,9 +33,6 @@ class Platform {
     // mostly none.
     std::vector<std::string> poll();
 
-    // Whether the last poll() changed one of the lists of devices.
-    bool listChanged() const;
-
     // The audio driver of the built-in synthesizer, "" while it has none.
     std::string soundDriver() const;
 

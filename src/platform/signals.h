@@ -1,4 +1,4 @@
-// SIGTERM and SIGINT as something that an event loop can wait for.
+// SIGTERM, SIGINT and SIGHUP as something that an event loop can wait for.
 #pragma once
 
 namespace marlune {

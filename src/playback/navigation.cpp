@@ -74,11 +74,11 @@ void waitRepeat(int ms) {
 
 // Forward moves and waits, backward waits and moves: a release during its wait still moves once more.
 void repeatWhileHeld(const Row& row) {
-    while (state.buttonHeld && !programClosing) {
+    while (state.buttonHeld && songMode && !programClosing) {
         if (row.forward) move(row);
         state.navWatch.Reset();
         waitRepeat(kRepeatMs);
-        if (!row.forward && !programClosing) move(row);
+        if (!row.forward && songMode && !programClosing) move(row);
     }
 }
 
@@ -131,7 +131,7 @@ void navigation_MouseDown(Winding button) {
 }
 
 void navigation_MouseUp(Winding button) {
-    if (!songMode) return;
+    if (!songMode && !state.buttonHeld) return; // the mode may have changed since the press
     if (rowOf(button).byBars) {
         resumeAfterWinding();
         shell().letEventsRun();
@@ -157,7 +157,7 @@ void prevButton_Release() {
 }
 
 void resumeAfterWinding() {
-    if (transportRunning && songMode && timerInterval() == 0) beginTicking(windBaseTempo);
+    if (transportRunning && timerInterval() == 0) beginTicking(windBaseTempo);
 }
 
 void ResetButton_Hit() {

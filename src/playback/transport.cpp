@@ -21,10 +21,19 @@ namespace {
 
 enum class Tell { component, nobody };
 
+// What the module plays is what its bar says, whatever was current or cued before.
+void takeBar(int module) {
+    const Selection at = selectionOf(project, module);
+    at.currBank = at.nextBank = barBank(module, songTick);
+    at.currPatt = at.nextPatt = barPatt(module, songTick);
+    refreshCurrBankPatt(module);
+}
+
 // Steps at rest: 0 in pattern mode, in song mode where each module belongs at the bar line.
 void placeSteps(Tell tell) {
     if (songMode) songTick = barLine(songTick);
     for (int m = 0; m < kModules; ++m) {
+        if (songMode) takeBar(m);
         const int step = songMode ? moduleStepAtTick(m, songTick, currentLoopEnd(m) + 1) : 0;
         moduleStep[m] = static_cast<std::int16_t>(step);
         if (songMode && tell == Tell::component) SetModuleTick32(m, step);
@@ -54,6 +63,12 @@ void start() {
     beginTicking(project.tempo);
 }
 
+// A start that came with the events let through: the stop is over, its remaining steps would undo the start.
+bool startedMeanwhile() {
+    if (transportRunning) MIDIIn1.setMessageEvents(false);
+    return transportRunning;
+}
+
 void stopAndTakeCues() {
     transportRunning = false;
     if (songMode && recordOn) endRecording();
@@ -69,6 +84,7 @@ void stopAndTakeCues() {
     }
     for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), currentDrum().drumNote[d], 0);
     MidiMsgEnable(true);
+    if (startedMeanwhile()) return;
     moduleStep = {};
     showFrame(Control::startStopButton, 0, 0);
     refreshPlaySong();
@@ -92,6 +108,7 @@ void StopPlay() {
     releaseBassNotes();
     for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), drumNoteDefaultOf(d), 0);
     MidiMsgEnable(false);
+    if (startedMeanwhile()) return;
     for (int m = 0; m < kModules; ++m) {
         const int step = moduleStep[m] - songTick % kTicksPerBar;
         // A step before the bar's first counts back from 15, not from 16.

@@ -94,7 +94,8 @@ bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> 
     struct stat info {};
     if (::stat(target.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) return false;
     const std::string folder = folderOf(target);
-    std::string temporary = folder + "/." + extractFileName(target) + ".XXXXXX";
+    constexpr std::size_t kNamePart = 200; // a name of the longest length has no room for more
+    std::string temporary = folder + "/." + extractFileName(target).substr(0, kNamePart) + ".XXXXXX";
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC)); // creates exclusively: follows no planted link
     if (file.get() < 0) return false;
     const bool written =
