@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "desktop/control_words.h"
@@ -13,7 +14,9 @@ namespace marlune {
 
 namespace {
 
-class ControlAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
+class ControlAccessible final : public QAccessibleInterface,
+                                public QAccessibleActionInterface,
+                                public QAccessibleValueInterface {
   public:
     ControlAccessible(PanelWidget* panel, const PlacedControl& control) : panel_(panel), control_(control) {}
 
@@ -32,7 +35,11 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
         switch (which) {
             case QAccessible::Name: return controlName(control_, panel_->state());
             case QAccessible::Value: return controlValue(control_, panel_->state());
-            case QAccessible::Description:
+            case QAccessible::Description: { // the one text that every tool gets
+                const QString value = controlValue(control_, panel_->state());
+                return value.isEmpty() ? controlTip(control_)
+                                       : value + QStringLiteral("; ") + controlTip(control_);
+            }
             case QAccessible::Help: return controlTip(control_);
             default: return {};
         }
@@ -47,11 +54,13 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
             .translated(panel_->mapToGlobal(QPoint(0, 0)));
     }
     [[nodiscard]] QAccessible::Role role() const override {
+        if (isReadOnly(control_)) return QAccessible::StaticText;
         return isTurned(control_.control) ? QAccessible::Dial : QAccessible::Button;
     }
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state;
-        state.focusable = true;
+        state.focusable = !isReadOnly(control_);
+        state.readOnly = isReadOnly(control_);
         state.focused = panel_->focusControl() == &control_ && panel_->hasFocus();
         state.disabled = !panel_->state().isEnabled(control_.control, control_.index);
         const QString value = controlValue(control_, panel_->state());
@@ -62,10 +71,24 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
     }
 
     void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
-                                                    : nullptr;
+        if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
+        if (type == QAccessible::ValueInterface && range())
+            return static_cast<QAccessibleValueInterface*>(this);
+        return nullptr;
     }
+
+    [[nodiscard]] QVariant currentValue() const override { return range()->value; }
+    [[nodiscard]] QVariant minimumValue() const override { return range()->minimum; }
+    [[nodiscard]] QVariant maximumValue() const override { return range()->maximum; }
+    [[nodiscard]] QVariant minimumStepSize() const override { return 1; }
+    void setCurrentValue(const QVariant& wanted) override {
+        const double away = (wanted.toDouble() - range()->value) * range()->perUnit;
+        if (const int steps = static_cast<int>(std::lround(away)); steps != 0)
+            panelWheel(control_.control, control_.index, steps);
+    }
+
     [[nodiscard]] QStringList actionNames() const override {
+        if (isReadOnly(control_)) return {};
         if (isTurned(control_.control)) return {increaseAction(), decreaseAction(), setFocusAction()};
         return {pressAction(), setFocusAction()};
     }
@@ -78,6 +101,10 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
     [[nodiscard]] QStringList keyBindingsForAction(const QString& /*action*/) const override { return {}; }
 
   private:
+    [[nodiscard]] std::optional<ControlRange> range() const {
+        return controlRange(control_, panel_->state());
+    }
+
     PanelWidget* panel_;
     const PlacedControl& control_;
 };
@@ -85,10 +112,11 @@ class ControlAccessible final : public QAccessibleInterface, public QAccessibleA
 class PanelAccessible final : public QAccessibleWidget {
   public:
     explicit PanelAccessible(PanelWidget* panel) : QAccessibleWidget(panel, QAccessible::Grouping) {
-        for (const PlacedControl* stop : PanelWidget::tabStops())
-            controls_.push_back(
-                QAccessible::registerAccessibleInterface(new ControlAccessible(panel, *stop)));
+        for (const PlacedControl* stop : PanelWidget::tabStops()) add(panel, *stop);
+        for (const PlacedControl& control : placedControls())
+            if (isReadOnly(control)) add(panel, control);
         QObject::connect(panel, &PanelWidget::focusControlChanged, panel, [this] { tellFocus(); });
+        QObject::connect(panel, &PanelWidget::focusValueChanged, panel, [this] { tellValue(); });
     }
     ~PanelAccessible() override {
         for (const QAccessible::Id id : controls_) QAccessible::deleteAccessibleInterface(id);
@@ -118,6 +146,19 @@ class PanelAccessible final : public QAccessibleWidget {
     }
 
   private:
+    void add(PanelWidget* panel, const PlacedControl& control) {
+        controls_.push_back(QAccessible::registerAccessibleInterface(new ControlAccessible(panel, control)));
+    }
+    void tellValue() const {
+        QAccessibleInterface* focused = focusChild();
+        if (focused == nullptr) return;
+        if (QAccessibleValueInterface* value = focused->valueInterface()) {
+            QAccessibleValueChangeEvent event(focused, value->currentValue());
+            QAccessible::updateAccessibility(&event);
+        }
+        QAccessibleEvent event(focused, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&event);
+    }
     void tellFocus() const {
         QAccessibleInterface* focused = focusChild();
         if (focused == nullptr) return;

@@ -45,6 +45,9 @@ constexpr Words kWords[] = {
     {Control::bank103B, "103B bank %2", "Bank   ( Shift with Q to R )"},
     {Control::bank109, "109 bank %2", "Bank   ( Shift with A to F )"},
     {Control::ediSel, "Edit %1", "Edit this module   ( Left, Right )"},
+    {Control::tempoBPM, "Tempo", "Beats per minute"},
+    {Control::timeDisplay, "Bar", "Bar of the song"},
+    {Control::microDisplay, "Step of the bar", "Step of the bar"},
 };
 
 constexpr std::array<const char*, 13> kNotes{"C", "C#", "D", "D#", "E", "F",     "F#",
@@ -139,6 +142,30 @@ QString controlTip(const PlacedControl& c) {
 bool isTurned(Control control) {
     return control == Control::knobSprite || control == Control::knobTempo || control == Control::DigitPatt ||
            control == Control::LoopPt || control == Control::PatchID || control == Control::Offset109;
+}
+
+std::optional<ControlRange> controlRange(const PlacedControl& c, const PanelState& state) {
+    constexpr double kFrames = 53;
+    const auto number = [&](Control control) {
+        return QString::fromStdString(state.text(control, control == c.control ? c.index : 0)).toDouble();
+    };
+    switch (c.control) {
+        case Control::knobSprite:
+            return ControlRange{1.0 * state.frame(c.control, c.index), 0, kFrames, 127 / kFrames};
+        case Control::knobTempo: return ControlRange{number(Control::tempoBPM), 40, 240, 1};
+        case Control::DigitPatt: return ControlRange{1.0 + state.frame(c.control, c.index) % 8, 1, 8, 1};
+        case Control::LoopPt: return ControlRange{number(c.control), 1, 16, 1};
+        case Control::PatchID: {
+            const bool none = state.text(c.control, c.index) == "NONE";
+            return ControlRange{none ? -1 : number(c.control), -1, 127, 1};
+        }
+        default: return {};
+    }
+}
+
+bool isReadOnly(const PlacedControl& c) {
+    return c.control == Control::tempoBPM || c.control == Control::timeDisplay ||
+           c.control == Control::microDisplay;
 }
 
 bool isTabStop(const PlacedControl& c) {

@@ -156,6 +156,7 @@ void FormWindow::placeWithCaption(const std::string& caption, QWidget* widget) {
         std::max(words->sizeHint().width(), std::min(widget->sizeHint().width(), widget->maximumWidth()));
     both->setMinimumWidth((wide + kModule - 1) / kModule * kModule - kGap);
     place(both);
+    frames_.back().captioned = true;
 }
 
 void FormWindow::label(const Label& shown) {
@@ -200,7 +201,10 @@ void FormWindow::checkBox(CheckBox& box, FormEvent click) {
         check->setEnabled(box.enabled);
     });
     connect(check, &QCheckBox::clicked, this, [this, event = std::move(click)] { run(event); });
-    if (frames_.back().inRow) check->setMinimumHeight(kLineHeight);
+    Frame& frame = frames_.back();
+    if (frame.inRow) check->setMinimumHeight(kLineHeight);
+    // Boxes to tick would push the columns of the fields above them apart.
+    if (frame.inRow && frame.cell == 0 && frame.captioned) frame.kind = Lines::none, frame.captioned = false;
     place(check);
 }
 

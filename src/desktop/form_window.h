@@ -67,6 +67,7 @@ class FormWindow final : public QDialog, private FormBuilder {
         int line = 0;
         int cell = 0; // in a row
         bool inRow = false;
+        bool captioned = false;         // a row of the grid under way has captions above its boxes
         QHBoxLayout* buttons = nullptr; // the row of buttons under way
     };
 

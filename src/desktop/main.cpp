@@ -124,7 +124,7 @@ int run(int argc, char** argv) {
     qt.closing = MDIForm_Unload;
     resetProgram();
     setConfigFolder(folder);
-    hooks.showMainWindow = [&qt] { qt.window().show(); };
+    hooks.showMainWindow = [&qt] { qt.window().showCentred(); };
     hooks.showSplash = [&qt](bool visible) { visible ? qt.showSplash() : qt.hideSplash(); };
     hooks.windowHandle = machine.windowHandle();
     hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());

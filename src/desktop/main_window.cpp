@@ -112,6 +112,12 @@ void MainWindow::showStatus(const QString& text) {
     status_->setText(text);
 }
 
+void MainWindow::showCentred() {
+    adjustSize();
+    move(screen()->availableGeometry().center() - rect().center());
+    show();
+}
+
 void MainWindow::setZoom(int percent) {
     panel_->setZoom(percent);
     stage_->updateGeometry();

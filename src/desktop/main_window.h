@@ -26,6 +26,7 @@ class MainWindow final : public QMainWindow {
     [[nodiscard]] QAction* action(Menu menu) const { return actions_[static_cast<std::size_t>(menu)]; }
     void showMenu(Menu menu, const MenuState& state);
     void showStatus(const QString& text);
+    void showCentred(); // on the screen
     void setZoom(int percent);
     void stepZoom(int direction); // to the next of kZooms
 

@@ -146,6 +146,14 @@ void PanelWidget::refresh() {
         shown_[i] = std::move(look);
         update(widgetRect(deviceRect(pieces[i], scale)));
     }
+    tellFocusValue();
+}
+
+void PanelWidget::tellFocusValue() {
+    const QString now = touch_.focus != nullptr ? controlValue(*touch_.focus, state_) : QString();
+    if (now == focusValue_) return;
+    focusValue_ = now;
+    if (touch_.focus != nullptr) emit focusValueChanged();
 }
 
 void PanelWidget::paintEvent(QPaintEvent* event) {
@@ -181,6 +189,7 @@ const PlacedControl* PanelWidget::reachable(QPointF point) const {
 }
 
 void PanelWidget::press(QMouseEvent* event, bool second) {
+    if (event->button() == heldButton_) abandonPress();
     if (heldButton_ != Qt::NoButton) return; // a second button during a drag changes nothing
     setFocusControl(nullptr);
     const QPointF at = panelPoint(event->position());
@@ -189,6 +198,8 @@ void PanelWidget::press(QMouseEvent* event, bool second) {
     lastPressed_ = control;
     if (control == nullptr) return;
     heldButton_ = event->button();
+    heldPair_ = pair;
+    lastY_ = at.y() * kTwips;
     touch_.pressed = control;
     refresh();
     // The handler may let events run, the release among them: nothing is read after this call.
@@ -207,11 +218,13 @@ void PanelWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void PanelWidget::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = panelPoint(event->position());
+    if (heldButton_ != Qt::NoButton && !event->buttons().testFlag(heldButton_)) abandonPress();
     if (heldButton_ == Qt::NoButton) {
         setHover(reachable(at));
         return;
     }
     const PlacedControl* control = touch_.pressed;
+    lastY_ = at.y() * kTwips;
     panelPointer(control->control, control->index,
                  {PointerAction::move, heldButton_ == Qt::LeftButton, at.y() * kTwips,
                   event->modifiers().testFlag(Qt::ShiftModifier), false, reachable(at) == control});
@@ -227,7 +240,19 @@ void PanelWidget::mouseReleaseEvent(QMouseEvent* event) {
     refresh();
     panelPointer(control->control, control->index,
                  {PointerAction::release, event->button() == Qt::LeftButton, at.y() * kTwips,
-                  event->modifiers().testFlag(Qt::ShiftModifier), false, touch_.hover == control});
+                  event->modifiers().testFlag(Qt::ShiftModifier), heldPair_, touch_.hover == control});
+}
+
+// A release that went elsewhere, as where a dialog came up under the pressed button.
+void PanelWidget::abandonPress() {
+    if (heldButton_ == Qt::NoButton) return;
+    const PlacedControl* control = touch_.pressed;
+    const bool left = heldButton_ == Qt::LeftButton;
+    heldButton_ = Qt::NoButton;
+    touch_.pressed = nullptr;
+    refresh();
+    panelPointer(control->control, control->index,
+                 {PointerAction::release, left, lastY_, false, false, false});
 }
 
 void PanelWidget::setHover(const PlacedControl* control) {
@@ -365,6 +390,7 @@ void PanelWidget::focusOutEvent(QFocusEvent* event) {
     updateRing();
     QWidget::focusOutEvent(event);
     flushRelease();
+    abandonPress();
     panelFocusLost();
 }
 

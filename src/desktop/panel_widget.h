@@ -44,6 +44,7 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
 
   signals:
     void focusControlChanged();
+    void focusValueChanged(); // what the focused control shows
 
   protected:
     bool event(QEvent* event) override;
@@ -64,9 +65,11 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     [[nodiscard]] const PlacedControl* reachable(QPointF panelPoint) const; // enabled as well
     [[nodiscard]] QRect widgetRect(const DeviceRect& area) const;
     void press(QMouseEvent* event, bool second);
+    void abandonPress();
     void setHover(const PlacedControl* control);
     void takeLooks(); // of the pieces there are
     void refresh();   // repaints the pieces whose look changed
+    void tellFocusValue();
     void updateRing();
     bool keyOnFocus(const QKeyEvent& event);
     bool repeatsPending(const QKeyEvent& event, int code);
@@ -78,8 +81,11 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     SpriteCache sprites_;
     QSize size_{kPanelWidth, kPanelHeight}; // panel pixels
     int zoom_ = 100;
+    QString focusValue_;                         // as last told
     const PlacedControl* lastPressed_ = nullptr; // what a second press must meet again
     Qt::MouseButton heldButton_ = Qt::NoButton;
+    bool heldPair_ = false; // pressed as the second of a fast pair
+    double lastY_ = 0;      // twips; of the held button's last event
     // A key release that is not told yet: a server's repeat may follow, which begins with a release of its
     // own that the toolkit doesn't always know for one.
     struct {

@@ -24,6 +24,9 @@ QString text(const std::string& s) {
     return QString::fromStdString(s);
 }
 
+constexpr int kSettleMs = 20; // from the end of a wait to a close that was wished during it
+constexpr QSize kFileDialogSize{860, 520};
+
 QMessageBox::StandardButtons buttonsOf(BoxButtons buttons) {
     switch (buttons) {
         case BoxButtons::okCancel: return QMessageBox::Ok | QMessageBox::Cancel;
@@ -168,15 +171,15 @@ BoxAnswer QtShell::messageBox(const std::string& message, BoxIcon icon, BoxButto
 
 std::string QtShell::fileDialog(const FileDialog& asked) {
     const ArrowWhile arrow(hourglass_);
-    // Replacing a file is asked about by the command itself.
-    const QString name = asked.save
-                             ? QFileDialog::getSaveFileName(window_.get(), text(asked.title),
-                                                            text(asked.fileName), nativeFilter(asked.filter),
-                                                            nullptr, QFileDialog::DontConfirmOverwrite)
-                             : QFileDialog::getOpenFileName(window_.get(), text(asked.title),
-                                                            QFileInfo(text(asked.fileName)).path(),
-                                                            nativeFilter(asked.filter));
-    if (name.isEmpty()) return {};
+    const QFileInfo proposed(text(asked.fileName));
+    QFileDialog dialog(window_.get(), text(asked.title), proposed.path(), nativeFilter(asked.filter));
+    dialog.setAcceptMode(asked.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(asked.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // the command itself asks
+    if (asked.save) dialog.selectFile(proposed.fileName());
+    dialog.resize(kFileDialogSize); // where the desktop has none of its own
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    const QString name = dialog.selectedFiles().constFirst();
     const bool bare = asked.save && !asked.defaultExtension.empty() && QFileInfo(name).suffix().isEmpty();
     return (bare ? name + '.' + text(asked.defaultExtension) : name).toStdString();
 }
@@ -258,7 +261,13 @@ void QtShell::closeWish() {
 }
 
 void QtShell::settleCloseWish() {
-    if (closeLater_ && waits_ == 0) QTimer::singleShot(0, this, &QtShell::closeWish);
+    if (!closeLater_ || waits_ > 0 || settling_) return;
+    settling_ = true;
+    // Not at once: a wait in short pieces would end each of them with this.
+    QTimer::singleShot(kSettleMs, this, [this] {
+        settling_ = false;
+        closeWish();
+    });
 }
 
 void QtShell::closeWindow() {

@@ -68,6 +68,7 @@ class QtShell final : public QObject, public AppShell {
     int waits_ = 0; // routines that let events run, one inside the other
     bool hourglass_ = false;
     bool closeLater_ = false;
+    bool settling_ = false;
     bool ended_ = false;
 };
 

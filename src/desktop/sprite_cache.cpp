@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "desktop/palette.h"
+
 namespace marlune {
 
 namespace {
@@ -28,7 +30,9 @@ QPixmap SpriteCache::picture(const Piece& piece, const Look& look, const DeviceR
     const Key key{look, area.width, area.height};
     if (const QPixmap* known = pixmaps_.object(key)) return *known;
     QPixmap pixmap(crop.width, crop.height);
-    if (piece.art != Art::ground) pixmap.fill(Qt::transparent);
+    // A scale that cuts a pixel leaves the last row of the ground half covered: the bed lies below it.
+    pixmap.fill(piece.art == Art::ground ? QColor::fromRgb(palette::kBed.stops[1].colour)
+                                         : QColor(Qt::transparent));
     QPainter painter(&pixmap);
     painter.translate(-area.x - crop.x, -area.y - crop.y);
     paintPiece(painter, piece, look, scale_);

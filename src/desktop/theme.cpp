@@ -54,7 +54,7 @@ QPushButton:focus { border: 1px solid #EDF1F5; border-bottom: 2px solid #EDF1F5;
 QPushButton:disabled { color: #7F8A96; }
 QProgressBar { background: #0A0E12; border: 1px solid #07090C; border-radius: 5px; color: #EDF1F5;
                text-align: center; min-height: 16px; }
-QProgressBar::chunk { background: #5FDCCB; border-radius: 4px; }
+QProgressBar::chunk { background: #23504F; border-radius: 4px; }
 QTextBrowser { background: #12171D; color: #EDF1F5; border: none; selection-background-color: #3F5966; }
 QScrollBar:vertical { background: #12171D; width: 12px; }
 QScrollBar::handle:vertical { background: #3A434E; border-radius: 5px; min-height: 30px; margin: 1px; }

@@ -140,6 +140,7 @@ void toPatternMode() {
     const ProjectRecord edited = project;
     project = patternImage;
     project.tempo = edited.tempo;
+    project.tempoChanged = edited.tempoChanged; // still to be told
     enableSongKnobs(true);
     cueCurrent(project);
     pushCurrentPatterns();

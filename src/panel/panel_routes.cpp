@@ -109,7 +109,7 @@ void loopWheel(int module, int steps) {
 template <Winding button>
 constexpr Route kWindingRoute = {
     .press = [](int, At) { navigation_MouseDown(button); },
-    .release = [](int, At) { navigation_MouseUp(button); },
+    .release = [](int, At at) { navigation_MouseUp(button, at.leftButton && at.inside); },
     .click = [](int, At) { navigation_Click(button); },
     .doubleClick = [](int, At) { navigation_DblClick(button); },
 };

@@ -118,7 +118,8 @@ void stepDigit(int index, int steps) {
     const int module = index / 2;
     setEditSel(module);
     const Selection at = selectionOf(project, module);
-    const int from = transportRunning ? at.nextPatt : at.currPatt;
+    const int cued = songMode ? nextBarPatt(module, songTick) : int{at.nextPatt};
+    const int from = transportRunning ? cued : int{at.currPatt};
     selPatt(module, std::clamp(from + steps, 0, kPatterns - 1));
 }
 

@@ -20,6 +20,7 @@ struct NavigationState {
     bool buttonHeld = false;
     bool clickArmed = true; // false between a release and the click that comes right after it
     CStopWatch navWatch;
+    bool flashing = false; // a flash waits
 };
 NavigationState state;
 
@@ -62,8 +63,11 @@ void moveAndFlash(const Row& row) {
     if (row.marksProject) projectDirty = true;
     if (!row.byBars && transportRunning) stopButton_Hit();
     move(row);
+    if (state.flashing) return; // a repeat of the key: the flash under way shows it as well
+    state.flashing = true;
     showPressed(row.sprite);
     delay();
+    state.flashing = false;
     showRest(row.sprite);
     if (row.sprite == Control::nextButton) refreshRec();
 }
@@ -130,14 +134,14 @@ void navigation_MouseDown(Winding button) {
     showRest(row.sprite);
 }
 
-void navigation_MouseUp(Winding button) {
+void navigation_MouseUp(Winding button, bool clickFollows) {
     if (!songMode && !state.buttonHeld) return; // the mode may have changed since the press
     if (rowOf(button).byBars) {
         resumeAfterWinding();
         shell().letEventsRun();
     }
     state.buttonHeld = false;
-    state.clickArmed = false;
+    state.clickArmed = !clickFollows;
 }
 
 void nextButton_Hit() {

@@ -11,7 +11,8 @@ enum class Winding { next, previous, stepForward, stepBack };
 void navigation_Click(Winding button);
 void navigation_DblClick(Winding button);
 void navigation_MouseDown(Winding button);
-void navigation_MouseUp(Winding button);
+// clickFollows: the toolkit sends a click right behind this release, which is not another press.
+void navigation_MouseUp(Winding button, bool clickFollows = true);
 
 void nextButton_Hit(); // windRate + 1 bars, whatever the mode
 void prevButton_Hit();

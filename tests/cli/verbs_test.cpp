@@ -55,7 +55,11 @@ TEST(Verbs, ResaveGivesTheSameBytesAndExportAFile) {
     const TemporaryFolder folder;
     ASSERT_EQ(resaveVerb({kSong, folder.file("again.mlp")}), 0);
     EXPECT_EQ(readBytes(folder.file("again.mlp")), readBytes(kSong));
-    ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "2"}), 0);
+    std::filesystem::create_directory(folder.file("config"));
+    ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "2", "--config",
+                          folder.file("config")}),
+              0);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.file("config")));                        // only read
     ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "4"}), 0); // replaces
     EXPECT_GT(readBytes(folder.file("x.mid")).size(), 500U);
 }

@@ -72,6 +72,7 @@ TEST(ProjectFile, ComesBackByteForByte) {
     for (unsigned seed = 1; seed <= 5; ++seed) {
         TestProgram program;
         scramble(seed);
+        selectionOf(project, 2).nextPatt = 5; // a cue waits
         ASSERT_TRUE(saveProjectFile(folder.file("a.mlp")));
         for (auto& row : knobTrack) row.fill(1);
         ASSERT_TRUE(loadProjectFile(folder.file("a.mlp")));
@@ -96,7 +97,8 @@ TEST(ProjectFile, RefusesWhatIsNone) {
     putCount(bad[4], 2999);
     putCount(bad[5], 323001);
     putCount(bad[6], -1);
-    bad[7][kEntriesAt + 8 * 3005 + 5] = 1; // high byte of data
+    bad[7][kEntriesAt + 8 * 3019 + 5] = 1; // high byte of data, in an entry
+    bad[7][kEntriesAt + 8 * 3005] = 77;    // behind one that is never met
     for (std::size_t i = 0; i < bad.size(); ++i) {
         writeBytes(folder.file("bad.mlp"), bad[i]);
         program.shell.boxes.clear();

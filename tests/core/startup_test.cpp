@@ -75,7 +75,9 @@ TEST(FileNew, BringsTheDefaultsBackInEitherMode) {
         test::setBassSteps(1, "G G_ G^");
         if (fromSong) Check1_Click();
         projectDirty = false;
+        config.midiOutDevice = 1; // chosen and not yet in a file
         mnuFileNew_Click();
+        EXPECT_EQ(config.midiOutDevice, 1);
         EXPECT_FALSE(songMode);
         EXPECT_EQ(project.tempo, 140);
         EXPECT_EQ(barPatt(1, 160), 0);

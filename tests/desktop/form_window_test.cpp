@@ -138,7 +138,7 @@ TEST(FormWindows, TheFocusSelectsAllAndAModelessFormIsFollowed) {
     form.note.text = "second";
     shell.formChanged(form);
     EXPECT_EQ(window->findChild<QLabel*>()->text(), "second");
-    EXPECT_GT(form.timer, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&form] { return form.timer > 0; }));
     form.hide();
     QTest::qWait(250);
     EXPECT_EQ(shell.window().findChild<FormWindow*>(), nullptr);

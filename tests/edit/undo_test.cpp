@@ -15,6 +15,9 @@ TEST(Undo, OneStepPerGesture) {
     TestProgram::advanceClock(2000);
     panelWheel(Control::knobSprite, 2, -1);
     EXPECT_EQ(undoSteps(), before + 4);
+    for (const int drumNote : {36, 37, 38}) program.midi(0x99, drumNote, 100);
+    EXPECT_EQ(undoSteps(), before + 7); // played notes are edits of their own
+    for (int i = 0; i < 3; ++i) menuClicked(Menu::mnuEditUndo);
     const int turned = project.knobValue[2];
     program.click(Control::step103A, 4); // a selection is no edit
     Form_KeyDown('3', 0);

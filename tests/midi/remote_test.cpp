@@ -88,9 +88,10 @@ TEST(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {
 
 TEST(InputQueue, IsThrownAwayWhenTheReaderChanges) {
     TestProgram program;
-    MIDIIn1.setMessageEvents(false);
-    for (int i = 0; i < 100; ++i) program.midi(0xB0, 12, i);
+    for (int i = 0; i < 100; ++i) program.devices.input->received({3, {0xB0, 12, 9}});
+    program.shell.after(0, midiArrived); // the wake of those
     MidiMsgEnable(true);
+    program.shell.waitForEvents(1);
     EXPECT_EQ(MIDIIn1.MessageCount(), 0);
     EXPECT_EQ(project.knobValue[0], 0);
     program.midi(0xB0, 12, 9);
@@ -135,6 +136,10 @@ TEST(InputQueue, MalformedMessagesNeverEnter) {
 TEST(InputQueue, TellsOfAFloodInTheStatusLine) {
     TestProgram program;
     MIDIIn1.setMessageEvents(false);
+    for (int i = 0; i < 9000; ++i) program.midi(0xB0, 12, 1);
+    MidiMsgEnable(false); // what nobody was to read is no news
+    MIDIIn1_Message();
+    EXPECT_EQ(program.shell.status, "");
     for (int i = 0; i < 9000; ++i) program.midi(0xB0, 12, 1);
     MIDIIn1.setMessageEvents(true);
     MIDIIn1_Message();

@@ -99,6 +99,39 @@ TEST(Navigation, ResetStopsRewindsAndDisarms) {
     EXPECT_EQ(shownFrame(Control::RecButton, 0), 1);
 }
 
+TEST(Navigation, AModeSwitchWhileAButtonIsHeldEndsTheWinding) {
+    TestProgram program;
+    Check1_Click();
+    playButton();
+    program.shell.after(500, Check1_Click);
+    hold(program, Control::nextButton, 5000);
+    EXPECT_LT(TestProgram::now(), 1000U + 2000U);
+    EXPECT_FALSE(songMode);
+    panelPointer(Control::nextButton, 0, {.action = PointerAction::release});
+    EXPECT_GT(timerInterval(), 0); // the music goes on
+    StopPlay();
+}
+
+TEST(Navigation, RepeatedStepsDoNotWaitInsideEachOther) {
+    TestProgram program;
+    Check1_Click();
+    int depth = 0, deepest = 0;
+    for (int i = 0; i < 50; ++i) {
+        program.shell.after(30 * i, [&] {
+            deepest = std::max(deepest, ++depth);
+            navigation_Click(Winding::stepForward);
+            --depth;
+        });
+    }
+    program.shell.waitForEvents(5);
+    while (TestProgram::now() < 4000) program.shell.waitForEvents(5);
+    EXPECT_EQ(songTick, 50);
+    EXPECT_LE(deepest, 2);
+    panelPointer(Control::FwdStep, 0, {.action = PointerAction::release, .inside = false});
+    navigation_Click(Winding::stepForward); // no click came with that release: this is another press
+    EXPECT_EQ(songTick, 51);
+}
+
 TEST(Navigation, ClosingTheWindowWhileAButtonIsHeldIsSafe) {
     TestProgram program;
     Check1_Click();

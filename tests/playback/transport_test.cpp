@@ -105,6 +105,36 @@ TEST(Transport, SongStartsOnTheBarLineWithTheStepsThatBelongThere) {
     EXPECT_EQ(songTick, 48 + 20); // stays where the last tick left it
 }
 
+TEST(Transport, AStartFindsItsPlaceWhateverTheSongHadPlaced) {
+    TestProgram program;
+    test::setBassSteps(0, "C D E F G A B C C C C C C C C C");
+    for (int bar = 4; bar < 20; ++bar) setBar(0, 16 * bar, 0, 2);
+    project.bass[0].patterns[0][2].loopEnd = 11;
+    Check1_Click();
+    moveSongForward(5, false, true);
+    Check1_Click();
+    program.wire();
+    playButton();
+    program.play(1);
+    EXPECT_NE(program.wire().find("fa f8 90 24 "), std::string::npos); // step 1, not 6
+    StopPlay();
+
+    Check1_Click();
+    songTick = 16 * 6;
+    selectionOf(project, 0).nextPatt = 1; // left over from pattern mode
+    playButton();
+    program.play(2);
+    playButton();
+    EXPECT_EQ(shownFrame(Control::DigitPatt, 0), 2); // the bar's
+    program.calls();
+    playButton();
+    EXPECT_NE(program.calls().find("SetModuleTick32(0,8)"), std::string::npos); // (96 - 64) mod 12
+    program.play(1);
+    program.wire();
+    MDIForm_Unload(); // as by a signal
+    EXPECT_NE(program.wire().find("fc"), std::string::npos);
+}
+
 TEST(Recording, ArmsOnlyInSongModeAndFreesTheKnobs) {
     TestProgram program;
     recButton_Click();
