@@ -132,6 +132,7 @@ bool loadProjectFile(const std::string& fileName) {
 
 bool saveProjectFile(const std::string& fileName) {
     ProjectRecord record = songMode ? patternImage : project;
+    record.tempo = project.tempo;                             // outlasts song mode, as it does at the switch
     for (int m = 0; m < kModules; ++m) cueCurrent(record, m); // as a load leaves it
     const std::vector<std::uint8_t> song = packSong();
     const Le32 count = static_cast<int>(song.size() / kPackedEntrySize);

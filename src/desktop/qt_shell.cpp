@@ -4,9 +4,11 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
+#include <QTreeView>
 #include <algorithm>
 
 #include "desktop/about_window.h"
@@ -177,7 +179,10 @@ std::string QtShell::fileDialog(const FileDialog& asked) {
     dialog.setFileMode(asked.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // the command itself asks
     if (asked.save) dialog.selectFile(proposed.fileName());
-    dialog.resize(kFileDialogSize); // where the desktop has none of its own
+    // Where the desktop has no dialog of its own, Qt's is shown with room for sizes and dates.
+    dialog.resize(kFileDialogSize);
+    if (auto* list = dialog.findChild<QTreeView*>())
+        list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     const QString name = dialog.selectedFiles().constFirst();
     const bool bare = asked.save && !asked.defaultExtension.empty() && QFileInfo(name).suffix().isEmpty();
