@@ -3,21 +3,16 @@
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "desktop/control_words.h"
-#include "desktop/key_codes.h"
 #include "panel/panel_events.h"
 
 namespace marlune {
 
 namespace {
-
-constexpr quint64 kRepeatGapMs = 5; // between a release and the press of the same repeat
-constexpr int kReleaseWaitMs = 15;
 
 constexpr double kTwips = 15; // to a panel pixel
 constexpr int kWheelStep = 120;
@@ -342,54 +337,17 @@ bool PanelWidget::keyOnFocus(const QKeyEvent& event) {
 }
 
 void PanelWidget::keyPressEvent(QKeyEvent* event) {
-    if (keyOnFocus(*event)) return;
-    const int code = virtualKey(*event);
-    if (code == 0) {
-        event->ignore();
-        return;
-    }
-    const bool repeated = repeatsPending(*event, code) || event->isAutoRepeat();
-    if (repeated && !repeats(code)) return;
-    Form_KeyDown(code, modifierMask(*event));
+    if (!keyOnFocus(*event) && !keys_.press(*event)) event->ignore();
 }
 
 void PanelWidget::keyReleaseEvent(QKeyEvent* event) {
-    if (event->isAutoRepeat()) return; // the system's repeat releases the key each time
-    const int code = virtualKey(*event);
-    if (code == 0) return;
-    flushRelease();
-    release_ = {code, modifierMask(*event), event->timestamp()};
-    if (release_.timestamp == 0) { // made by a program: nothing follows it
-        flushRelease();
-        return;
-    }
-    QTimer::singleShot(kReleaseWaitMs, this, [this, stamp = release_.timestamp] {
-        if (release_.timestamp == stamp) flushRelease();
-    });
-}
-
-// Whether a press goes on with the release that is waiting: no hand is that quick.
-bool PanelWidget::repeatsPending(const QKeyEvent& event, int code) {
-    const bool same = release_.code == code && event.timestamp() - release_.timestamp <= kRepeatGapMs;
-    if (same) {
-        release_ = {};
-    } else {
-        flushRelease();
-    }
-    return same;
-}
-
-void PanelWidget::flushRelease() {
-    if (release_.code == 0) return;
-    const auto due = release_;
-    release_ = {};
-    Form_KeyUp(due.code, due.mask);
+    keys_.release(*event);
 }
 
 void PanelWidget::focusOutEvent(QFocusEvent* event) {
     updateRing();
     QWidget::focusOutEvent(event);
-    flushRelease();
+    keys_.flush();
     abandonPress();
     panelFocusLost();
 }

@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "desktop/held_keys.h"
 #include "desktop/panel_state.h"
 #include "desktop/sprite_cache.h"
 #include "panel/scaling.h"
@@ -72,8 +73,6 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     void tellFocusValue();
     void updateRing();
     bool keyOnFocus(const QKeyEvent& event);
-    bool repeatsPending(const QKeyEvent& event, int code);
-    void flushRelease();
 
     PanelState state_;
     Touch touch_;
@@ -86,13 +85,7 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     Qt::MouseButton heldButton_ = Qt::NoButton;
     bool heldPair_ = false; // pressed as the second of a fast pair
     double lastY_ = 0;      // twips; of the held button's last event
-    // A key release that is not told yet: a server's repeat may follow, which begins with a release of its
-    // own that the toolkit doesn't always know for one.
-    struct {
-        int code = 0;
-        int mask = 0;
-        quint64 timestamp = 0;
-    } release_;
+    HeldKeys keys_;
     const PlacedControl* wheelControl_ = nullptr;
     int wheelAngle_ = 0;
 };
