@@ -28,6 +28,7 @@ int exportVerb(const Words& words) {
     session.shell.answer = arguments.files[1];
     session.shell.mayOverwrite = true;
     exportForm.Text1.text = std::to_string(arguments.number("--bars", exportBars));
+    if (arguments.files[1].empty()) return refuse("The name of the file is empty.");
     return exportForm.Command1_Click() ? 0 : refuse(session.shell.status());
 }
 

@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "desktop/key_codes.h"
+#include "panel/app_shell.h"
 
 namespace marlune {
 
@@ -90,12 +91,22 @@ QGridLayout* FormWindow::linesOf(Lines kind) {
 }
 
 void FormWindow::beginFrame(const std::string& title) {
+    openFrame(title);
+}
+
+void FormWindow::beginFrame(const Label& title) {
+    QGroupBox* box = openFrame(title.text);
+    bindings_.push_back([box, &title] { box->setTitle(text(title.text)); });
+}
+
+QGroupBox* FormWindow::openFrame(const std::string& title) {
     auto* box = new QGroupBox(text(title));
     auto* column = new QVBoxLayout(box);
     column->setContentsMargins(13, 12, 13, 13);
     column->setSpacing(9);
     place(box);
     frames_.push_back({column});
+    return box;
 }
 
 void FormWindow::endFrame() {
@@ -190,6 +201,7 @@ void FormWindow::textBox(const std::string& caption, TextBox& box, int width,
 void FormWindow::digitsBox(const std::string& caption, TextBox& box, int width) {
     QLineEdit* line = addLineEdit(caption, box, width);
     line->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*")), line));
+    connect(line, &QLineEdit::inputRejected, this, [] { shell().beep(); });
 }
 
 void FormWindow::checkBox(CheckBox& box, FormEvent click) {

@@ -12,6 +12,7 @@
 #include "panel/form.h"
 
 class QGridLayout;
+class QGroupBox;
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
@@ -40,6 +41,7 @@ class FormWindow final : public QDialog, private FormBuilder {
 
   private:
     void beginFrame(const std::string& title) override;
+    void beginFrame(const Label& title) override;
     void endFrame() override;
     void beginRow() override;
     void endRow() override;
@@ -51,6 +53,7 @@ class FormWindow final : public QDialog, private FormBuilder {
     void progressBar(ProgressBar& bar) override;
     void button(Button& button, Role role, FormEvent click) override;
 
+    QGroupBox* openFrame(const std::string& title);
     QLineEdit* addLineEdit(const std::string& caption, TextBox& box, int width);
     enum class Lines { none, rows, captions };
     QGridLayout* linesOf(Lines kind);

@@ -16,7 +16,6 @@ inline constexpr int kMidiFileDivision = 120; // file ticks per quarter note
 inline constexpr int kFileTicksPerStep = 30;  // a song tick is a sixteenth
 
 // Meta events that carry a text.
-inline constexpr int kMetaText = 1;
 inline constexpr int kMetaCopyright = 2;
 inline constexpr int kMetaTrackName = 3;
 

@@ -45,6 +45,7 @@ class FormBuilder {
   public:
     virtual ~FormBuilder() = default;
     virtual void beginFrame(const std::string& title) = 0;
+    virtual void beginFrame(const Label& title) { beginFrame(title.text); } // a title that changes
     virtual void endFrame() = 0;
     virtual void beginRow() = 0;
     virtual void endRow() = 0;

@@ -68,6 +68,9 @@ int limitedEntry(const TextBox& box, const OptionLimits& limits) {
     return std::clamp(leadingInteger(box.text), limits.lowest, limits.highest);
 }
 
+constexpr const char* kProgress = "Conversion Progress";
+constexpr int kDrumsFrom = 66; // per cent
+
 } // namespace
 
 void mnuFileConvert_Click() {
@@ -114,7 +117,7 @@ void Rebirth_to_MIDI::describe(FormBuilder& builder) {
     builder.checkBox(Check2);
     builder.endRow();
     builder.endFrame();
-    builder.beginFrame("Conversion Progress");
+    builder.beginFrame(Progress);
     builder.progressBar(ProgressBar1);
     builder.endFrame();
     builder.beginRow();
@@ -135,6 +138,7 @@ void Rebirth_to_MIDI::Form_Load() {
     }
     DRUMS_MIDI_Channel.text = std::to_string(options.drumsChannel);
     DRUMS_Convert_Tune.checked = Check2.checked = false;
+    Progress.text = kProgress;
     ProgressBar1.value = 0;
 }
 
@@ -188,6 +192,8 @@ void Rebirth_to_MIDI::askOutputFileName() {
 void Rebirth_to_MIDI::convertFile() {
     const auto showProgress = [this](int percent) {
         ProgressBar1.value = percent;
+        // The drums come last and count themselves in the title.
+        Progress.text = percent > kDrumsFrom ? std::to_string(percent - kDrumsFrom) : kProgress;
         shell().formChanged(*this);
     };
     showProgress(0);

@@ -20,6 +20,7 @@ struct Rebirth_to_MIDI final : Form {
     CheckBox TOP_303_Convert_Slide, TOP_303_Convert_Accent, TOP_303_convert_Knobs;
     CheckBox MID_303_Convert_Slide, MID_303_Convert_Accent, MID_303_convert_Knobs;
     CheckBox DRUMS_Convert_Tune, Check2;
+    Label Progress; // title of the frame around the bar
     ProgressBar ProgressBar1;
     Button OK_Button, Cancel_Button;
 

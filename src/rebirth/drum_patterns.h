@@ -18,15 +18,15 @@ class Drum_Patterns {
     int patternNumber = 0; // what Convert_Pattern works on, 0..31
     int channel = 10;      // 1..16
 
-    // How the voices stand; the song's events change it through applyParameter. Levels as in the file,
-    // 0..255.
+    // How the voices stand; the song's events change it through applyParameter. Levels as in the
+    // file, 0..127.
     std::array<bool, 5> voiceSwitch{}; // which instrument of each pair sounds
     int accentLevel = 0;
     std::array<int, kRbsVoices> voiceLevel{}; // [1..16]
 
     int eventStatus = 0; // of the event that MIDI_808_Get_Step produced
     int eventNote = 0;
-    int eventVelocity = 0; // above 127 where a level is
+    int eventVelocity = 0;
 
     void DRUMS_Get_All_Patterns(const RbsImage& image);
 

@@ -57,7 +57,7 @@ bool Conversion::read(const ConverterOptions& options) {
         track.decayController = chosen[i]->decay;
         track.accentController = chosen[i]->accent;
     }
-    units_.tracks[kDrumTrack].channel = units_.drums.channel = options.drumsChannel;
+    units_.tracks[kDrumSongTrack].channel = units_.drums.channel = options.drumsChannel;
     return true;
 }
 
@@ -159,7 +159,7 @@ void Conversion::bassKnobs(Song_Tracks& track, const char* name) {
 
 void Conversion::drumNotes() {
     startTrack("808 ");
-    Song_Tracks& track = units_.tracks[kDrumTrack];
+    Song_Tracks& track = units_.tracks[kDrumSongTrack];
     // Levels and switches stand as of the end of the stretch about to be written.
     walkPatterns(track, [&](int halfSteps, int rest) {
         units_.drums.patternNumber = track.previousPattern;
@@ -170,7 +170,7 @@ void Conversion::drumNotes() {
 }
 
 void Conversion::catchUpDrums() {
-    Song_Tracks& track = units_.tracks[kDrumTrack];
+    Song_Tracks& track = units_.tracks[kDrumSongTrack];
     while (track.drumReadPos < track.readPos) {
         const DrumEvent event = track.SONG_Extract_One_DRUM_Event();
         units_.drums.applyParameter(event.parameter, event.value);

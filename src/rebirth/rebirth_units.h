@@ -20,7 +20,7 @@ enum class RebirthResult {
 
 inline constexpr const char* kCorruptRebirthFile = "Corrupt ReBirth file.";
 
-inline constexpr int kDrumTrack = 2; // of the song; 0 top, 1 middle, 3 has no use
+inline constexpr int kDrumSongTrack = 2; // of the song; 0 top, 1 middle, 3 has no use
 
 struct RebirthUnits {
     std::array<Three03_Patterns, 2> basses; // top, middle

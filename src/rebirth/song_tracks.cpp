@@ -11,6 +11,7 @@ constexpr int kFirstParameter = 7;
 constexpr int kPitchBend = 16;
 constexpr int kNoMidiForm = 22;
 constexpr int kFirstKnob = 17; // to 21: cutoff, reso, envMod, decay, accent
+constexpr int kTopValue = 127; // of a knob; MIDI has no more
 constexpr int kFileTicksPerUnit = 15;
 constexpr int kLongestDelta = 0x0FFFFFFF / kFileTicksPerUnit;
 
@@ -35,7 +36,7 @@ void Song_Tracks::SONG_Get_Data(int trackIndex, const RbsImage& image, bool& fai
         }
         if (i == trackIndex) {
             const int dataSize = std::max(static_cast<int>(span) - 7 - kDataSizeLess, 0);
-            if (!image.holds(start + kDataField, dataSize)) {
+            if (dataSize > 0 && !image.holds(start + kDataField, dataSize)) {
                 failed = true;
                 return;
             }
@@ -63,7 +64,7 @@ std::optional<Song_Tracks::Event> Song_Tracks::eventAt(int pos) const {
         delta = (delta - 128) * 128 + at(pos++);
     }
     if (pos + 1 > trackLast) return std::nullopt;
-    return Event{delta, at(pos), at(pos + 1), pos + 2};
+    return Event{delta, at(pos), std::min<int>(at(pos + 1), kTopValue), pos + 2};
 }
 
 bool Song_Tracks::takeFirstEvent() {
@@ -74,7 +75,7 @@ bool Song_Tracks::takeFirstEvent() {
     eventTime = 0;
     eventData1 = kFirstParameter;
     eventStatus = 0xB0 + channel - 1;
-    eventData2 = at(2);
+    eventData2 = std::min<int>(at(2), kTopValue);
     readPos = kFirstEventSize;
     return true;
 }

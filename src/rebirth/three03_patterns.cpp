@@ -1,5 +1,7 @@
 #include "rebirth/three03_patterns.h"
 
+#include <algorithm>
+
 namespace marlune {
 
 namespace {
@@ -10,6 +12,7 @@ struct UnitPlaces {
 };
 constexpr UnitPlaces kUnits[] = {{381, 500}, {413, 4596}};
 constexpr int kPatternStride = 68;
+constexpr int kTopMidiNote = 127;
 static_assert(rbsPlace(381) == 435 && rbsPlace(413) == 472);
 static_assert(rbsPlace(500) == 571 && rbsPlace(500 + 31 * kPatternStride) == 2980);
 static_assert(rbsPlace(4596) == 5252 && rbsPlace(4596 + 31 * kPatternStride) == 7661);
@@ -60,7 +63,8 @@ void Three03_Patterns::Convert_PatternToMarLune(int module, int bank, int patter
 void Three03_Patterns::Convert_Pattern() {
     const int p = patternNumber;
     for (int s = 0; s < kSteps; ++s) {
-        stepNotes[s] = noteOffset + stepBytes[kSemitone][s][p] + octaveShift(stepBytes[kFlags][s][p]);
+        const int note = noteOffset + stepBytes[kSemitone][s][p] + octaveShift(stepBytes[kFlags][s][p]);
+        stepNotes[s] = std::min(note, kTopMidiNote);
         stepVelocities[s] = (stepBytes[kRest][s][p] & kRestBit) != 0 ? 0 : noteVelocity;
     }
     currentLength = patternLengths[p];

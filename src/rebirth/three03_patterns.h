@@ -21,7 +21,7 @@ class Three03_Patterns {
 
     int eventTime = 0; // delta of the event that MIDI_Get_Step produced, file ticks
     int eventStatus = 0;
-    int eventNote = 0; // not limited to 127
+    int eventNote = 0; // 0..127
     int eventVelocity = 0;
 
     // unit: 0 top, 1 middle. Pattern numbers are 8 x bank + pattern, in the file as in the project.
