@@ -9,6 +9,7 @@
 #include <QProxyStyle>
 #include <QStyleOption>
 
+#include "desktop/arts.h"
 #include "desktop/palette.h"
 
 namespace marlune {
@@ -82,6 +83,20 @@ QIcon boxIcon(QRgb light, const QString& sign) {
         painter.setFont(font);
         painter.setPen(QColor::fromRgb(palette::kInk));
         painter.drawText(QRectF(0, 0, kBoxIcon, kBoxIcon), Qt::AlignCenter, sign);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+QIcon windowIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintLogo(Ink(painter, 1), QPointF(size / 2.0, size / 2.0), size / 2.0);
         painter.end();
         icon.addPixmap(pixmap);
     }
@@ -201,6 +216,8 @@ void applyTheme(QApplication& app) {
     font.setHintingPreference(QFont::PreferNoHinting);
     QApplication::setFont(font);
     app.setStyleSheet(QString::fromLatin1(kSheet));
+    QApplication::setWindowIcon(windowIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("marlune200q"));
 }
 
 } // namespace marlune
