@@ -1,8 +1,11 @@
 // Both configuration files and the MIDI input, one after the other: the first 518 bytes are marlune.cfg, then
-// comes labels.cfg up to a zero byte, and the rest arrives at the input as a stream of MIDI bytes.
+// comes labels.cfg up to a zero byte, and the rest arrives at the input as a stream of MIDI bytes. Whatever
+// marlune.cfg holds is carried, and no illegal byte goes out.
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 
+#include "edit/song_tools.h"
 #include "midi/config_file.h"
 #include "midi/midi_input.h"
 #include "panel/key_slider.h"
@@ -45,12 +48,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     test::TestProgram program(options);
     const auto count = static_cast<std::size_t>(end - stream);
     deliver(program, stream, count / 2);
+    mnuToolsInit_Click();
     Check1_Click();
     recButton_Click();
     playButton();
     deliver(program, stream + count / 2, count - count / 2);
     program.play(2);
     playButton();
+    for (const std::string& message : program.devices.ports[0].sent) {
+        for (std::size_t i = 3; i < message.size(); i += 3) {
+            if (message[i] >= '8') std::abort();
+        }
+    }
     saveGlobalConfig();
+    auto saved = test::readBytes(folder.file("marlune.cfg"));
+    if (labels - data < 518) return 0;
+    // The device indices were fitted to the list on purpose.
+    for (const int at : {494, 495, 496, 497, 514, 515}) saved[at] = data[at];
+    if (!std::equal(saved.begin(), saved.end(), data, labels)) std::abort();
     return 0;
 }

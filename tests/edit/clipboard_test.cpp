@@ -5,17 +5,20 @@ namespace {
 
 // Opens the copy dialog, enters and presses OK.
 void copyBars(TestProgram& program, const char* count, bool knobs) {
-    program.shell.modal = {[=](Form& form) {
-        auto& dialog = static_cast<marlunePatternCopy&>(form);
-        dialog.Text1.text = count;
-        dialog.Check1.checked = knobs;
-        dialog.Command1_Click();
+    program.shell.modal = {[=](Form&) {
+        patternCopyForm.Text1.text = count;
+        patternCopyForm.Check1.checked = knobs;
+        patternCopyForm.Command1_Click();
     }};
     mnuEditCut_Click();
 }
 
-TEST(PatternClipboard, PastesIntoTheLikeModuleWithItsKnobs) {
-    TestProgram program;
+using PatternClipboard = ProgramTest;
+using SongClipboard = ProgramTest;
+using BarKnobs = SongModeTest;
+using Tools = ProgramTest;
+
+TEST_F(PatternClipboard, PastesIntoTheLikeModuleWithItsKnobs) {
     test::setBassSteps(0, "C! D^ - F");
     setPatch(0, 9);
     project.bass[0].patterns[0][0].steps[2].slide = true;
@@ -36,8 +39,7 @@ TEST(PatternClipboard, PastesIntoTheLikeModuleWithItsKnobs) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(SongClipboard, CopiesBarsAndKnobsAndStopsAtTheEnd) {
-    TestProgram program;
+TEST_F(SongClipboard, CopiesBarsAndKnobsAndStopsAtTheEnd) {
     Check1_Click();
     setEditSel(1);
     for (int i = 0; i < 10; ++i) setBar(1, 16 * i, i % 4, i % 8);
@@ -62,13 +64,12 @@ TEST(SongClipboard, CopiesBarsAndKnobsAndStopsAtTheEnd) {
     EXPECT_EQ(program.shell.boxes.back(), "Enter the number of Bars to copy (1 to 1000)");
     program.shell.modal = {[](Form& form) {
         EXPECT_EQ(form.caption, "Copy Pattern [103A]");
-        EXPECT_EQ(static_cast<marlunePatternCopy&>(form).Text1.text, "2");
+        EXPECT_EQ(patternCopyForm.Text1.text, "2");
     }};
     mnuEditCut_Click();
 }
 
-TEST(SongClipboard, AfterACopyInPatternModeHoldsItsStartState) {
-    TestProgram program;
+TEST_F(SongClipboard, AfterACopyInPatternModeHoldsItsStartState) {
     setBar(0, 0, 2, 2);
     mnuEditCut_Click();
     Check1_Click();
@@ -77,9 +78,7 @@ TEST(SongClipboard, AfterACopyInPatternModeHoldsItsStartState) {
     EXPECT_EQ(barBank(0, 0) + barPatt(0, 0), 0);
 }
 
-TEST(BarKnobs, DontMixModuleKinds) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(BarKnobs, DontMixModuleKinds) {
     setEditSel(2);
     mnuEditPastePattern_Click(); // before any copy: zeros for the drums
     EXPECT_EQ(knobTrack[12][0] + knobTrack[19][15], 0);
@@ -97,8 +96,7 @@ TEST(BarKnobs, DontMixModuleKinds) {
     EXPECT_EQ(project.knobValue[9], 8); // the knob follows at once
 }
 
-TEST(SongTools, ClearInitializeAndRebuild) {
-    TestProgram program;
+TEST_F(Tools, ClearInitializeAndRebuild) {
     test::setBassSteps(0, "G! G^ G_");
     project.bass[0].patterns[0][0].patch = 3;
     mnuToolsClear_Click();
@@ -133,8 +131,7 @@ TEST(SongTools, ClearInitializeAndRebuild) {
     EXPECT_EQ(barPatt(2, 999), 6);
 }
 
-TEST(Calculator, TellsDelaysAndTranspositions) {
-    TestProgram program;
+TEST_F(Tools, CalculateDelaysAndTranspositions) {
     marluneCalculator form;
     form.load();
     EXPECT_EQ(form.Text3.text + " " + form.Label4.text + " " + form.Label7.text, "140 1712 0");

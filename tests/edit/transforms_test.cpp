@@ -3,7 +3,12 @@
 namespace marlune {
 namespace {
 
-TEST(Transpose, MovesThePitchByOneUntilItsEnds) {
+using Transforms = ProgramTest;
+using PatchSteps = ProgramTest;
+using Randomizers = ProgramTest;
+using SongRandomizer = SongModeTest;
+
+TEST_F(Transforms, TransposeMovesThePitchByOneUntilItsEnds) {
     for (int note = 0; note <= 12; ++note) {
         for (const int octave : {-1, 0, 1}) {
             for (const int delta : {-1, 1}) {
@@ -22,8 +27,7 @@ TEST(Transpose, MovesThePitchByOneUntilItsEnds) {
     }
 }
 
-TEST(Transpose, TellsTheComponentOfCarriedOctaves) {
-    TestProgram program;
+TEST_F(Transforms, TransposeTellsTheComponentOfCarriedOctaves) {
     test::setBassSteps(0, "C C_ C^ C'");
     program.calls();
     transposePatt(0, -1);
@@ -46,8 +50,7 @@ TEST(Transpose, TellsTheComponentOfCarriedOctaves) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(Rotation, ComesRoundAfterSixteenAndLeavesTheLoop) {
-    TestProgram program;
+TEST_F(Transforms, RotationComesRoundAfterSixteenAndLeavesTheLoop) {
     test::setBassSteps(0, "C D! E^ F_ - G");
     project.bass[0].patterns[0][0].loopEnd = 3;
     project.drum.patterns[0][0].drumOn[15][2] = 255;
@@ -66,8 +69,7 @@ TEST(Rotation, ComesRoundAfterSixteenAndLeavesTheLoop) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(PatchSteps, GuardTheirModesDifferently) {
-    TestProgram program;
+TEST_F(PatchSteps, GuardTheirModesDifferently) {
     mnuPatchDec_Click();
     EXPECT_EQ(currentBass(0).patch, -1);
     mnuPatchInc_Click();
@@ -96,8 +98,7 @@ void expectShares(const std::vector<int>& counts, const std::vector<double>& sha
     EXPECT_LT(chi, bound);
 }
 
-TEST(Randomizers, HaveTheirDistributions) {
-    TestProgram program;
+TEST_F(Randomizers, HaveTheirDistributions) {
     setRandomSource(seededRandom(7));
     std::vector<int> notes(13), rests(2), octaves(3), accents(2);
     for (int round = 0; round < 500; ++round) {
@@ -124,8 +125,7 @@ TEST(Randomizers, HaveTheirDistributions) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(Randomizers, TouchTheirAspectOnly) {
-    TestProgram program;
+TEST_F(Randomizers, TouchTheirAspectOnly) {
     setEditSel(2);
     project.drum.selDrum = 3;
     const DrumPattern before = currentDrum();
@@ -143,18 +143,15 @@ TEST(Randomizers, TouchTheirAspectOnly) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(SongRandomizer, FillsTheChosenModulesFromTheBar) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(SongRandomizer, FillsTheChosenModulesFromTheBar) {
     songTick = 16 * 997 + 3;
     const auto enter = [](const char* count) {
-        return [count](Form& form) {
-            auto& dialog = static_cast<marluneRandomPattern&>(form);
-            EXPECT_EQ(dialog.Text1.text, "4");
-            EXPECT_EQ(dialog.Label2.text, "[ Starting at Bar:998  ]");
-            dialog.Text1.text = count;
-            dialog.Check1[1].checked = true;
-            dialog.Command1_Click();
+        return [count](Form&) {
+            EXPECT_EQ(songRandomizer.Text1.text, "4");
+            EXPECT_EQ(songRandomizer.Label2.text, "[ Starting at Bar:998  ]");
+            songRandomizer.Text1.text = count;
+            songRandomizer.Check1[1].checked = true;
+            songRandomizer.Command1_Click();
         };
     };
     projectDirty = false;

@@ -3,8 +3,9 @@
 namespace marlune {
 namespace {
 
-TEST(Undo, OneStepPerGesture) {
-    TestProgram program;
+using Undo = ProgramTest;
+
+TEST_F(Undo, OneStepPerGesture) {
     const int before = undoSteps();
     program.drag(Control::knobSprite, 2, 1000, 400, 30);
     EXPECT_EQ(undoSteps(), before + 1);
@@ -34,8 +35,7 @@ TEST(Undo, OneStepPerGesture) {
     EXPECT_FALSE(menuState(Menu::mnuEditUndo).enabled);
 }
 
-TEST(Undo, EndsWhereTheRecordIsReplaced) {
-    TestProgram program;
+TEST_F(Undo, EndsWhereTheRecordIsReplaced) {
     const auto edited = [&] {
         program.click(Control::sel103AButton, 5);
         return undoSteps() > 0;
@@ -52,8 +52,7 @@ TEST(Undo, EndsWhereTheRecordIsReplaced) {
     EXPECT_FALSE(menuState(Menu::mnuEditUndo).enabled);
 }
 
-TEST(Undo, TakesAWholeRecordingPassAsOneStep) {
-    TestProgram program;
+TEST_F(Undo, TakesAWholeRecordingPassAsOneStep) {
     Check1_Click();
     const auto before = captureMusic();
     recButton_Click();
@@ -64,8 +63,7 @@ TEST(Undo, TakesAWholeRecordingPassAsOneStep) {
     program.click(Control::bank103A, 3);
     program.play(40);
     EXPECT_EQ(undoSteps(), 0);
-    panelPointer(Control::stopButton, 0, {.action = PointerAction::press});
-    panelPointer(Control::stopButton, 0, {.action = PointerAction::release});
+    program.click(Control::stopButton);
     EXPECT_EQ(undoSteps(), 1);
     EXPECT_NE(knobTrack[4][20], 0);
     menuClicked(Menu::mnuEditUndo);
@@ -79,12 +77,13 @@ void randomEdit(TestProgram& program, std::mt19937& random) {
         return static_cast<int>(random() % static_cast<unsigned>(count));
     };
     constexpr int kKeys[] = {'M', 'N', 'X', 'Z', 186, 222, 187, 189, 219, 221, 188, 190};
+    constexpr Control kFlags[] = {Control::up, Control::down, Control::accent};
     constexpr Menu kEntries[] = {Menu::mnuToolsRNotes,  Menu::mnuToolsRandRest, Menu::mnuToolsRAccents,
                                  Menu::mnuToolsROctave, Menu::mnuToolsInit,     Menu::mnuToolsClear,
                                  Menu::mnuEditCut,      Menu::mnuEditPaste,     Menu::mnuEditMoveLeft};
     switch (below(8)) {
         case 0: program.click(Control::sel103AButton, below(13)); break;
-        case 1: program.click(below(2) != 0 ? Control::up : Control::accent, below(2)); break;
+        case 1: program.click(kFlags[below(3)], below(2)); break;
         case 2: program.click(Control::step109LED, below(16)); break;
         case 3: program.drag(Control::knobSprite, below(20), 1000, 1000 + below(1500) - 750); break;
         case 4: program.drag(Control::LoopPt, below(3), 1000, 1000 + below(900) - 450); break;
@@ -97,8 +96,7 @@ void randomEdit(TestProgram& program, std::mt19937& random) {
     }
 }
 
-TEST(Undo, FiveHundredEditsGoBackAndForthByteForByte) {
-    TestProgram program;
+TEST_F(Undo, FiveHundredEditsGoBackAndForthByteForByte) {
     clearUndoHistory();
     std::mt19937 random(11);
     const auto first = captureMusic();
@@ -108,6 +106,7 @@ TEST(Undo, FiveHundredEditsGoBackAndForthByteForByte) {
         randomEdit(program, random);
         TestProgram::advanceClock(1500);
         if (transportRunning) program.play(1);
+        ASSERT_EQ(program.copyDifference(), "") << i;
     }
     StopPlay();
     const auto last = captureMusic();
@@ -126,11 +125,9 @@ TEST(Undo, FiveHundredEditsGoBackAndForthByteForByte) {
         ASSERT_EQ(program.copyDifference(), "") << i;
     }
     EXPECT_EQ(captureMusic(), last);
-    StopPlay();
 }
 
-TEST(Undo, KeepsItsStepsOfWholeSongsWithinItsMemory) {
-    TestProgram program;
+TEST_F(Undo, KeepsItsStepsOfWholeSongsWithinItsMemory) {
     Check1_Click();
     clearUndoHistory();
     for (int i = 0; i < 220; ++i) {

@@ -6,7 +6,6 @@
 // any other than 100.
 #pragma once
 
-#include <iterator>
 #include <random>
 #include <set>
 #include <sstream>
@@ -87,45 +86,39 @@ struct MemoryDevices final : OutputDevices {
 // The record that a component holds before the first call.
 inline ProjectRecord emptyRecord() {
     ProjectRecord record{};
-    for (int b = 0; b < kBanks; ++b) {
-        for (int p = 0; p < kPatterns; ++p) {
-            for (BassModule& module : record.bass) {
-                module.patterns[b][p].loopEnd = kSteps - 1;
-                module.patterns[b][p].patch = kNoPatch;
-            }
-            record.drum.patterns[b][p].loopEnd = kSteps - 1;
+    for (int p = 0; p < kBanks * kPatterns; ++p) {
+        for (BassModule& module : record.bass) {
+            module.patterns[p / kPatterns][p % kPatterns].loopEnd = kSteps - 1;
+            module.patterns[p / kPatterns][p % kPatterns].patch = kNoPatch;
         }
+        record.drum.patterns[p / kPatterns][p % kPatterns].loopEnd = kSteps - 1;
     }
     return record;
 }
 
-inline std::vector<std::string> words(const std::string& text) {
-    std::istringstream in(text);
-    return {std::istream_iterator<std::string>(in), {}};
-}
-
 inline void setBass(int module, int pattern, const std::string& text) {
+    std::istringstream steps(text);
     int s = 0;
-    for (const std::string& step : words(text)) {
+    for (std::string step; steps >> step; ++s) {
         const auto has = [&step](char mark) { return step.find(mark) == std::string::npos ? 0 : -1; };
         Set103Note32(module, 0, pattern, s, std::string("C D EF G A B").find(step[0]) + (has('#') ? 1U : 0U));
         Set103NoteOn32(module, 0, pattern, s, ~has('-'));
         Set103Up32(module, 0, pattern, s, has('^'));
         Set103Down32(module, 0, pattern, s, has('_'));
-        Set103Accent32(module, 0, pattern, s++, has('!'));
+        Set103Accent32(module, 0, pattern, s, has('!'));
     }
     Set103Loop32(module, 0, pattern, s - 1);
 }
 
 inline void setDrums(int pattern, const std::string& text) {
+    std::istringstream steps(text);
     int s = 0;
-    for (const std::string& step : words(text)) {
-        for (const char row : std::string("01234567")) {
-            Set109bOn32(0, pattern, s, row - '0', step.find(row) == std::string::npos ? 0 : 1);
+    for (std::string step; steps >> step; ++s) {
+        for (int row = 0; row < 8; ++row) {
+            Set109DrumNote32(0, pattern, row, 40 + row);
+            Set109bOn32(0, pattern, s, row, step.find(std::to_string(row)) == std::string::npos ? 0 : 1);
         }
-        ++s;
     }
-    for (int row = 0; row < 8; ++row) Set109DrumNote32(0, pattern, row, 40 + row);
     Set109Loop32(0, pattern, s - 1);
 }
 

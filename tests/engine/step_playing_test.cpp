@@ -123,21 +123,20 @@ TEST(PatternCopy, DiffersFromTheRecordInEachFieldByItself) {
     std::string difference;
     EXPECT_TRUE(player.engine.equalsRecord(record, &difference)) << difference;
     // Backwards: the first difference is named.
-    const std::pair<EngineCall, const char*> rows[] = {
-        {{Entry::Set109Loop32, {2, 5, 0}}, "109 bank 2 pattern 5 loopEnd: component 0, record 15"},
-        {{Entry::Set109DrumNote32, {2, 5, 6, 99}},
-         "109 bank 2 pattern 5 drumNote[6]: component 99, record 0"},
-        {{Entry::Set109bOn32, {2, 5, 1, 7, 1}}, "109 bank 2 pattern 5 drumOn[15]: component 1, record 0"},
-        {{Entry::Set103Patch32, {1, 3, 7, 0}}, "103B bank 3 pattern 7 patch: component 0, record -1"},
-        {{Entry::Set103Loop32, {1, 3, 7, 3}}, "103B bank 3 pattern 7 loopEnd: component 3, record 15"},
-        {{Entry::Set103Accent32, {1, 3, 7, 5, -1}}, "103B bank 3 pattern 7 accent[5]: component 1, record 0"},
-        {{Entry::Set103Down32, {1, 3, 7, 4, -1}}, "103B bank 3 pattern 7 down[4]: component 1, record 0"},
-        {{Entry::Set103Up32, {1, 3, 7, 3, -1}}, "103B bank 3 pattern 7 up[3]: component 1, record 0"},
-        {{Entry::Set103NoteOn32, {1, 3, 7, 1, 1}}, "103B bank 3 pattern 7 noteOn[1]: component 1, record 0"},
-        {{Entry::Set103Note32, {1, 3, 7, 0, 9}}, "103B bank 3 pattern 7 note[0]: component 9, record 0"},
+    const std::pair<Entry, const char*> rows[] = {
+        {Entry::Set109Loop32, "109 bank 1 pattern 2 loopEnd: component 3, record 15"},
+        {Entry::Set109DrumNote32, "109 bank 1 pattern 2 drumNote[3]: component 5, record 0"},
+        {Entry::Set109bOn32, "109 bank 1 pattern 2 drumOn[29]: component 1, record 0"},
+        {Entry::Set103Patch32, "103B bank 2 pattern 3 patch: component 5, record -1"},
+        {Entry::Set103Loop32, "103B bank 2 pattern 3 loopEnd: component 5, record 15"},
+        {Entry::Set103Accent32, "103B bank 2 pattern 3 accent[5]: component 1, record 0"},
+        {Entry::Set103Down32, "103B bank 2 pattern 3 down[5]: component 1, record 0"},
+        {Entry::Set103Up32, "103B bank 2 pattern 3 up[5]: component 1, record 0"},
+        {Entry::Set103NoteOn32, "103B bank 2 pattern 3 noteOn[5]: component 1, record 0"},
+        {Entry::Set103Note32, "103B bank 2 pattern 3 note[5]: component 1, record 0"},
     };
-    for (const auto& [call, expected] : rows) {
-        player.engine.call(call);
+    for (const auto& [entry, expected] : rows) {
+        player.engine.call({entry, {1, 2, 3, 5, 1}});
         EXPECT_FALSE(player.engine.equalsRecord(record, &difference));
         EXPECT_EQ(difference, expected);
     }

@@ -10,7 +10,8 @@ import sys
 import mido
 
 CHANNELS = [0, 1, 9]
-CONTROLLERS = [12, 13, 14, 15, 16, 17] * 2 + [-1] * 8
+CONTROLLERS = [0, 13, 14, 15, 16, 17, -1, 13, 14, 15, 16, 17, 20, 21, 22, 23, 24, 25, 26, 27]
+FIRST_STEPS = [3, 7, 11]
 BASE_NOTE, VELOCITY = 36, 100
 NAMES = ["", "103A Bassline", "103A Bassline Control", "103B Bassline", "103B Bassline Control", "109 Drummer",
          "109 Drummer Control"]
@@ -68,7 +69,7 @@ def expected(project, first_bar, bars):
 
     value = [project.knobs[k][tick] for k in range(20)]
     current, cue = list(project.current), list(project.current)
-    step, active, pitch = [0, 0, 0], [False, False], [0, 0]
+    step, active, pitch = list(FIRST_STEPS), [False, False], [0, 0]
     sounding, last_drum, last_patch = set(), list(project.last_drum), list(project.last_patch)
     for k in range(20):
         knob(k)

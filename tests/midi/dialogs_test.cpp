@@ -3,7 +3,12 @@
 namespace marlune {
 namespace {
 
-TEST(OutputDialog, RepairsItsEntriesOnOk) {
+using OutputDialog = ProgramTest;
+using InputDialog = ProgramTest;
+using SetupDialog = ProgramTest;
+using CustomizeDialog = ProgramTest;
+
+TEST_F(OutputDialog, RepairsItsEntriesOnOk) {
     const struct {
         const char *mapping, *channel, *velocity, *base;
         int mapped, channelStored, velocityStored, baseStored;
@@ -13,17 +18,15 @@ TEST(OutputDialog, RepairsItsEntriesOnOk) {
                 {"-1", "16", "127", "91", -1, 15, 127, 91},
                 {"0", "7x", "12.5", "36", 0, 6, 12, 36}};
     for (const auto& row : rows) {
-        TestProgram program;
-        program.shell.modal = {[&](Form& form) {
-            auto& dialog = static_cast<marluneOptionsMidiOutput&>(form);
-            EXPECT_EQ(dialog.chan[2].text, "10");
-            dialog.newMapping[2].text = row.mapping;
-            dialog.chan[1].text = row.channel;
-            dialog.vel[0].text = row.velocity;
-            dialog.offset[1].text = row.base;
-            dialog.noteNum[3].text = "300";
+        program.shell.modal = {[&](Form&) {
+            EXPECT_EQ(midiOutputForm.chan[2].text, "10");
+            midiOutputForm.newMapping[2].text = row.mapping;
+            midiOutputForm.chan[1].text = row.channel;
+            midiOutputForm.vel[0].text = row.velocity;
+            midiOutputForm.offset[1].text = row.base;
+            midiOutputForm.noteNum[3].text = "300";
             program.calls();
-            dialog.cmdOK_Click();
+            midiOutputForm.cmdOK_Click();
         }};
         mnuOptionsMidiControl_Click();
         EXPECT_EQ(config.outputController[2], row.mapped) << row.mapping;
@@ -36,21 +39,20 @@ TEST(OutputDialog, RepairsItsEntriesOnOk) {
     }
 }
 
-TEST(InputDialog, RepairsRefusesAndInverts) {
-    const auto entering = [](const std::function<void(marluneOptionsMidiInput&)>& fill) {
-        return [fill](Form& form) {
-            auto& dialog = static_cast<marluneOptionsMidiInput&>(form);
-            fill(dialog);
-            dialog.cmdOK_Click();
-        };
+TEST_F(InputDialog, RepairsRefusesAndInverts) {
+    marluneOptionsMidiInput& d = midiInputForm;
+    const auto enter = [&](const std::function<void()>& entries) {
+        program.shell.modal = {[&](Form&) {
+            entries();
+            d.cmdOK_Click();
+        }};
+        mnuOptionsMidiInput_Click();
     };
-    TestProgram program;
-    program.shell.modal = {entering([](auto& d) { d.newMapping[3].text = "12"; })};
-    mnuOptionsMidiInput_Click();
+    enter([&] { d.newMapping[3].text = "12"; });
     EXPECT_EQ(program.shell.boxes, std::vector<std::string>{"Duplicate Controller assignments not allowed"});
     EXPECT_EQ(knobOfController(15), 3); // nothing has changed
 
-    program.shell.modal = {entering([](auto& d) {
+    enter([&] {
         d.newMapping[0].text = "";    // keeps 12
         d.newMapping[1].text = "200"; // 127
         d.newMapping[2].text = "-3";  // 0
@@ -59,35 +61,27 @@ TEST(InputDialog, RepairsRefusesAndInverts) {
         d.pOff[0].text = "0";
         d.pOff[1].text = "112";
         d.pTriggChan.text = "x";
-    })};
-    mnuOptionsMidiInput_Click();
-    EXPECT_EQ(knobOfController(12), 0);
-    EXPECT_EQ(knobOfController(127), 1);
-    EXPECT_EQ(knobOfController(0), 2);
-    EXPECT_EQ(knobOfController(13), -1);
+    });
+    const std::pair<int, int> knobs[] = {{12, 0}, {127, 1}, {0, 2}, {13, -1}};
+    for (const auto& [controller, knob] : knobs) EXPECT_EQ(knobOfController(controller), knob) << controller;
     EXPECT_EQ(config.controlChannel, 15);
     EXPECT_EQ(config.selectBase, 1);
     EXPECT_EQ(config.stepBase, 111);
     EXPECT_EQ(config.phraseChannel, 0);
-    EXPECT_TRUE(MIDIIn1.isBlocked(0xB0));
-    EXPECT_FALSE(MIDIIn1.isBlocked(0xBF));
+    EXPECT_TRUE(MIDIIn1.isBlocked(0xB0) && !MIDIIn1.isBlocked(0xBF));
 
-    program.shell.modal = {entering([](auto& d) {
+    enter([&] {
         d.newMapping[4].text = "12";
         d.newMapping[0].text = "012"; // the later knob owns the controller
-    })};
-    mnuOptionsMidiInput_Click();
+    });
     EXPECT_EQ(knobOfController(12), 4);
-    program.shell.modal = {entering([](auto& d) { EXPECT_EQ(d.newMapping[0].text, ""); })};
-    mnuOptionsMidiInput_Click(); // a knob without a controller stays without
+    enter([&] { EXPECT_EQ(d.newMapping[0].text, ""); }); // a knob without a controller stays without
     EXPECT_EQ(program.shell.boxes.size(), 1U);
 }
 
-TEST(InputDialog, LearnsAControllerFromAnyChannelInAnyState) {
-    TestProgram program;
+TEST_F(InputDialog, LearnsAControllerFromAnyChannelInAnyState) {
     playButton(); // and the transport runs meanwhile
-    program.shell.modal = {[&](Form& form) {
-        auto& dialog = static_cast<marluneOptionsMidiInput&>(form);
+    program.shell.modal = {[&](Form&) {
         struct FocusFinder final : FormBuilder {
             FormEvent seventh;
             int count = 0;
@@ -105,39 +99,36 @@ TEST(InputDialog, LearnsAControllerFromAnyChannelInAnyState) {
             void progressBar(ProgressBar&) override {}
             void button(Button&, Role, FormEvent) override {}
         } finder;
-        dialog.describe(finder);
+        midiInputForm.describe(finder);
         program.midi(0xB5, 40, 1);
         finder.seventh(); // the focus: what moved before doesn't count
-        dialog.Form_Timer();
-        EXPECT_EQ(dialog.newMapping[7].text, "19");
+        midiInputForm.Form_Timer();
+        EXPECT_EQ(midiInputForm.newMapping[7].text, "19");
         program.midi(0xB7, 99, 64); // a blocked channel
-        dialog.Form_Timer();
-        EXPECT_EQ(dialog.newMapping[7].text, "99");
-        dialog.cmdOK_Click();
+        midiInputForm.Form_Timer();
+        EXPECT_EQ(midiInputForm.newMapping[7].text, "99");
+        midiInputForm.cmdOK_Click();
     }};
     mnuOptionsMidiInput_Click();
     EXPECT_EQ(knobOfController(99), 7);
-    StopPlay();
 }
 
-TEST(SetupDialog, ChoosesDevicesAndLimitsTheOffset) {
+TEST_F(SetupDialog, ChoosesDevicesAndLimitsTheOffset) {
     const struct {
         const char* text;
         int offset;
     } rows[] = {{"9", 4}, {"-9", -4}, {"abc", 2}, {"-2.5", -2}};
     for (const auto& row : rows) {
-        TestProgram program;
-        const TemporaryFolder folder;
         setConfigFolder(folder.path);
         config.syncOffset = 2;
-        program.shell.modal = {[&](Form& form) {
-            auto& dialog = static_cast<MIDISetupForm&>(form);
-            EXPECT_EQ(dialog.ComboMidiOut.items.size(), 2U);
-            EXPECT_EQ(dialog.syncOffsetCheck.text, "2");
-            dialog.ComboMidiOut.selected = 1;
-            dialog.syncOffsetCheck.text = row.text;
+        config.midiOutDevice = 0;
+        program.shell.modal = {[&](Form&) {
+            EXPECT_EQ(midiSetupForm.ComboMidiOut.items.size(), 2U);
+            EXPECT_EQ(midiSetupForm.syncOffsetCheck.text, "2");
+            midiSetupForm.ComboMidiOut.selected = 1;
+            midiSetupForm.syncOffsetCheck.text = row.text;
             program.calls();
-            dialog.cmdOK_Click();
+            midiSetupForm.cmdOK_Click();
         }};
         mnuOptionsMidiSetup_Click();
         EXPECT_EQ(config.midiOutDevice, 1);
@@ -148,8 +139,7 @@ TEST(SetupDialog, ChoosesDevicesAndLimitsTheOffset) {
     }
 }
 
-TEST(SetupDialog, FitsIndicesToTheListsAndNeedsDevices) {
-    TestProgram program;
+TEST_F(SetupDialog, FitsIndicesToTheListsAndNeedsDevices) {
     config.midiOutDevice = 5;
     config.syncOutDevice = -1;
     listMidiDevices();
@@ -163,20 +153,17 @@ TEST(SetupDialog, FitsIndicesToTheListsAndNeedsDevices) {
         "Marlune and install a MIDI Driver.");
 }
 
-TEST(CustomizeDialog, RenamesTheKnobsOnOkOnly) {
-    TestProgram program;
-    program.shell.modal = {[](Form& form) {
-                               auto& dialog = static_cast<Customize&>(form);
-                               dialog.Text1[2].text = "Wah";
-                               dialog.cmdCancel_Click();
+TEST_F(CustomizeDialog, RenamesTheKnobsOnOkOnly) {
+    program.shell.modal = {[](Form&) {
+                               customizeForm.Text1[2].text = "Wah";
+                               customizeForm.cmdCancel_Click();
                            },
-                           [](Form& form) {
-                               auto& dialog = static_cast<Customize&>(form);
-                               EXPECT_EQ(dialog.Text1[2].text, "Env.Amt");
-                               dialog.Text1[1].text = "gone";
-                               dialog.Command1_Click();
-                               dialog.Text1[0].text = "Wow";
-                               dialog.cmdOK_Click();
+                           [](Form&) {
+                               EXPECT_EQ(customizeForm.Text1[2].text, "Env.Amt");
+                               customizeForm.Text1[1].text = "gone";
+                               customizeForm.Command1_Click();
+                               customizeForm.Text1[0].text = "Wow";
+                               customizeForm.cmdOK_Click();
                            }};
     mnuOtpionsCustomize_Click();
     mnuOtpionsCustomize_Click();

@@ -3,8 +3,12 @@
 namespace marlune {
 namespace {
 
-TEST(RemoteNotes, PressThePanelAsMapped) {
-    TestProgram program;
+using RemoteNotes = ProgramTest;
+using RemoteKnobs = ProgramTest;
+using InputQueue = ProgramTest;
+using Memorizer = ProgramTest;
+
+TEST_F(RemoteNotes, PressThePanelAsMapped) {
     program.midi(0x90, 36 + 5, 100); // step 6 of 103A
     program.midi(0x90, 60 + 7, 100); // key 7
     const BassStep& step = project.bass[0].patterns[0][0].steps[5];
@@ -28,8 +32,7 @@ TEST(RemoteNotes, PressThePanelAsMapped) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(RemoteNotes, OverlappingBasesAndSharedChannelsTakeTheFirstMatch) {
-    TestProgram program;
+TEST_F(RemoteNotes, OverlappingBasesAndSharedChannelsTakeTheFirstMatch) {
     config.selectBase = 45; // keys 45..57 overlap steps 36..51
     program.midi(0x90, 47, 100);
     EXPECT_EQ(project.bass[0].selStep, 11);
@@ -45,8 +48,7 @@ TEST(RemoteNotes, OverlappingBasesAndSharedChannelsTakeTheFirstMatch) {
     EXPECT_EQ(project.bass[1].selStep, 0);
 }
 
-TEST(RemoteKnobs, FollowTheModeAndTheRecording) {
-    TestProgram program;
+TEST_F(RemoteKnobs, FollowTheModeAndTheRecording) {
     program.calls();
     program.midi(0xB0, 12, 100);
     EXPECT_EQ(program.calls(), "SetController32(0,100)");
@@ -64,8 +66,7 @@ TEST(RemoteKnobs, FollowTheModeAndTheRecording) {
     EXPECT_TRUE(knobRecording[0]);
 }
 
-TEST(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {
-    TestProgram program;
+TEST_F(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {
     playButton();
     program.play(1);
     program.calls();
@@ -83,11 +84,9 @@ TEST(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {
     program.play(2);
     EXPECT_EQ(project.knobValue[1], 0);
     EXPECT_EQ(project.bass[0].selStep, 0);
-    StopPlay();
 }
 
-TEST(InputQueue, IsThrownAwayWhenTheReaderChanges) {
-    TestProgram program;
+TEST_F(InputQueue, IsThrownAwayWhenTheReaderChanges) {
     for (int i = 0; i < 100; ++i) program.devices.input->received({3, {0xB0, 12, 9}});
     program.shell.after(0, midiArrived); // the wake of those
     MidiMsgEnable(true);
@@ -98,8 +97,7 @@ TEST(InputQueue, IsThrownAwayWhenTheReaderChanges) {
     EXPECT_EQ(project.knobValue[0], 9);
 }
 
-TEST(InputQueue, FloodedFromAnotherThreadLosesNoNote) {
-    TestProgram program;
+TEST_F(InputQueue, FloodedFromAnotherThreadLosesNoNote) {
     MIDIIn1.setMessageEvents(false);
     constexpr int kNotes = 200;
     std::thread flood([&] {
@@ -125,16 +123,14 @@ TEST(InputQueue, FloodedFromAnotherThreadLosesNoNote) {
     EXPECT_EQ(MIDIIn1.takeDropped(), 60000 + kNotes - static_cast<int>(MidiInput::kQueueSize));
 }
 
-TEST(InputQueue, MalformedMessagesNeverEnter) {
-    TestProgram program;
+TEST_F(InputQueue, MalformedMessagesNeverEnter) {
     const MidiMessage bad[] = {
         {0, {}}, {3, {0xB0, 0x90, 1}}, {2, {0xB0, 1, 0}}, {3, {0x40, 1, 1}}, {3, {0xF0, 1, 1}}};
     for (const MidiMessage& message : bad) program.devices.input->received(message);
     EXPECT_EQ(MIDIIn1.MessageCount(), 0);
 }
 
-TEST(InputQueue, TellsOfAFloodInTheStatusLine) {
-    TestProgram program;
+TEST_F(InputQueue, TellsOfAFloodInTheStatusLine) {
     MIDIIn1.setMessageEvents(false);
     for (int i = 0; i < 9000; ++i) program.midi(0xB0, 12, 1);
     MidiMsgEnable(false); // what nobody was to read is no news
@@ -144,6 +140,70 @@ TEST(InputQueue, TellsOfAFloodInTheStatusLine) {
     MIDIIn1.setMessageEvents(true);
     MIDIIn1_Message();
     EXPECT_EQ(program.shell.status, "MIDI input is flooded: 808 messages were dropped.");
+}
+
+std::string memorizerState() {
+    const marluneSnapShot& form = memorizer;
+    std::string text = form.currMidiMessageText.text;
+    for (int m = 0; m < kModules; ++m) {
+        text += std::string(" ") + (form.pattMap[m].enabled ? "" : "-") +
+                (form.pattMap[m].checked ? "x" : "o") + form.currMapped[m].text;
+    }
+    return text + (form.StoreButton.enabled ? " store" : "") + (form.EditButton.enabled ? " edit" : "") +
+           (MIDIIn1.isOpen() ? "" : " closed");
+}
+
+TEST_F(Memorizer, GoesThroughItsFourStates) {
+    selPatt(1, 3);
+    bankClick(2, 2);
+    program.shell.modal = {[&](Form&) {
+        EXPECT_TRUE(project.learnMode);
+        EXPECT_EQ(memorizerState(), "NONE -oNONE -oNONE -oNONE");
+        memorizer.Form_KeyDown('1'); // disabled: flips the box, and the click does nothing
+        EXPECT_EQ(memorizer.currMapped[0].text, "NONE");
+        program.midi(0x90, 60, 64);
+        EXPECT_EQ(memorizerState(), "60(1) oNONE oNONE oNONE store");
+        memorizer.Form_KeyDown('2');
+        memorizer.Form_KeyDown('3');
+        EXPECT_EQ(memorizerState(), "60(1) oNONE x1 - 4 x3 - 1 store");
+        memorizer.Form_KeyDown('S');
+        EXPECT_EQ(memorizerState(), "60(1) -oNONE -x1 - 4 -x3 - 1 edit");
+        memorizer.Form_KeyDown('E');
+        EXPECT_EQ(memorizerState(), "NONE oNONE xNONE xNONE store closed");
+        memorizer.Form_KeyDown('2');
+        memorizer.Form_KeyDown('3');
+        memorizer.Form_KeyDown('S'); // no box: the note is unmapped
+        EXPECT_EQ(memorizerState(), "60(1) oNONE oNONE oNONE store");
+        program.midi(0x90, 0, 64); // note 0 is a note
+        memorizer.Form_KeyDown('2');
+        memorizer.Form_KeyDown('S');
+        memorizer.EditButton_Click(); // and closes while editing
+        memorizer.Form_KeyDown(27);
+        EXPECT_FALSE(memorizer.visible());
+    }};
+    mnuToolsLearn_Click();
+    EXPECT_FALSE(project.learnMode);
+    EXPECT_TRUE(MIDIIn1.isOpen());
+    EXPECT_FALSE(project.noteMap[60].mapUsed);
+    EXPECT_TRUE(project.noteMap[0].mapUsed);
+}
+
+TEST_F(Memorizer, PhrasesSwitchTheirModulesAndLeaveTheOthers) {
+    config.phraseChannel = 2;
+    NoteMapEntry& entry = project.noteMap[50];
+    entry.mapBank[1] = 3;
+    entry.mapPatt[1] = 6;
+    entry.mapUsed = true;
+    remoteNoteSnapShot(50, 1); // not the phrase channel
+    EXPECT_EQ(project.bass[1].currPatt, 0);
+    project.learnMode = true; // as only a file brings it: without its dialog it has no effect
+    remoteNoteSnapShot(50, 2);
+    EXPECT_EQ(project.bass[1].currBank * 8 + project.bass[1].currPatt, 30);
+    EXPECT_EQ(project.bass[0].currPatt + project.drum.currPatt, 0);
+    Check1_Click();
+    recButton_Click();
+    remoteNoteSnapShot(50, 2);
+    EXPECT_TRUE(barRecording[1] && !barRecording[0]);
 }
 
 } // namespace

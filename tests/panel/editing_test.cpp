@@ -3,6 +3,10 @@
 namespace marlune {
 namespace {
 
+using Clicks = ProgramTest;
+using DrumEditing = ProgramTest;
+using Drags = ProgramTest;
+
 // What one action on a step says to the component and leaves on the panel.
 struct StepRow {
     const char* step;
@@ -39,8 +43,7 @@ TEST(StepEditing, TellsTheComponentAndShowsItself) {
     }
 }
 
-TEST(StepEditing, ClicksEditInPatternModeAndOnlySelectInSongMode) {
-    TestProgram program;
+TEST_F(Clicks, EditInPatternModeAndOnlySelectInSongMode) {
     program.click(Control::step103B, 6);
     program.click(Control::sel103BButton, 4);
     program.doubleClick(Control::accent, 1);
@@ -62,8 +65,7 @@ TEST(StepEditing, ClicksEditInPatternModeAndOnlySelectInSongMode) {
     EXPECT_FALSE(shownLamp(5));
 }
 
-TEST(DrumEditing, TogglesTheRowUnderEdit) {
-    TestProgram program;
+TEST_F(DrumEditing, TogglesTheRowUnderEdit) {
     program.click(Control::sel109, 7);
     program.calls();
     program.click(Control::step109LED, 2);
@@ -94,8 +96,7 @@ TEST(Slider, AddsItsMinimumToTheStart) {
     EXPECT_EQ(slider.moveKey(-100000), 127);
 }
 
-TEST(PatchDrag, ShowsWhileItMovesAndStoresAtTheRelease) {
-    TestProgram program;
+TEST_F(Drags, OfAPatchShowWhileTheyLastAndStoreAtTheRelease) {
     panelPointer(Control::PatchID, 1, {.action = PointerAction::press, .y = 2000});
     panelPointer(Control::PatchID, 1, {.action = PointerAction::move, .y = 2000});
     EXPECT_EQ(shownText(Control::PatchID, 1), "NONE");
@@ -110,8 +111,7 @@ TEST(PatchDrag, ShowsWhileItMovesAndStoresAtTheRelease) {
     EXPECT_EQ(shownText(Control::PatchID, 1), "NONE");
 }
 
-TEST(Knobs, SpanTheirRangeInFiftyPixelsFromTheGrip) {
-    TestProgram program;
+TEST_F(Drags, OfKnobsSpanTheirRangeInFiftyPixelsFromTheGrip) {
     program.drag(Control::knobSprite, 0, 5000, 5000 - 750, 50);
     EXPECT_EQ(project.knobValue[0], 127);
     EXPECT_EQ(shownFrame(Control::knobSprite, 0), 53);
@@ -134,8 +134,7 @@ TEST(Knobs, SpanTheirRangeInFiftyPixelsFromTheGrip) {
     EXPECT_EQ(knobFrame(0) * 10000 + knobFrame(100) * 100 + knobFrame(127), 4253);
 }
 
-TEST(Knobs, AreLockedInSongModeUntilRecordingIsArmed) {
-    TestProgram program;
+TEST_F(Drags, OfKnobsAreLockedInSongModeUntilRecordingIsArmed) {
     Check1_Click();
     program.calls();
     program.drag(Control::knobSprite, 19, 1000, 500);
@@ -150,8 +149,7 @@ TEST(Knobs, AreLockedInSongModeUntilRecordingIsArmed) {
     EXPECT_EQ(program.calls().substr(0, 26), "PrepareController32(3,13) "); // with the next step
 }
 
-TEST(Tempo, IsDraggedBetweenItsLimits) {
-    TestProgram program;
+TEST_F(Drags, OfTheTempoStayBetweenItsLimits) {
     program.drag(Control::knobTempo, 0, 1000, 1000 - 75);
     EXPECT_EQ(project.tempo, 160);
     program.drag(Control::knobTempo, 0, 1000, 9000);
@@ -161,22 +159,6 @@ TEST(Tempo, IsDraggedBetweenItsLimits) {
     program.drag(Control::knobTempo, 0, 1000, 10);
     EXPECT_EQ(project.tempo, 240);
     EXPECT_EQ(shownFrame(Control::knobTempo, 0), 53);
-}
-
-TEST(EditsWhilePlaying, ReachTheComponentAtOnce) {
-    TestProgram program;
-    playButton();
-    program.play(7);
-    for (int s = 0; s < kSteps; ++s) {
-        program.click(Control::step103A, s);
-        program.click(Control::sel103AButton, (s * 5) % 13);
-        program.click(s % 2 != 0 ? Control::up : Control::down, 0);
-        program.click(Control::step109LED, s);
-        program.drag(Control::LoopPt, s % 3, 1000, 1000 - 40 * s);
-        program.play(1);
-        ASSERT_EQ(program.copyDifference(), "") << s;
-    }
-    StopPlay();
 }
 
 // A screen of 12 twips to the pixel, every control at one place.

@@ -4,41 +4,40 @@
 namespace marlune {
 namespace {
 
-// The effect of a key as text: what it changed, what the component heard, how many controls it showed.
-struct Snapshot {
-    int tempo = project.tempo, edit = editSel, tick = songTick, loop = currentLoopEnd(0);
-    int note = currentBass(0).steps[0].note, first = currentBass(0).steps[1].note,
-        patch = currentBass(0).patch;
-    bool running = transportRunning, song = songMode, recording = recordOn, dirty = projectDirty;
-};
+using Keys = SongModeTest;
+using State = std::vector<std::pair<const char*, int>>;
 
+State stateNow() {
+    const BassPattern& pattern = currentBass(0);
+    return {{"tempo", project.tempo},
+            {"edit", editSel},
+            {"tick", songTick},
+            {"loop", pattern.loopEnd},
+            {"note", pattern.steps[0].note},
+            {"second", pattern.steps[1].note},
+            {"patch", pattern.patch},
+            {"run", transportRunning},
+            {"song", songMode},
+            {"rec", recordOn}};
+}
+
+// The effect of a key as text: what it changed, what the component heard, whether anything was shown.
 std::string effectOf(TestProgram& program, int code, int shift) {
     projectDirty = false;
     program.calls();
     program.shown();
-    const Snapshot was;
+    const State was = stateNow();
     Form_KeyDown(code, shift);
-    const Snapshot is;
+    const State is = stateNow();
     std::string text;
-    const auto tell = [&text](const char* name, int before, int after) {
-        if (before != after) text += std::string(name) + std::to_string(after) + " ";
-    };
-    tell("tempo", was.tempo, is.tempo);
-    tell("edit", was.edit, is.edit);
-    tell("tick", was.tick, is.tick);
-    tell("loop", was.loop, is.loop);
-    tell("note", was.note, is.note);
-    tell("second", was.first, is.first);
-    tell("patch", was.patch, is.patch);
-    tell("run", was.running, is.running);
-    tell("song", was.song, is.song);
-    tell("rec", was.recording, is.recording);
-    if (is.dirty) text += "dirty ";
+    for (std::size_t i = 0; i < is.size(); ++i) {
+        if (is[i] != was[i]) text += is[i].first + std::to_string(is[i].second) + " ";
+    }
+    if (projectDirty) text += "dirty ";
     const std::string calls = program.calls();
-    if (calls.find("SetSong32") != std::string::npos) text += calls.substr(0, calls.find(')') + 1) + " ";
-    if (is.song != was.song) return text;
-    if (calls.find("SetNextPatt32") != std::string::npos) text += calls.substr(0, calls.find(')') + 1) + " ";
-    if (calls.find("SetNextGroup32") != std::string::npos) text += calls.substr(0, calls.find(')') + 1) + " ";
+    for (const char* told : {"SetSong32", "SetNextPatt32", "SetNextGroup32"}) {
+        if (calls.starts_with(told)) text += calls.substr(0, calls.find(')') + 1) + " ";
+    }
     if (text.empty() && !calls.empty()) text = "speaks ";
     if (!text.empty() && program.shown().empty() && calls.empty()) text += "unshown ";
     if (!text.empty()) text.pop_back();
@@ -47,19 +46,21 @@ std::string effectOf(TestProgram& program, int code, int shift) {
 
 struct KeyRow {
     int code, shift;
-    const char* pattern; // stopped
-    const char* running; // null: as stopped
-    const char* song;    // stopped; null: as in pattern mode
+    const char* pattern;               // stopped
+    const char* running;               // null: as stopped
+    const char* song;                  // stopped; null: as in pattern mode
+    const char* songRunning = nullptr; // null: not of interest
 };
 
 // The pattern of 103A is "C D ..." with the loop at 10 and patch 5; the tempo is 140; the song stands at 32.
 constexpr KeyRow kRows[] = {
-    {32, 0, "run1", "run0", nullptr},
+    {32, 0, "run1", "run0", nullptr, "run0"},
     {'M', 0, "note4 second0 dirty", nullptr, ""},
     {'N', 0, "note2 second4 dirty", nullptr, ""},
-    {'X', 0, "loop10 dirty", nullptr, nullptr},
+    {'X', 0, "loop10 dirty", nullptr, nullptr, "loop10 dirty"},
     {'Z', 0, "loop8 dirty", nullptr, nullptr},
-    {'3', 0, "loop15 second0 patch-1 dirty SetNextPatt32(0,2)", "dirty SetNextPatt32(0,2)", "dirty unshown"},
+    {'3', 0, "loop15 second0 patch-1 dirty SetNextPatt32(0,2)", "dirty SetNextPatt32(0,2)", "dirty unshown",
+     "dirty unshown"},
     {'W', 0, "dirty SetNextPatt32(1,1)", nullptr, "dirty unshown"},
     {'K', 0, "dirty SetNextPatt32(2,7)", nullptr, "dirty unshown"},
     {'9', 0, "", nullptr, nullptr},
@@ -86,76 +87,45 @@ constexpr KeyRow kRows[] = {
     {'Q', 2, "", nullptr, nullptr},
     {'Q', 4, "", nullptr, nullptr},
     {32, 1, "", nullptr, nullptr},
-    {45, 0, "", nullptr, "rec1 dirty"},
-    {33, 0, "", nullptr, "tick48"},
-    {34, 0, "", nullptr, "tick16"},
-    {36, 0, "", nullptr, "tick0"},
+    {45, 0, "", nullptr, "rec1 dirty", "rec1 dirty"},
+    {33, 0, "", nullptr, "tick48", "tick48"},
+    {33, 2, "", nullptr, "tick33", "tick34 run0"}, // stops and steps from where the transport was,
+    {34, 0, "", nullptr, "tick16", "tick16"},
+    {36, 0, "", nullptr, "tick0", "tick0 run0"},
+    {13, 0, "song1 dirty SetSong32(-1)", nullptr, "song0 dirty SetSong32(0)", "song0 dirty SetSong32(0)"},
 };
-
-void prepare(bool song, bool running, TestProgram& program) {
-    test::setBassSteps(0, "C D E E E E E E E E E E E E E E");
-    currentBass(0).loopEnd = 9;
-    editLoop(0, 0);
-    setPatch(0, 5);
-    if (song) {
-        songTick = 32;
-        Check1_Click();
-    }
-    if (running) {
-        playButton();
-        program.play(2);
-    }
-}
 
 TEST(KeyTable, EachKeyHasItsEffectInEachState) {
     for (const KeyRow& row : kRows) {
+        const char* const inPattern[] = {row.pattern, row.running != nullptr ? row.running : row.pattern};
+        const char* const inSong[] = {row.song != nullptr ? row.song : row.pattern, row.songRunning};
         for (const bool song : {false, true}) {
             for (const bool running : {false, true}) {
+                const char* wanted = song ? inSong[running] : inPattern[running];
+                if (wanted == nullptr) continue;
                 TestProgram program;
-                prepare(song, running, program);
-                const char* wanted = song && row.song != nullptr                  ? row.song
-                                     : running && row.running != nullptr && !song ? row.running
-                                                                                  : row.pattern;
-                if (song && running) continue; // below
+                test::setBassSteps(0, "C D E E E E E E E E E E E E E E");
+                currentBass(0).loopEnd = 9;
+                editLoop(0, 0);
+                setPatch(0, 5);
+                songTick = song ? 32 : 0;
+                if (song) Check1_Click();
+                if (running) {
+                    playButton();
+                    program.play(2);
+                }
+                if (song && running) songTick = 33; // what the last message said
+                ctrlDown = row.shift == 2;
                 EXPECT_EQ(effectOf(program, row.code, row.shift), wanted)
                     << "key " << row.code << " shift " << row.shift << (song ? " song" : " pattern")
                     << (running ? " running" : " stopped");
                 EXPECT_EQ(program.copyDifference(), "") << row.code;
-                StopPlay();
             }
         }
     }
 }
 
-TEST(KeyTable, SongModeRunning) {
-    const struct {
-        int code, shift;
-        bool ctrl;
-        const char* effect;
-    } rows[] = {{32, 0, false, "run0"},
-                {33, 0, false, "tick48"},
-                {34, 0, false, "tick16"},
-                {33, 2, true, "tick34 run0"}, // stops and steps from where the transport was
-                {36, 0, false, "tick0 run0"},
-                {45, 0, false, "rec1 dirty"},
-                {13, 0, false, "song0 dirty SetSong32(0)"},
-                {'X', 0, false, "loop10 dirty"},
-                {'1', 0, false, "dirty unshown"}};
-    for (const auto& row : rows) {
-        TestProgram program;
-        prepare(true, true, program);
-        ctrlDown = row.ctrl;
-        songTick = 33; // what the last message said
-        EXPECT_EQ(effectOf(program, row.code, row.shift).substr(0, std::string(row.effect).size()),
-                  row.effect)
-            << row.code;
-        StopPlay();
-    }
-}
-
-TEST(KeyTable, WindsFurtherWithShiftAndInTicksWithCtrl) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(Keys, WindsFurtherWithShiftAndInTicksWithCtrl) {
     songTick = 320;
     Form_KeyDown(16, 1);
     Form_KeyDown(33, 1);
@@ -175,9 +145,7 @@ TEST(KeyTable, WindsFurtherWithShiftAndInTicksWithCtrl) {
     EXPECT_EQ(shownFrame(Control::prevButton, 0), 1);
 }
 
-TEST(KeyTable, AHeldWindingKeyHaltsTheMusicUntilItIsReleased) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(Keys, AHeldWindingKeyHaltsTheMusicUntilItIsReleased) {
     playButton();
     program.play(4);
     Form_KeyDown(33, 0);
@@ -191,11 +159,9 @@ TEST(KeyTable, AHeldWindingKeyHaltsTheMusicUntilItIsReleased) {
     panelFocusLost();
     program.play(1);
     EXPECT_NE(songTick % 16, 0); // plays on
-    StopPlay();
 }
 
-TEST(KeyTable, TempoAtItsLimits) {
-    TestProgram program;
+TEST_F(Keys, TempoAtItsLimits) {
     project.tempo = 240;
     projectDirty = false;
     Form_KeyDown(187, 0);

@@ -3,8 +3,10 @@
 namespace marlune {
 namespace {
 
-TEST(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
-    TestProgram program;
+using ModeSwitch = ProgramTest;
+using Menus = ProgramTest;
+
+TEST_F(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
     test::setBassSteps(0, "C D! E^ F_ G A -");
     project.bass[1].patterns[0][0].loopEnd = 6;
     editLoop(1, 0);
@@ -28,8 +30,7 @@ TEST(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
     EXPECT_EQ(program.copyDifference(), "");
 }
 
-TEST(ModeSwitch, TakesPositionPatternsAndKnobsFromTheSong) {
-    TestProgram program;
+TEST_F(ModeSwitch, TakesPositionPatternsAndKnobsFromTheSong) {
     songTick = 35;
     moduleStep[2] = 7;
     knobTrack[4][39] = 88;
@@ -49,8 +50,7 @@ TEST(ModeSwitch, TakesPositionPatternsAndKnobsFromTheSong) {
     EXPECT_TRUE(songMode);
 }
 
-TEST(ModeSwitch, WorksWhilePlaying) {
-    TestProgram program;
+TEST_F(ModeSwitch, WorksWhilePlaying) {
     setBar(0, 16, 1, 1);
     setBar(0, 32, 1, 1);
     selPatt(0, 5);
@@ -65,11 +65,9 @@ TEST(ModeSwitch, WorksWhilePlaying) {
     program.play(40);
     EXPECT_EQ(project.bass[0].currPatt, 5);
     EXPECT_EQ(program.copyDifference(), "");
-    StopPlay();
 }
 
-TEST(Menus, ChangeWithTheMode) {
-    TestProgram program;
+TEST_F(Menus, ChangeWithTheMode) {
     EXPECT_EQ(menuState(Menu::mnuEditCut).caption, "&Copy");
     EXPECT_EQ(menuState(Menu::mnuToolsInit).caption, "Intialize Pattern");
     const auto state = [](Menu menu) {

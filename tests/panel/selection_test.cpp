@@ -3,6 +3,10 @@
 namespace marlune {
 namespace {
 
+using Cue = ProgramTest;
+using DigitDrag = ProgramTest;
+using LoopPoint = ProgramTest;
+
 // One selection in each state: what it says, and where the module's current and cued digits stand after it.
 struct SelectionRow {
     bool song, running, recording;
@@ -41,12 +45,10 @@ TEST(Selection, CuesRecordsOrTakesEffectByState) {
         const int bar = row.running ? 16 : 0;
         EXPECT_EQ(barBank(1, bar) * 8 + barPatt(1, bar), row.recording ? 19 : 0);
         EXPECT_EQ(barRecording[1], row.recording);
-        StopPlay();
     }
 }
 
-TEST(Selection, ACueArrivesWhenItsOwnPatternWraps) {
-    TestProgram program;
+TEST_F(Cue, ArrivesWhenItsOwnPatternWraps) {
     project.bass[0].patterns[0][0].loopEnd = 5;
     editLoop(0, 0);
     playButton();
@@ -60,11 +62,9 @@ TEST(Selection, ACueArrivesWhenItsOwnPatternWraps) {
     EXPECT_EQ(project.drum.currPatt, 1);
     EXPECT_EQ(shownFrame(Control::DigitPatt, 4), 1);
     EXPECT_EQ(shownText(Control::LoopPt, 0), "16");
-    StopPlay();
 }
 
-TEST(Selection, NothingIsRecordedPastTheLastBar) {
-    TestProgram program;
+TEST_F(Cue, IsNotRecordedPastTheLastBar) {
     Check1_Click();
     recButton_Click();
     songTick = 15999;
@@ -73,11 +73,9 @@ TEST(Selection, NothingIsRecordedPastTheLastBar) {
     selPatt(0, 4);
     EXPECT_EQ(program.calls(), "SetNextBarPatt32(0,4) SetNextBarGroup32(0,0)");
     EXPECT_EQ(barPatt(0, 15999), 0);
-    transportRunning = false;
 }
 
-TEST(DigitDrag, PassesThroughThePatternsAndStartsFromTheCueWhilePlaying) {
-    TestProgram program;
+TEST_F(DigitDrag, PassesThroughThePatternsAndStartsFromTheCueWhilePlaying) {
     projectDirty = false;
     program.drag(Control::DigitPatt, 2, 2000, 2000 - 1100 * 4.0 / 7 - 1, 8);
     EXPECT_EQ(project.bass[1].currPatt, 4);
@@ -91,11 +89,9 @@ TEST(DigitDrag, PassesThroughThePatternsAndStartsFromTheCueWhilePlaying) {
     EXPECT_EQ(project.bass[1].nextPatt, 6);
     panelWheel(Control::DigitPatt, 3, +5);
     EXPECT_EQ(project.bass[1].nextPatt, 7);
-    StopPlay();
 }
 
-TEST(LoopPoint, IsShownFromOneAndStoredFromZero) {
-    TestProgram program;
+TEST_F(LoopPoint, IsShownFromOneAndStoredFromZero) {
     program.calls();
     program.drag(Control::LoopPt, 2, 1000, 1000 + 300);
     EXPECT_EQ(shownText(Control::LoopPt, 2), "12"); // 16 + 1 - 5

@@ -3,36 +3,93 @@
 namespace marlune {
 namespace {
 
-// Holds a button for so many ms, in the time of the test.
-void hold(TestProgram& program, Control button, int ms) {
-    program.shell.after(ms, [button] { panelPointer(button, 0, {.action = PointerAction::release}); });
-    panelPointer(button, 0, {.action = PointerAction::press});
+using SongMoves = SongModeTest;
+
+TEST_F(SongMoves, KnowTheFollowersAndStepsAtTheEdges) {
+    setBar(0, 998 * 16, 1, 2);
+    setNextBar(0, 998 * 16 + 5, 3, 4);
+    EXPECT_EQ(nextBarPatt(0, 15999), 4); // bar 999 follows itself
+    setNextBar(0, 15999, 2, 2);
+    EXPECT_EQ(barBank(0, 15999), 3);
+    // A pattern that stays runs on through the bar lines.
+    for (int bar = 4; bar <= 6; ++bar) setBar(1, 16 * bar, 0, 5);
+    EXPECT_EQ(moduleStepAtTick(1, 6 * 16, 12), 8);
+    EXPECT_EQ(moduleStepAtTick(1, 7 * 16 + 3, 12), 3);
+    EXPECT_EQ(moduleStepAtTick(2, 15999, 16), 15); // one run down to bar 0
+    EXPECT_EQ(moduleStepAtTick(2, 15999, 7), 15999 % 7);
 }
 
-TEST(Navigation, AShortPressMovesOnceAndALongOneRepeats) {
-    TestProgram program;
-    hold(program, Control::nextButton, 10);
+TEST_F(SongMoves, SnapToBarsAndStopAtTheEnds) {
+    const struct {
+        void (*move)(int count, bool byBars, bool keepRecord);
+        int from, count, to;
+    } rows[] = {{moveSongForward, 37, 1, 48},
+                {moveSongBack, 37, 1, 16},
+                {moveSongBack, 70, 5, 0},
+                {moveSongForward, 15990, 8, 15999}};
+    for (const auto& row : rows) {
+        songTick = row.from;
+        row.move(row.count, true, true);
+        EXPECT_EQ(songTick, row.to) << row.from;
+    }
+    EXPECT_EQ(shownText(Control::timeDisplay, 0), "1000");
+    EXPECT_EQ(shownText(Control::microDisplay, 0), "");
+    songTick = 20;
+    recordOn = true;
+    moveSongForward(1, false, false);
+    EXPECT_EQ(shownText(Control::microDisplay, 0), "[ 6/16]");
+    EXPECT_FALSE(recordOn);
+}
+
+TEST_F(SongMoves, TakeThePatternsAndKnobsOfThePlace) {
+    setBar(0, 32, 1, 3);
+    setBar(0, 48, 2, 4);
+    project.bass[0].patterns[1][3].loopEnd = 2;
+    knobTrack[7][33] = 55;
+    program.calls();
+    moveSongForward(33, false, true);
+    EXPECT_EQ(moduleStep[0], 1);
+    EXPECT_EQ(project.knobValue[7], 55);
+    EXPECT_EQ(shownFrame(Control::DigitPatt, 1), 20);
+    EXPECT_EQ(program.calls(),
+              "PrepareController32(7,55) SetModuleTick32(0,1) SetModuleTick32(1,1) SetModuleTick32(2,1) "
+              "SetSongTick32(33)");
+    rewindSong();
+    EXPECT_EQ(project.bass[0].currPatt, 0);
+    EXPECT_EQ(program.calls(), "SetSongTick32(0) PrepareController32(7,0)");
+}
+
+struct Navigation : SongModeTest {
+    // For so many ms, in the time of the test.
+    void hold(Control button, int ms) {
+        program.shell.after(ms, [button] { panelPointer(button, 0, {.action = PointerAction::release}); });
+        panelPointer(button, 0, {.action = PointerAction::press});
+    }
+};
+
+TEST_F(Navigation, AShortPressMovesOnceAndALongOneRepeats) {
+    Check1_Click();
+    hold(Control::nextButton, 10);
     EXPECT_EQ(songTick, 0); // pattern mode
     Check1_Click();
     songTick = 160;
-    hold(program, Control::nextButton, 50);
+    hold(Control::nextButton, 50);
     EXPECT_EQ(songTick, 176);
-    hold(program, Control::prevButton, 50);
+    hold(Control::prevButton, 50);
     EXPECT_EQ(songTick, 160);
-    const int from = songTick;
-    hold(program, Control::FwdStep, 1000); // 200 ms flash, 138 ms wait, then one each 69 ms
+    hold(Control::FwdStep, 1000); // 200 ms flash, 138 ms wait, then one each 69 ms
     const int moved = 1 + (1000 - 338) / 70 + 1;
-    EXPECT_NEAR(songTick - from, moved, 1);
+    EXPECT_NEAR(songTick, 160 + moved, 1);
     EXPECT_EQ(shownFrame(Control::FwdStep, 0), 1);
-    const int before = songTick;
-    hold(program, Control::RwdStep, 600);
-    EXPECT_LT(songTick, before - 3);
+    hold(Control::RwdStep, 600);
+    EXPECT_LT(songTick, 160 + 8);
+    songTick = 15980;
+    hold(Control::nextButton, 900);
+    EXPECT_EQ(songTick, 15999);
 }
 
-TEST(Navigation, TheClickAfterAReleaseDoesNothingAndADoubleClickMovesTwo) {
-    TestProgram program;
-    Check1_Click();
-    hold(program, Control::nextButton, 20); // press, release and the click behind it
+TEST_F(Navigation, TheClickAfterAReleaseDoesNothingAndADoubleClickMovesTwo) {
+    hold(Control::nextButton, 20); // press, release and the click behind it
     EXPECT_EQ(songTick, 16);
     navigation_DblClick(Winding::next);
     EXPECT_EQ(songTick, 48);
@@ -40,18 +97,7 @@ TEST(Navigation, TheClickAfterAReleaseDoesNothingAndADoubleClickMovesTwo) {
     EXPECT_EQ(songTick, 32);
 }
 
-TEST(Navigation, HoldingAtTheEndStaysThere) {
-    TestProgram program;
-    Check1_Click();
-    songTick = 15980;
-    hold(program, Control::nextButton, 900);
-    EXPECT_EQ(songTick, 15999);
-    EXPECT_EQ(shownText(Control::timeDisplay, 0), "1000");
-}
-
-TEST(Navigation, WindingHaltsTheTimerAndPlaysOnFromThere) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(Navigation, WindingHaltsTheTimerAndPlaysOnAndAStepStops) {
     windRate = 7;
     playButton();
     program.play(5);
@@ -63,30 +109,15 @@ TEST(Navigation, WindingHaltsTheTimerAndPlaysOnFromThere) {
     panelPointer(Control::nextButton, 0, {.action = PointerAction::press});
     EXPECT_EQ(songTick, 16 * 8);
     EXPECT_EQ(timerInterval(), 107);
-    program.calls();
     program.play(3);
     EXPECT_EQ(songTick, 16 * 8 + 3);
-    StopPlay();
-}
-
-TEST(Navigation, StepsStopPlaybackAndTakeTheBarOver) {
-    TestProgram program;
-    setBar(0, 16, 2, 6);
-    Check1_Click();
-    playButton();
-    program.play(3);
-    songTick = 15;
-    hold(program, Control::FwdStep, 10);
+    hold(Control::FwdStep, 10); // a step ends the playing
     EXPECT_FALSE(transportRunning);
-    EXPECT_EQ(songTick, 16);
-    EXPECT_EQ(project.bass[0].currBank * 8 + project.bass[0].currPatt, 22);
-    EXPECT_EQ(shownText(Control::microDisplay, 0), "[ 1/16]");
+    EXPECT_EQ(songTick, 16 * 8 + 4);
 }
 
-TEST(Navigation, ResetStopsRewindsAndDisarms) {
-    TestProgram program;
+TEST_F(Navigation, ResetStopsRewindsAndDisarms) {
     setBar(1, 0, 1, 1);
-    Check1_Click();
     songTick = 333;
     recButton_Click();
     playButton();
@@ -99,22 +130,17 @@ TEST(Navigation, ResetStopsRewindsAndDisarms) {
     EXPECT_EQ(shownFrame(Control::RecButton, 0), 1);
 }
 
-TEST(Navigation, AModeSwitchWhileAButtonIsHeldEndsTheWinding) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(Navigation, AModeSwitchWhileAButtonIsHeldEndsTheWinding) {
     playButton();
     program.shell.after(500, Check1_Click);
-    hold(program, Control::nextButton, 5000);
+    hold(Control::nextButton, 5000);
     EXPECT_LT(TestProgram::now(), 1000U + 2000U);
     EXPECT_FALSE(songMode);
     panelPointer(Control::nextButton, 0, {.action = PointerAction::release});
     EXPECT_GT(timerInterval(), 0); // the music goes on
-    StopPlay();
 }
 
-TEST(Navigation, RepeatedStepsDoNotWaitInsideEachOther) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(Navigation, RepeatedStepsDoNotWaitInsideEachOther) {
     int depth = 0, deepest = 0;
     for (int i = 0; i < 50; ++i) {
         program.shell.after(30 * i, [&] {
@@ -132,9 +158,7 @@ TEST(Navigation, RepeatedStepsDoNotWaitInsideEachOther) {
     EXPECT_EQ(songTick, 51);
 }
 
-TEST(Navigation, ClosingTheWindowWhileAButtonIsHeldIsSafe) {
-    TestProgram program;
-    Check1_Click();
+TEST_F(Navigation, ClosingTheWindowWhileAButtonIsHeldIsSafe) {
     program.shell.after(300, [] { programClosing = true; });
     panelPointer(Control::nextButton, 0, {.action = PointerAction::press});
     EXPECT_TRUE(programClosing); // it came back without a release

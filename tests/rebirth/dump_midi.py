@@ -18,4 +18,4 @@ for name in sys.argv[1:]:
             elif message.type == "copyright":
                 print(number, "text", message.text)
             elif message.type != "end_of_track":
-                print(number, now, message.hex())
+                print(number, now, *message.bytes())

@@ -127,11 +127,9 @@ RbsSong randomSong(unsigned seed, int bars) {
         // Not before the pattern events at the start, which are looked for three bytes at a time.
         for (int i = 0; i < 4 * bars; ++i) {
             const int parameter = t == 2 ? kDrumKnobs[upTo(17)] : kBassKnobs[upTo(9)];
-            const auto byTime = [](const RbsEvent& a, const RbsEvent& b) { return a.time < b.time; };
-            const RbsEvent event{upTo(32 * bars), parameter, upTo(upTo(1) == 0 ? 127 : 1)};
-            track.events.insert(std::upper_bound(track.events.begin(), track.events.end(), event, byTime),
-                                event);
+            track.events.push_back({upTo(32 * bars), parameter, upTo(upTo(1) == 0 ? 127 : 1)});
         }
+        std::ranges::stable_sort(track.events, {}, &RbsEvent::time);
         track.events.push_back({32 * bars, 15, 0});
     }
     return song;

@@ -21,7 +21,7 @@
 #include <thread>
 #include <vector>
 
-#include "midi/midi_ports.h"
+#include "engine/midi_bytes.h"
 
 namespace marlune::test {
 
@@ -42,8 +42,7 @@ inline bool waitFor(int ms, const std::function<bool()>& done) {
     return false;
 }
 
-// In synchronous mode: a client that a busy machine keeps from running is waited for, its cycle is not thrown
-// away.
+// In synchronous mode: a client that a busy machine keeps from running is waited for, no cycle is lost.
 class Server {
   public:
     Server() {
@@ -51,11 +50,10 @@ class Server {
         child_ = fork();
         if (child_ != 0) {
             // A client that came while the server was starting could block its name for the next one.
-            jack_client_t* probe = nullptr;
-            waitFor(5000, [&] {
-                return (probe = jack_client_open("probe", JackNoStartServer, nullptr)) != nullptr;
+            waitFor(5000, [] {
+                jack_client_t* const probe = jack_client_open("probe", JackNoStartServer, nullptr);
+                return probe != nullptr && jack_client_close(probe) == 0;
             });
-            if (probe != nullptr) jack_client_close(probe);
             return;
         }
         prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -126,38 +124,27 @@ class Watcher {
             if (std::abs(sound[i]) > 0.1F) heard = true;
         void* to = jack_port_get_buffer(out, frames);
         jack_midi_clear_buffer(to);
-        const std::uint8_t bytes[2][4] = {{0xF0, 1, 2, 0xF7}, {0x91, 64, 99, 0}};
-        if (sendNow.exchange(false)) {
-            jack_midi_event_write(to, 3, bytes[0], 4); // not for us
-            jack_midi_event_write(to, 5, bytes[1], 3);
-        }
+        const auto write = [&](const MidiMessage& message) {
+            return jack_midi_event_write(to, frames - 1, message.bytes, message.size) == 0;
+        };
         while (sendTail != sendHead.load(std::memory_order_acquire)) {
-            const MidiMessage& next = outbox[sendTail % outbox.size()];
-            if (jack_midi_event_write(to, frames - 1, next.bytes, next.size) != 0) break;
+            const std::uint8_t exclusive[] = {0xF0, 1, 2, 0xF7};
+            jack_midi_event_write(to, frames - 1, exclusive, sizeof exclusive); // not for us
+            if (!write(outbox[sendTail % outbox.size()])) break;
             ++sendTail;
         }
-        flood(to, frames);
+        const int burst = floodPerCycle;
+        for (int i = 0; i < burst; ++i) write(midiBytes(kControlChange, 12, i));
+        if (burst > 0 && ++floodCycle % 50 == 0 && write(noteOn(1, 36 + floodCycle / 50 % 16, 64)))
+            ++notesSent;
         return 0;
     }
-    // Goes out with one of the next cycles; at most 1024 may wait.
+    // Goes out with one of the next cycles, behind a system exclusive message; at most 1024 may wait.
     void send(int status, int data1, int data2) {
-        MidiMessage& next = outbox[sendHead % outbox.size()];
-        next = {3,
-                {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
-                 static_cast<std::uint8_t>(data2)}};
+        outbox[sendHead % outbox.size()] = midiBytes(status, data1, data2);
         sendHead.fetch_add(1, std::memory_order_release);
     }
     // While floodPerCycle is above 0: that many controllers a cycle, and a note every 50 cycles.
-    void flood(void* to, jack_nframes_t frames) {
-        const int burst = floodPerCycle;
-        for (int i = 0; i < burst; ++i) {
-            const std::uint8_t controller[3] = {0xB0, 12, static_cast<std::uint8_t>(i)};
-            jack_midi_event_write(to, frames - 1, controller, 3);
-        }
-        if (burst == 0 || ++floodCycle % 50 != 0) return;
-        const std::uint8_t note[3] = {0x91, static_cast<std::uint8_t>(36 + floodCycle / 50 % 16), 64};
-        if (jack_midi_event_write(to, frames - 1, note, 3) == 0) ++notesSent;
-    }
     std::atomic<int> floodPerCycle{0}, notesSent{0};
     int floodCycle = 0;
     std::vector<MidiMessage> outbox{1024};
@@ -166,7 +153,7 @@ class Watcher {
     static constexpr int kMost = 20000;
     std::vector<Event> events{kMost};
     std::atomic<int> count{0};
-    std::atomic<bool> sendNow{false}, heard{false};
+    std::atomic<bool> heard{false};
     jack_port_t *in = nullptr, *out = nullptr, *ear = nullptr;
 
   private:
@@ -179,19 +166,14 @@ class JackTest : public testing::Test {
     void SetUp() override {
         if (std::system("command -v jackd >/dev/null 2>&1") != 0) GTEST_SKIP() << "no jackd on this machine";
         // One test at a time, also where several programs run them side by side.
-        lock_ =
+        static const int lock =
             open((testing::TempDir() + "marlune-jack-test.lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
-        flock(lock_, LOCK_EX);
+        flock(lock, LOCK_EX);
         setenv("JACK_DEFAULT_SERVER", kServerName, 1);
         jack_set_error_function([](const char*) {});
         jack_set_info_function([](const char*) {});
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     }
-    void TearDown() override {
-        unsetenv("JACK_DEFAULT_SERVER");
-        if (lock_ >= 0) close(lock_);
-    }
-    int lock_ = -1;
 };
 
 } // namespace marlune::test

@@ -4,13 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <thread>
 
 #include "core/clipboard_state.h"
@@ -34,7 +31,6 @@
 #include "midi/midi_input.h"
 #include "midi/remote_control.h"
 #include "midi/setup_dialogs.h"
-#include "panel/key_slider.h"
 #include "panel/knobs.h"
 #include "panel/menus.h"
 #include "panel/mode_switch.h"
@@ -44,10 +40,8 @@
 #include "panel/selection.h"
 #include "panel/shown_state.h"
 #include "panel/step_editing.h"
-#include "playback/engine_link.h"
 #include "playback/navigation.h"
 #include "playback/song_moves.h"
-#include "playback/tick.h"
 #include "playback/timer_control.h"
 #include "playback/transport.h"
 #include "support/test_program.h"
@@ -59,5 +53,16 @@ using test::readBytes;
 using test::TemporaryFolder;
 using test::TestProgram;
 using test::writeBytes;
+
+// Every test of such a suite begins with a freshly started program and an empty folder.
+struct ProgramTest : testing::Test {
+    TestProgram program;
+    TemporaryFolder folder;
+};
+
+// The same in song mode.
+struct SongModeTest : ProgramTest {
+    SongModeTest() { Check1_Click(); }
+};
 
 } // namespace marlune

@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
+#include <utility>
 
 #include "core/project_record.h"
 #include "core/run_state.h"
+#include "core/song_track.h"
 #include "core/startup.h"
+#include "engine/midi_bytes.h"
 #include "midi/config_file.h"
 #include "midi/global_config.h"
-#include "midi/hex_text.h"
 #include "midi/midi_devices.h"
 #include "playback/pattern_push.h"
 
@@ -20,19 +23,18 @@ namespace {
 
 std::uint32_t virtualNow = 0;
 
-std::string joined(std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) text += (text.empty() ? "" : " ") + line;
-    lines.clear();
-    return text;
-}
-
 std::string named(Control control, int index) {
     const ControlInfo& info = controlInfo(control);
     return info.count == 1 ? info.name : std::string(info.name) + "(" + std::to_string(index) + ")";
 }
 
 } // namespace
+
+std::string joined(std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : std::exchange(lines, {})) text += (text.empty() ? "" : " ") + line;
+    return text;
+}
 
 int RecordingComponent::call(const EngineCall& call) {
     const EntryInfo& info = entryInfo(call.entry);
@@ -84,16 +86,7 @@ void ScriptedShell::runModal(Form& form) {
 }
 
 void ScriptedShell::letEventsRun() {
-    for (std::size_t i = 0; i < timed_.size();) {
-        if (timed_[i].due > virtualNow) {
-            ++i;
-            continue;
-        }
-        const auto action = timed_[i].action;
-        timed_.erase(timed_.begin() + static_cast<std::ptrdiff_t>(i));
-        action();
-        i = 0;
-    }
+    while (!timed_.empty() && timed_.begin()->first <= virtualNow) timed_.extract(timed_.begin()).mapped()();
 }
 
 void ScriptedShell::waitForEvents(int ms) {
@@ -102,17 +95,7 @@ void ScriptedShell::waitForEvents(int ms) {
 }
 
 void ScriptedShell::after(int ms, std::function<void()> action) {
-    timed_.push_back({virtualNow + static_cast<std::uint32_t>(ms), std::move(action)});
-}
-
-void MemoryPort::send(const MidiMessage& message, std::int64_t /*due*/) noexcept {
-    sent.push_back(hexText(message));
-}
-
-bool MemoryDevices::open(int index, InputSink& sink) {
-    if (index < 0 || index >= devices) return false;
-    input = &sink;
-    return true;
+    timed_.emplace(virtualNow + static_cast<std::uint32_t>(ms), std::move(action));
 }
 
 TestProgram::TestProgram(const Options& options) : engine(&devices), recorder(engine) {
@@ -148,18 +131,6 @@ TestProgram::~TestProgram() {
     resetProgram();
 }
 
-std::string TestProgram::calls() {
-    return joined(recorder.calls);
-}
-
-std::string TestProgram::shown() {
-    return joined(view.shown);
-}
-
-std::string TestProgram::wire() {
-    return joined(devices.ports[0].sent);
-}
-
 void TestProgram::play(int steps) {
     for (int period = 0; period < 6 * steps; ++period) {
         engine.advance();
@@ -168,22 +139,18 @@ void TestProgram::play(int steps) {
 }
 
 void TestProgram::midi(int status, int data1, int data2) {
-    MidiMessage message{static_cast<std::uint8_t>(midiMessageLength(status)),
-                        {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
-                         static_cast<std::uint8_t>(data2)}};
-    if (devices.input != nullptr) devices.input->received(message);
+    if (devices.input != nullptr) devices.input->received(midiBytes(status, data1, data2));
     midiArrived();
 }
 
-void TestProgram::click(Control control, int index) {
-    panelPointer(control, index, {.action = PointerAction::press});
-    panelPointer(control, index, {.action = PointerAction::release});
+void TestProgram::click(Control control, int index, bool second) {
+    panelPointer(control, index, {.action = PointerAction::press, .second = second});
+    panelPointer(control, index, {.action = PointerAction::release, .second = second});
 }
 
 void TestProgram::doubleClick(Control control, int index) {
     click(control, index);
-    panelPointer(control, index, {.action = PointerAction::press, .second = true});
-    panelPointer(control, index, {.action = PointerAction::release, .second = true});
+    click(control, index, true);
 }
 
 void TestProgram::drag(Control control, int index, double fromY, double toY, int moves) {
@@ -209,27 +176,63 @@ std::uint32_t TestProgram::now() {
 }
 
 void setBassSteps(int module, const std::string& text) {
-    constexpr const char* kNames[] = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B", "C'"};
     std::istringstream words(text);
     std::string word;
     for (int s = 0; words >> word && s < kSteps; ++s) {
         BassStep& step = currentBass(module).steps[s];
-        const auto flag = [&word](char mark) {
-            const auto at = word.find(mark);
-            if (at == std::string::npos) return false;
-            word.erase(at, 1);
-            return true;
-        };
-        step.accent = flag('!');
-        step.up = flag('^');
-        step.down = flag('_');
-        step.noteOn = !flag('-');
-        for (int n = 0; n < 13; ++n) {
-            if (word == kNames[n]) step.note = n;
-        }
+        const auto has = [&word](char mark) { return word.find(mark) != std::string::npos; };
+        step.accent = has('!');
+        step.up = has('^');
+        step.down = has('_');
+        step.noteOn = !has('-');
+        const std::size_t note = std::string("C D EF G A B").find(word[0]); // none for a mere "-"
+        if (note != std::string::npos) step.note = static_cast<int>(note) + has('#') + 12 * has('\'');
     }
     const Selection at = selectionOf(project, module);
     pushPatternToEngine(module, at.currBank, at.currPatt);
+}
+
+void randomProject(unsigned seed) {
+    std::mt19937 random(seed);
+    const auto below = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(count));
+    };
+    for (BassModule& bass : project.bass) {
+        bass.lastPatch = -1;
+        for (int p = 0; p < kBanks * kPatterns; ++p) {
+            BassPattern& pattern = bass.patterns[p / kPatterns][p % kPatterns];
+            for (BassStep& step : pattern.steps) {
+                step.note = below(13);
+                step.noteOn = below(3) != 0;
+                step.slide = below(2) != 0;
+                step.accent = below(4) == 0;
+                step.up = below(4) == 0;
+                step.down = !step.up && below(4) == 0;
+            }
+            pattern.loopEnd = below(3) == 0 ? 15 : below(16);
+            pattern.patch = below(3) == 0 ? below(128) : -1;
+        }
+    }
+    for (int p = 0; p < kBanks * kPatterns; ++p) {
+        DrumPattern& pattern = project.drum.patterns[p / kPatterns][p % kPatterns];
+        pattern.loopEnd = below(2) == 0 ? 15 : below(16);
+        for (auto& rows : pattern.drumOn) {
+            for (Le8& cell : rows) cell = below(4) == 0 ? kDrumHit : 0;
+        }
+    }
+    for (int bar = 0, bank = 0, patt = 0; bar < 3 * kSongBars; ++bar) {
+        if (below(3) == 0) {
+            bank = below(kBanks);
+            patt = below(kPatterns);
+        }
+        setBar(bar / kSongBars, bar % kSongBars * kTicksPerBar, bank, patt);
+    }
+    for (int k = 0; k < kKnobs; ++k) {
+        for (int t = 0, value = below(128); t < kSongTicks; ++t) {
+            if (below(k < 4 ? 2 : 40) == 0) value = below(5) == 0 ? 0 : below(128);
+            knobTrack[k][t] = static_cast<std::uint8_t>(value);
+        }
+    }
 }
 
 TemporaryFolder::TemporaryFolder() {

@@ -2,19 +2,23 @@
 // recording display, a shell with scripted answers, ports in memory and a clock that the test moves.
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <functional>
-#include <memory>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "engine/virtual_engine.h"
+#include "midi/hex_text.h"
 #include "midi/midi_input.h"
 #include "panel/app_shell.h"
 #include "panel/panel_events.h"
 #include "panel/panel_view.h"
 
 namespace marlune::test {
+
+std::string joined(std::vector<std::string>& lines); // one blank between; forgets them
 
 // Keeps the calls as text in order, "Set103Note32(0,1,2,3,5)", and hands them on.
 class RecordingComponent final : public EngineComponent {
@@ -55,13 +59,12 @@ class ScriptedShell final : public AppShell {
     void formChanged(Form& /*form*/) override {}
     void letEventsRun() override;
     void waitForEvents(int ms) override;
-    void closeWindow() override { ++closings; }
+    void closeWindow() override {}
     void openHelp() override {}
     void showAbout() override {}
 
     std::string title, status;
     bool statusBar = false, panel = false;
-    int closings = 0;
     std::vector<std::string> boxes;               // texts of the message boxes
     std::deque<BoxAnswer> answers;                // to the next boxes; then the refusing button
     std::deque<std::string> fileNames;            // of the next file dialogs; then none
@@ -74,17 +77,15 @@ class ScriptedShell final : public AppShell {
     void after(int ms, std::function<void()> action);
 
   private:
-    struct Timed {
-        std::uint32_t due;
-        std::function<void()> action;
-    };
-    std::vector<Timed> timed_;
+    std::multimap<std::uint32_t, std::function<void()>> timed_; // by the virtual clock
 };
 
 // Port in memory: what arrives is kept as text, "90 24 64".
 class MemoryPort final : public OutputPort {
   public:
-    void send(const MidiMessage& message, std::int64_t due) noexcept override;
+    void send(const MidiMessage& message, std::int64_t /*due*/) noexcept override {
+        sent.push_back(hexText(message));
+    }
     std::vector<std::string> sent;
 };
 
@@ -94,12 +95,24 @@ class MemoryDevices final : public OutputDevices, public InputDevices {
     std::string name(int index) override { return "Device " + std::to_string(index); }
     OutputPort* open(int index) override { return index >= 0 && index < devices ? &ports[index] : nullptr; }
     void close(OutputPort* /*port*/) override {}
-    bool open(int index, InputSink& sink) override;
+    bool open(int index, InputSink& sink) override {
+        input = index >= 0 && index < devices ? &sink : nullptr;
+        return input != nullptr;
+    }
     void close() override { input = nullptr; }
 
     int devices = 2;
     MemoryPort ports[2];
     InputSink* input = nullptr;
+};
+
+// An input's receiving end that counts.
+struct CountingSink final : InputSink {
+    void received(const MidiMessage& message) noexcept override {
+        note = message.bytes[1];
+        ++count;
+    }
+    std::atomic<int> note{0}, count{0};
 };
 
 struct Options {
@@ -113,8 +126,6 @@ class TestProgram {
   public:
     explicit TestProgram(const Options& options = {});
     ~TestProgram();
-    TestProgram(const TestProgram&) = delete;
-    TestProgram& operator=(const TestProgram&) = delete;
 
     MemoryDevices devices;
     VirtualEngine engine;
@@ -123,13 +134,13 @@ class TestProgram {
     ScriptedShell shell;
 
     // What was recorded since the last time, one blank between; forgets it.
-    std::string calls();
-    std::string shown();
-    std::string wire(); // port 0
+    std::string calls() { return joined(recorder.calls); }
+    std::string shown() { return joined(view.shown); }
+    std::string wire() { return joined(devices.ports[0].sent); } // port 0
 
     void play(int steps);                        // that many whole steps, all their messages delivered
     void midi(int status, int data1, int data2); // arrives at the input; read at once in event mode
-    void click(Control control, int index = 0);
+    void click(Control control, int index = 0, bool second = false);
     void doubleClick(Control control, int index = 0);
     void drag(Control control, int index, double fromY, double toY, int moves = 4);
 
@@ -140,9 +151,12 @@ class TestProgram {
     static std::uint32_t now();
 };
 
-// Several fixtures' worth of noise: the first step's bass pattern of a module as text, "C  E^! -  D_":
-// note name, octave ^ or _, accent !, "-" a rest.
+// The first steps of a module's current bass pattern as text, "C  E^! -  D_": note name, octave ^ or _,
+// accent !, "-" a rest.
 void setBassSteps(int module, const std::string& text);
+
+// Fills the patterns, the song and the knob tracks with something of everything, within the ranges.
+void randomProject(unsigned seed);
 
 // A folder that vanishes with the object.
 class TemporaryFolder {

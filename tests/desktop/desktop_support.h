@@ -1,10 +1,14 @@
-// A moment of the instrument in pattern mode, something to see in every control.
+// What the desktop's tests share: a moment of the instrument to be shown, and what the user did to it.
 #pragma once
 
 #include "desktop/panel_state.h"
 
 namespace marlune {
 
+// What the desktop reported to the panel since the last time, joined by blanks; forgets it.
+std::string takeEvents();
+
+// The instrument in pattern mode, with knobs turned, lamps lit and texts to see.
 inline PanelState patternMoment() {
     PanelState state;
     for (int knob = 0; knob < 20; ++knob) {
@@ -16,19 +20,10 @@ inline PanelState patternMoment() {
         state.setFrame(Control::SelEditPicture, module, module == 0 ? 0 : 1);
         for (const int digit : {0, 1}) state.setFrame(Control::DigitPatt, 2 * module + digit, 9 * module + 2);
     }
-    for (const int module : {0, 1}) {
-        state.setText(Control::PatchID, module, module == 0 ? "24" : "NONE");
-        state.setFrame(Control::keys, module, 7 - 4 * module);
-        state.setFrame(Control::step103, module, 6 - 4 * module);
-    }
     for (int row = 0; row < 7; ++row) state.setText(Control::Offset109, row, std::to_string(36 + row));
     for (int step = 0; step < 16; step += 3) state.lamps[step] = true;
-    state.setFrame(Control::sel109, 0, 1);
-    state.setFrame(Control::LEDBar, 0, 16);
-    state.setText(Control::tempoBPM, 0, "132");
-    state.setText(Control::timeDisplay, 0, "1");
-    state.setEnabled(Control::timeDisplay, 0, false);
-    state.setEnabled(Control::microDisplay, 0, false);
+    for (const Control display : {Control::timeDisplay, Control::microDisplay})
+        state.setEnabled(display, 0, false);
     return state;
 }
 
