@@ -32,18 +32,12 @@ std::int32_t packedCountOf(const std::vector<std::uint8_t>& bytes) {
     return count;
 }
 
-Selection cueCurrent(ProjectRecord& record, int module) {
-    const Selection at = selectionOf(record, module);
-    at.nextBank = int{at.currBank};
-    at.nextPatt = int{at.currPatt};
-    return at;
-}
-
 void takeRecord(const std::vector<std::uint8_t>& bytes) {
     std::memcpy(&project, bytes.data(), sizeof project);
     limitRecord(project);
+    cueCurrent(project);
     for (int m = 0; m < kModules; ++m) {
-        const Selection at = cueCurrent(project, m);
+        const Selection at = selectionOf(project, m);
         setNextBankPatt(m, at.currBank, at.currPatt);
     }
     for (int m = 0; m < kModules; ++m) refreshCurrBankPatt(m);
@@ -132,8 +126,8 @@ bool loadProjectFile(const std::string& fileName) {
 
 bool saveProjectFile(const std::string& fileName) {
     ProjectRecord record = songMode ? patternImage : project;
-    record.tempo = project.tempo;                             // outlasts song mode, as it does at the switch
-    for (int m = 0; m < kModules; ++m) cueCurrent(record, m); // as a load leaves it
+    record.tempo = project.tempo; // outlasts song mode, as it does at the switch
+    cueCurrent(record);           // as a load leaves it
     const std::vector<std::uint8_t> song = packSong();
     const Le32 count = static_cast<int>(song.size() / kPackedEntrySize);
     std::vector<std::uint8_t> bytes(kEntriesOffset);

@@ -14,6 +14,14 @@ Selection selectionOf(ProjectRecord& record, int module) {
     return {bass.currBank, bass.currPatt, bass.nextBank, bass.nextPatt};
 }
 
+void cueCurrent(ProjectRecord& record) {
+    for (int m = 0; m < kModules; ++m) {
+        const Selection at = selectionOf(record, m);
+        at.nextBank = at.currBank;
+        at.nextPatt = at.currPatt;
+    }
+}
+
 BassPattern& currentBass(int module) {
     BassModule& bass = project.bass[module];
     return bass.patterns[bass.currBank][bass.currPatt];

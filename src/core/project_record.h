@@ -130,6 +130,7 @@ struct Selection {
     Le8 &currBank, &currPatt, &nextBank, &nextPatt;
 };
 Selection selectionOf(ProjectRecord& record, int module);
+void cueCurrent(ProjectRecord& record); // no module has anything else in view than what it plays
 
 // The pattern that a module plays now. module of currentBass: 0 or 1.
 BassPattern& currentBass(int module);

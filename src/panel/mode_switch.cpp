@@ -66,14 +66,6 @@ void enableSongDisplays(bool enabled) {
     showEnabled(Control::microDisplay, 0, enabled);
 }
 
-void cueCurrent(ProjectRecord& record) {
-    for (int m = 0; m < kModules; ++m) {
-        const Selection at = selectionOf(record, m);
-        at.nextBank = at.currBank;
-        at.nextPatt = at.currPatt;
-    }
-}
-
 void pushCurrentPatterns() {
     for (int m = 0; m < kModules; ++m) {
         const Selection at = selectionOf(project, m);
