@@ -149,7 +149,6 @@ TEST_F(Navigation, RepeatedStepsDoNotWaitInsideEachOther) {
             --depth;
         });
     }
-    program.shell.waitForEvents(5);
     while (TestProgram::now() < 4000) program.shell.waitForEvents(5);
     EXPECT_EQ(songTick, 50);
     EXPECT_LE(deepest, 2);

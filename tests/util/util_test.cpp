@@ -7,7 +7,6 @@
 
 #include "support/test_program.h"
 #include "util/files.h"
-#include "util/le_int.h"
 #include "util/stop_watch.h"
 #include "util/text_number.h"
 
@@ -17,13 +16,6 @@ namespace {
 using test::readBytes;
 using test::TemporaryFolder;
 using test::writeBytes;
-
-TEST(StoredNumbers, CarryOddTruthValues) {
-    const std::uint8_t raw[2] = {7, 0};
-    const Flag16 copy = *reinterpret_cast<const Flag16*>(raw);
-    EXPECT_TRUE(copy);
-    EXPECT_EQ(reinterpret_cast<const std::uint8_t*>(&copy)[0], 7);
-}
 
 TEST(TextNumbers, AreReadByTheirStart) {
     const std::tuple<const char*, double, bool> rows[] = {
