@@ -12,11 +12,11 @@
 #include <cstring>
 #include <vector>
 
+#include "commands/panel_events.h"
 #include "desktop/main_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
 #include "desktop/theme.h"
-#include "panel/panel_events.h"
 
 // The panel's reports lead nowhere here.
 namespace marlune {

@@ -6,10 +6,10 @@
 #include <smf.h>
 #endif
 
-#include "core/song_track.h"
-#include "export/export_driver.h"
-#include "export/export_sequencer.h"
-#include "midi/global_config.h"
+#include "files/export_driver.h"
+#include "files/export_sequencer.h"
+#include "project/global_config.h"
+#include "project/song_track.h"
 #include "support/test_program.h"
 
 namespace {

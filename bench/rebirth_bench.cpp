@@ -1,9 +1,9 @@
 // How long a ReBirth song of full length takes to come in, and to go through to a MIDI file.
 #include <benchmark/benchmark.h>
 
-#include "core/startup.h"
+#include "boundary/engine_component.h"
 #include "engine/virtual_engine.h"
-#include "playback/engine_component.h"
+#include "program/startup.h"
 #include "rebirth/rbs_generator.h"
 #include "rebirth/rebirth_convert.h"
 #include "rebirth/rebirth_import.h"

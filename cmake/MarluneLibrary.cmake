@@ -13,11 +13,18 @@ if(MARLUNE_SANITIZE)
     target_link_options(marlune_options INTERFACE -fsanitize=${MARLUNE_SANITIZE})
 endif()
 
-# marlune_library(NAME SOURCES file... [LINKS library...])
-# LINKS is the list of what the library may know: tools/check_layers.py holds every #include to it.
+# marlune_library(NAME SOURCES file... [LINKS library...]): the library of a folder under src/, named after it.
+# LINKS is the list of what the folder may know: tools/check_layers.py holds every #include to it.
 function(marlune_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} PUBLIC marlune_options ${ARG_LINKS})
+endfunction()
+
+# marlune_program(NAME SOURCES main.cpp LINKS library...): a composition root.
+function(marlune_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE marlune_options ${ARG_LINKS})
 endfunction()

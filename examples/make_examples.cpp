@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "core/project_file.h"
-#include "core/song_track.h"
-#include "core/startup.h"
-#include "midi/config_file.h"
-#include "midi/global_config.h"
+#include "files/project_file.h"
+#include "program/startup.h"
+#include "project/global_config.h"
+#include "project/song_track.h"
+#include "setup/config_file.h"
 
 namespace marlune {
 

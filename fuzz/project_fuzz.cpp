@@ -2,11 +2,11 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "core/project_file.h"
-#include "core/run_state.h"
+#include "files/project_file.h"
 #include "panel/mode_switch.h"
-#include "playback/transport.h"
+#include "project/run_state.h"
 #include "support/test_program.h"
+#include "transport/transport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace marlune;

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/record_limits.h"
-#include "core/song_track.h"
-#include "core/startup.h"
+#include "program/startup.h"
+#include "project/record_limits.h"
+#include "project/song_track.h"
 #include "rebirth/rebirth_convert.h"
 #include "rebirth/rebirth_import.h"
 

@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "commands/panel_events.h"
 #include "edit/song_tools.h"
-#include "midi/config_file.h"
 #include "midi/midi_input.h"
 #include "panel/key_slider.h"
 #include "panel/mode_switch.h"
-#include "panel/panel_events.h"
-#include "playback/transport.h"
+#include "setup/config_file.h"
 #include "support/test_program.h"
+#include "transport/transport.h"
 
 namespace marlune {
 namespace {

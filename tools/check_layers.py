@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Holds every #include to the plan of the house.
 
-- A library may include only what its LINKS name, directly or through them (marlune_library in CMakeLists.txt).
-- No two files include each other, over however many files.
-- Qt stays in src/desktop/; no `extern` in a .cpp under src/.
+- One folder under src/, one library: marlune_<folder>. Every file of the folder, headers without a .cpp too, belongs to it.
+- A file may include only its own folder and what its library's LINKS name themselves, not through others; a program
+  (marlune_program) likewise. LINKS name nothing that isn't included.
+- No two folders and no two files include each other, over however many.
+- Only the rooms that paint know Qt; no `extern` in a .cpp under src/.
 """
 import re
 import sys
@@ -11,29 +13,38 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 SRC = ROOT / "src"
+PAINTERS = {"picture", "windows", "desktop"}
 
 
-def libraries():
-    """Library name -> (its files, the libraries it links)."""
-    found = {}
-    for cmake in SRC.rglob("CMakeLists.txt"):
+def words_after(words, key):
+    """The words behind a keyword of a CMake call, up to the next keyword."""
+    if key not in words:
+        return []
+    rest = words[words.index(key) + 1 :]
+    stops = [i for i, word in enumerate(rest) if word in ("SOURCES", "LINKS")]
+    return rest[: stops[0]] if stops else rest
+
+
+def units():
+    """(name, files, linked folders) of each library and each program."""
+    for cmake in sorted(SRC.glob("*/CMakeLists.txt")):
+        folder = cmake.parent
         text = re.sub(r"#.*", "", cmake.read_text())
+        programs = {}
+        for body in re.findall(r"marlune_program\(([^)]*)\)", text):
+            words = body.split()
+            programs[words[0]] = ({folder / s for s in words_after(words, "SOURCES")}, words_after(words, "LINKS"))
+        taken = set().union(*(files for files, _ in programs.values())) if programs else set()
         for body in re.findall(r"marlune_library\(([^)]*)\)", text):
             words = body.split()
-            sources = words[words.index("SOURCES") + 1 : words.index("LINKS") if "LINKS" in words else None]
-            links = words[words.index("LINKS") + 1 :] if "LINKS" in words else []
-            stems = {(cmake.parent / s).with_suffix("") for s in sources}
-            found[words[0]] = (stems, links)
-    return found
-
-
-def reach(libs, name, seen):
-    if name in seen or name not in libs:
-        return seen
-    seen.add(name)
-    for link in libs[name][1]:
-        reach(libs, link, seen)
-    return seen
+            files = {f for f in folder.iterdir() if f.suffix in (".h", ".cpp")} - taken
+            yield words[0], folder, files, words_after(words, "LINKS")
+            built = {folder / s for s in words_after(words, "SOURCES") if "$" not in s}
+            for file in files:
+                if file.suffix == ".cpp" and file not in built:
+                    yield f"{file.relative_to(ROOT)} is in no library", folder, set(), []
+        for name, (files, links) in programs.items():
+            yield name, folder, files, links
 
 
 def includes(path):
@@ -43,44 +54,51 @@ def includes(path):
             yield file
 
 
-def check_libraries(libs, errors):
-    owner = {stem: name for name, (stems, _) in libs.items() for stem in stems}
-    for name, (stems, _) in libs.items():
-        allowed = reach(libs, name, set())
-        for stem in stems:
-            for file in (stem.with_suffix(".h"), stem.with_suffix(".cpp")):
-                if not file.exists():
-                    continue
-                for target in includes(file):
-                    other = owner.get(target.with_suffix(""))
-                    if other and other not in allowed:
-                        errors.append(f"{file.relative_to(ROOT)} includes {target.relative_to(SRC)} of {other}, "
-                                      f"which {name} does not link")
+def check_units(errors):
+    arrows = {}
+    for name, folder, files, links in units():
+        if not files:
+            errors.append(name)
+            continue
+        is_library = name == "marlune_" + folder.name
+        if not is_library and files and name.startswith("marlune_"):
+            errors.append(f"src/{folder.name}: its library is called {name}")
+        linked = {link.removeprefix("marlune_") for link in links if link.startswith("marlune_")}
+        used = {folder.name}
+        for file in sorted(files):
+            for target in includes(file):
+                other = target.parent.name
+                used.add(other)
+                if other not in linked and (other != folder.name):
+                    errors.append(f"{file.relative_to(ROOT)} includes {target.relative_to(SRC)}, "
+                                  f"which {name} does not link")
+        errors += [f"{name} links {extra} and includes nothing of it" for extra in sorted(linked - used)]
+        if is_library:
+            arrows[folder.name] = linked
+    check_circles(arrows, "folders in a circle: ", errors)
 
 
-def check_circles(errors):
-    graph = {f: list(includes(f)) for f in SRC.rglob("*.h")}
+def check_circles(graph, words, errors):
     state = {}
 
-    def visit(file, trail):
-        state[file] = 1
-        for target in graph.get(file, []):
+    def visit(place, trail):
+        state[place] = 1
+        for target in sorted(graph.get(place, [])):
             if state.get(target) == 1:
-                circle = trail[trail.index(target):] if target in trail else [target]
-                errors.append("include circle: " + " -> ".join(str(f.relative_to(SRC)) for f in circle + [target]))
+                errors.append(words + " -> ".join(map(str, trail[trail.index(target):] + [target])))
             elif target not in state:
                 visit(target, trail + [target])
-        state[file] = 2
+        state[place] = 2
 
-    for file in graph:
-        if file not in state:
-            visit(file, [file])
+    for place in sorted(graph):
+        if place not in state:
+            visit(place, [place])
 
 
 def check_words(errors):
-    for file in list(SRC.rglob("*.h")) + list(SRC.rglob("*.cpp")):
+    for file in sorted(SRC.rglob("*.h")) + sorted(SRC.rglob("*.cpp")):
         text = file.read_text()
-        if "desktop" not in file.relative_to(SRC).parts and re.search(r"#include [<\"]Q", text):
+        if file.parent.name not in PAINTERS and re.search(r"#include [<\"]Q", text):
             errors.append(f"{file.relative_to(ROOT)} knows Qt")
         if file.suffix == ".cpp" and re.search(r"^\s*extern\b(?! \"C\")", text, re.M):
             errors.append(f"{file.relative_to(ROOT)} has an extern of its own")
@@ -88,8 +106,8 @@ def check_words(errors):
 
 def main():
     errors = []
-    check_libraries(libraries(), errors)
-    check_circles(errors)
+    check_units(errors)
+    check_circles({f: list(includes(f)) for f in SRC.rglob("*.h")}, "include circle: ", errors)
     check_words(errors)
     print("\n".join(errors))
     return 1 if errors else 0

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Turns src/desktop/panel.json into src/desktop/layout_table.cpp.
+"""Turns src/picture/panel.json into src/picture/layout_table.cpp.
 
 usage: tools/make_layout.py      (from anywhere; rewrites the checked-in table)
 """
 import json
 import pathlib
 
-HERE = pathlib.Path(__file__).resolve().parent.parent / "src" / "desktop"
+HERE = pathlib.Path(__file__).resolve().parent.parent / "src" / "picture"
 MODULES = {"103A": 0, "103B": 1, "109": 2, "strip": 3}
 
 
@@ -28,7 +28,7 @@ def main():
     panel = json.loads((HERE / "panel.json").read_text())
     regions = panel["regions"]
     lines = ["// Made by tools/make_layout.py from panel.json: change that file, then run the script.", "",
-             '#include "desktop/layout.h"', "", "namespace marlune {", "", "namespace {", "",
+             '#include "picture/layout.h"', "", "namespace marlune {", "", "namespace {", "",
              "// clang-format off",
              "constexpr PlacedControl kControlTable[] = {"]
     lines += [control_row(c) for c in panel["controls"]]

@@ -2,7 +2,7 @@
 // unless a verb has given its answers beforehand.
 #pragma once
 
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
 
 namespace marlune {
 

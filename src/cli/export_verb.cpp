@@ -2,9 +2,9 @@
 #include "cli/arguments.h"
 #include "cli/session.h"
 #include "cli/verbs.h"
-#include "core/project_file.h"
-#include "core/song_track.h"
-#include "export/export_driver.h"
+#include "files/export_driver.h"
+#include "files/project_file.h"
+#include "project/song_track.h"
 
 namespace marlune {
 

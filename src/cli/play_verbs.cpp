@@ -6,12 +6,12 @@
 #include "cli/arguments.h"
 #include "cli/session.h"
 #include "cli/verbs.h"
-#include "core/project_file.h"
-#include "core/song_track.h"
+#include "files/project_file.h"
 #include "panel/mode_switch.h"
 #include "platform/synth_renderer.h"
-#include "playback/song_moves.h"
-#include "util/files.h"
+#include "project/song_track.h"
+#include "transport/song_moves.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 

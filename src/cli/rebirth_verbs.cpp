@@ -5,7 +5,7 @@
 #include "cli/arguments.h"
 #include "cli/session.h"
 #include "cli/verbs.h"
-#include "core/project_file.h"
+#include "files/project_file.h"
 #include "rebirth/rebirth_convert.h"
 #include "rebirth/rebirth_import.h"
 

@@ -9,14 +9,14 @@
 #include <cstdio>
 #include <thread>
 
-#include "core/startup.h"
-#include "midi/config_file.h"
-#include "midi/global_config.h"
-#include "midi/midi_devices.h"
+#include "commands/panel_events.h"
 #include "midi/midi_input.h"
-#include "panel/panel_events.h"
 #include "platform/signals.h"
-#include "playback/transport.h"
+#include "program/startup.h"
+#include "project/global_config.h"
+#include "setup/config_file.h"
+#include "setup/midi_devices.h"
+#include "transport/transport.h"
 
 namespace marlune {
 

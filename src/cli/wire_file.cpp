@@ -1,6 +1,6 @@
 #include "cli/wire_file.h"
 
-#include "midi/hex_text.h"
+#include "boundary/hex_text.h"
 
 namespace marlune {
 

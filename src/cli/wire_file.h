@@ -5,7 +5,7 @@
 #include <atomic>
 #include <string>
 
-#include "engine/wire_log.h"
+#include "boundary/wire_log.h"
 #include "util/spsc_ring.h"
 
 namespace marlune {

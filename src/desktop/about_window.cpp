@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <QScreen>
 
-#include "desktop/arts.h"
+#include "picture/arts.h"
 
 #ifndef MARLUNE_VERSION
 #define MARLUNE_VERSION "1.0"

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <memory>
 
+#include "commands/panel_events.h"
 #include "desktop/control_words.h"
 #include "desktop/panel_widget.h"
-#include "panel/panel_events.h"
 
 namespace marlune {
 

@@ -4,7 +4,7 @@
 #include <QString>
 #include <optional>
 
-#include "desktop/panel_state.h"
+#include "picture/panel_state.h"
 
 namespace marlune {
 

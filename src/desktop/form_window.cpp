@@ -16,8 +16,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "boundary/app_shell.h"
 #include "desktop/key_codes.h"
-#include "panel/app_shell.h"
 
 namespace marlune {
 

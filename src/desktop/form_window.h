@@ -9,7 +9,7 @@
 #include <functional>
 #include <vector>
 
-#include "panel/form.h"
+#include "boundary/form.h"
 
 class QGridLayout;
 class QGroupBox;

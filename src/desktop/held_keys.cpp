@@ -2,8 +2,8 @@
 
 #include <QTimer>
 
+#include "commands/panel_events.h"
 #include "desktop/key_codes.h"
-#include "panel/panel_events.h"
 
 namespace marlune {
 

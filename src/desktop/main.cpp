@@ -7,8 +7,9 @@
 #include <QFileInfo>
 #include <QTimer>
 
-#include "core/run_state.h"
-#include "core/startup.h"
+#include "boundary/engine_component.h"
+#include "boundary/menus.h"
+#include "commands/panel_events.h"
 #include "desktop/accessible.h"
 #include "desktop/fd_pump.h"
 #include "desktop/main_window.h"
@@ -16,16 +17,15 @@
 #include "desktop/qt_shell.h"
 #include "desktop/theme.h"
 #include "engine/engine_runner.h"
-#include "midi/config_file.h"
-#include "midi/midi_devices.h"
 #include "midi/midi_input.h"
-#include "panel/menus.h"
-#include "panel/panel_events.h"
 #include "platform/config_folder.h"
 #include "platform/instance_lock.h"
 #include "platform/platform.h"
 #include "platform/signals.h"
-#include "playback/engine_component.h"
+#include "program/startup.h"
+#include "project/run_state.h"
+#include "setup/config_file.h"
+#include "setup/midi_devices.h"
 
 namespace marlune {
 

@@ -9,8 +9,8 @@
 #include <QStatusBar>
 #include <algorithm>
 
+#include "commands/panel_events.h"
 #include "desktop/panel_widget.h"
-#include "panel/panel_events.h"
 
 namespace marlune {
 

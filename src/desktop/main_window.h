@@ -5,7 +5,7 @@
 #include <array>
 #include <functional>
 
-#include "panel/menus.h"
+#include "boundary/menus.h"
 
 class QAction;
 class QLabel;

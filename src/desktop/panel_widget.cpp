@@ -7,8 +7,8 @@
 #include <array>
 #include <cmath>
 
+#include "commands/panel_events.h"
 #include "desktop/control_words.h"
-#include "panel/panel_events.h"
 
 namespace marlune {
 

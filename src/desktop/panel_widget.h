@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "desktop/held_keys.h"
-#include "desktop/panel_state.h"
 #include "desktop/sprite_cache.h"
 #include "panel/scaling.h"
+#include "picture/panel_state.h"
 
 namespace marlune {
 

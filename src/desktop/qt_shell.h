@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
 
 namespace marlune {
 

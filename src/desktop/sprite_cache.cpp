@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "desktop/palette.h"
+#include "picture/palette.h"
 
 namespace marlune {
 

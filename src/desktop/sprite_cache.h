@@ -4,7 +4,7 @@
 #include <QCache>
 #include <QPixmap>
 
-#include "desktop/scene.h"
+#include "picture/scene.h"
 
 namespace marlune {
 

@@ -9,8 +9,8 @@
 #include <QProxyStyle>
 #include <QStyleOption>
 
-#include "desktop/arts.h"
-#include "desktop/palette.h"
+#include "picture/arts.h"
+#include "picture/palette.h"
 
 namespace marlune {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "core/project_record.h"
+#include "project/project_record.h"
 #include "util/tempo_calc.h"
 #include "util/text_number.h"
 

@@ -2,7 +2,7 @@
 // They change nothing in the project. User-interface thread.
 #pragma once
 
-#include "panel/form.h"
+#include "boundary/form.h"
 
 namespace marlune {
 

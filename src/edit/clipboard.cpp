@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "core/clipboard_state.h"
+#include "boundary/app_shell.h"
 #include "edit/song_tools.h"
-#include "panel/app_shell.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
-#include "playback/pattern_push.h"
-#include "playback/song_moves.h"
-#include "playback/tick.h"
+#include "project/clipboard_state.h"
+#include "project/pattern_push.h"
+#include "transport/song_moves.h"
+#include "transport/tick.h"
 
 namespace marlune {
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/song_track.h"
+#include "boundary/engine_component.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
-#include "playback/engine_component.h"
-#include "playback/pattern_push.h"
-#include "playback/song_moves.h"
+#include "project/pattern_push.h"
+#include "project/song_track.h"
+#include "transport/song_moves.h"
 
 namespace marlune {
 

@@ -5,11 +5,11 @@
 #include <memory>
 #include <random>
 
-#include "core/song_track.h"
+#include "boundary/engine_component.h"
 #include "panel/form_parts.h"
 #include "panel/refresh.h"
-#include "playback/engine_component.h"
-#include "playback/song_moves.h"
+#include "project/song_track.h"
+#include "transport/song_moves.h"
 #include "util/text_number.h"
 
 namespace marlune {

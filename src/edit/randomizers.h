@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "panel/form.h"
+#include "boundary/form.h"
 
 namespace marlune {
 

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "core/clipboard_state.h"
+#include "boundary/app_shell.h"
 #include "edit/clipboard.h"
-#include "midi/global_config.h"
-#include "panel/app_shell.h"
 #include "panel/form_parts.h"
 #include "panel/refresh.h"
-#include "playback/pattern_push.h"
-#include "playback/song_moves.h"
+#include "project/clipboard_state.h"
+#include "project/global_config.h"
+#include "project/pattern_push.h"
+#include "transport/song_moves.h"
 #include "util/text_number.h"
 
 namespace marlune {

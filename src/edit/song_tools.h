@@ -2,7 +2,7 @@
 // User-interface thread.
 #pragma once
 
-#include "panel/form.h"
+#include "boundary/form.h"
 
 namespace marlune {
 

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "core/run_state.h"
+#include "boundary/engine_component.h"
 #include "panel/refresh.h"
 #include "panel/selection.h"
 #include "panel/step_editing.h"
-#include "playback/engine_component.h"
-#include "playback/pattern_push.h"
+#include "project/pattern_push.h"
+#include "project/run_state.h"
 
 namespace marlune {
 

@@ -1,7 +1,7 @@
 // Commands that change the whole current pattern of a module by one step. User-interface thread.
 #pragma once
 
-#include "core/project_record.h"
+#include "project/project_record.h"
 
 namespace marlune {
 

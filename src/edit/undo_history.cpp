@@ -2,9 +2,9 @@
 
 #include <deque>
 
-#include "core/run_state.h"
+#include "boundary/menus.h"
 #include "edit/musical_state.h"
-#include "panel/menus.h"
+#include "project/run_state.h"
 
 namespace marlune {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/midi_bytes.h"
+#include "boundary/midi_bytes.h"
 
 namespace marlune {
 

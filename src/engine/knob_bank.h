@@ -5,8 +5,8 @@
 #include <array>
 #include <bitset>
 
-#include "core/project_record.h"
 #include "engine/sinks.h"
+#include "project/project_record.h"
 
 namespace marlune {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/step_rules.h"
+#include "project/step_rules.h"
 
 namespace marlune {
 

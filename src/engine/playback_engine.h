@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "core/project_record.h"
-#include "playback/engine_component.h"
+#include "boundary/engine_component.h"
+#include "project/project_record.h"
 
 namespace marlune {
 

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "engine/midi_bytes.h"
+#include "boundary/midi_bytes.h"
+#include "engine/tracked_sink.h"
 
 namespace marlune {
 

@@ -11,10 +11,10 @@
 //   6. the steps move on; modules that wrap take their cue over (message 1310 + module).
 #pragma once
 
+#include "boundary/sounding_notes.h"
 #include "engine/knob_bank.h"
 #include "engine/module_places.h"
 #include "engine/pattern_store.h"
-#include "engine/sounding_notes.h"
 #include "engine/sync_stream.h"
 #include "engine/voices.h"
 
@@ -35,7 +35,9 @@ class Sequencer {
     void period(Sinks sinks) noexcept;
 
     // Releases everything that sounds, one by one.
-    void releaseAll(Sinks sinks) noexcept { sounding_.releaseAll(sinks.midi); }
+    void releaseAll(Sinks sinks) noexcept {
+        sounding_.releaseAll([&](const MidiMessage& message) { sinks.midi.midi(Role::seq, message); });
+    }
 
     const SyncStream& sync() const noexcept { return sync_; }
     const PatternStore& patterns() const noexcept { return patterns_; }

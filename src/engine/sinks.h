@@ -1,8 +1,8 @@
 // The two ways out of the sequencer. Both are called inside apply(), stop() and period() only.
 #pragma once
 
-#include "engine/wire_log.h"
-#include "playback/engine_component.h"
+#include "boundary/engine_component.h"
+#include "boundary/wire_log.h"
 
 namespace marlune {
 

@@ -1,7 +1,7 @@
 #include "engine/voices.h"
 
-#include "core/step_rules.h"
-#include "engine/midi_bytes.h"
+#include "boundary/midi_bytes.h"
+#include "project/step_rules.h"
 
 namespace marlune {
 

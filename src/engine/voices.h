@@ -4,9 +4,9 @@
 #include <array>
 #include <optional>
 
-#include "core/project_record.h"
 #include "engine/knob_bank.h"
 #include "engine/sinks.h"
+#include "project/project_record.h"
 
 namespace marlune {
 

@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
+#include "boundary/midi_bytes.h"
 
 namespace marlune {
 
@@ -14,7 +15,7 @@ MidiInput MIDIIn1;
 namespace {
 
 bool isNoteOn(const MidiMessage& message) {
-    return (message.bytes[0] & 0xF0) == 0x90;
+    return statusKind(message.bytes[0]) == kNoteOn;
 }
 
 } // namespace
@@ -108,7 +109,7 @@ void MidiInput::received(const MidiMessage& message) noexcept {
     const int status = message.bytes[0];
     if (message.size != midiMessageLength(status) || message.size == 0) return;
     if (((message.bytes[1] | message.bytes[2]) & 0x80) != 0) return; // data bytes index tables of 128
-    if ((status & 0xF0) == 0xB0) learnt_ = message.bytes[1];
+    if (statusKind(status) == kControlChange) learnt_ = message.bytes[1];
     if (!started_ || blocked_[status]) return;
     push(message);
     if (events_ && wake_ >= 0) {

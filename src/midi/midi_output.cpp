@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "midi/global_config.h"
-#include "playback/engine_component.h"
+#include "boundary/engine_component.h"
+#include "boundary/midi_bytes.h"
+#include "project/global_config.h"
 
 namespace marlune {
 
@@ -16,12 +17,12 @@ int dataByte(int value) {
 } // namespace
 
 void midiNoteOn(int channel, int note, int velocity) {
-    SendShortMessage32(0x90 + (channel & 0x0F), dataByte(note), dataByte(velocity));
+    SendShortMessage32(kNoteOn + (channel & 0x0F), dataByte(note), dataByte(velocity));
 }
 
 void midiProgramChange(int channel, int patch) {
     if (patch < 0) return;
-    SendShortMessage32(0xC0 + (channel & 0x0F), dataByte(patch), 0);
+    SendShortMessage32(kProgramChange + (channel & 0x0F), dataByte(patch), 0);
 }
 
 void pushOutputAssignment() {

@@ -2,14 +2,15 @@
 
 #include <string>
 
-#include "core/song_track.h"
-#include "midi/global_config.h"
+#include "boundary/app_shell.h"
+#include "boundary/midi_bytes.h"
 #include "midi/midi_input.h"
-#include "panel/app_shell.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "panel/selection.h"
 #include "panel/step_editing.h"
+#include "project/global_config.h"
+#include "project/song_track.h"
 
 namespace marlune {
 
@@ -53,10 +54,10 @@ void drumNote(int note) {
 }
 
 bool isController(int status) {
-    return status == 0xB0 + controlChannelNumber();
+    return status == kControlChange + controlChannelNumber();
 }
 bool isNote(int status) {
-    return status >= 0x90 && status <= 0x9F;
+    return statusKind(status) == kNoteOn;
 }
 
 // Song playback and a stopped song that isn't recorded take nothing from the controllers.
@@ -91,8 +92,8 @@ void MIDIIn1_Message() {
         if (isController(status) && knobOfController(data1) >= 0) {
             moveKnob(knobOfController(data1), data2);
         } else if (isNote(status)) {
-            handleRemoteNote(status - 0x90, data1, data2);
-            remoteNoteSnapShot(data1, status - 0x90);
+            handleRemoteNote(channelOfStatus(status), data1, data2);
+            remoteNoteSnapShot(data1, channelOfStatus(status));
         }
     });
     for (int knob = 0; knob < kKnobs; ++knob) {
@@ -104,7 +105,7 @@ void MIDIIn1_Message() {
 
 void ClockedMIDIMessage() {
     readQueueEmpty([](int status, int data1, int data2) {
-        const int channel = status - 0x90;
+        const int channel = channelOfStatus(status);
         const bool ofModule = channel == channelOf(0) || channel == channelOf(1) || channel == channelOf(2);
         if (isNote(status) && ofModule) {
             if (!takesInput()) return;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/song_track.h"
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
+#include "project/song_track.h"
 #include "util/text_number.h"
 
 namespace marlune {

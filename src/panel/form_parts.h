@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "panel/form.h"
+#include "boundary/form.h"
 
 namespace marlune {
 

@@ -2,13 +2,13 @@
 
 #include <cstring>
 
-#include "core/clipboard_state.h"
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
+#include "boundary/engine_component.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
-#include "playback/engine_component.h"
-#include "playback/pattern_push.h"
+#include "project/clipboard_state.h"
+#include "project/pattern_push.h"
 
 namespace marlune {
 

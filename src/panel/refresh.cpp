@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include "core/run_state.h"
-#include "panel/app_shell.h"
 #include "panel/knobs.h"
 #include "panel/shown_state.h"
+#include "project/run_state.h"
 
 namespace marlune {
 
@@ -13,7 +12,6 @@ namespace {
 
 constexpr int kNoKeyFrame = 13;
 constexpr int kHighlightFrames = 16; // LEDBar: the second half of the strip has the highlight
-constexpr int kDelayMs = 200;
 constexpr int kSongLockedKnobs = 19; // 0..18
 
 int digitFrame(int bank, int pattern) {
@@ -127,13 +125,6 @@ void enableSongKnobs(bool enabled) {
     for (int knob = 0; knob < kSongLockedKnobs; ++knob) showEnabled(Control::knobSprite, knob, enabled);
 }
 
-void endRecording() {
-    recordOn = false;
-    if (!songMode) return;
-    enableSongKnobs(false);
-    refreshRec();
-}
-
 void loadKnobs() {
     for (int knob = 0; knob < kFirstDrumKnob; ++knob) showFrame(Control::knobSprite, knob, 0);
     for (int knob = kFirstDrumKnob; knob < kKnobs; ++knob)
@@ -141,17 +132,6 @@ void loadKnobs() {
     // In this order every one of the three pictures comes into a defined state.
     showFrame(Control::SelEditPicture, 0, 0);
     for (int module = 0; module < kModules; ++module) setEditSel(module);
-}
-
-void runEventsUntil(const CStopWatch& watch, int ms, const bool* held) {
-    while (!programClosing && watch.Elapsed() < ms && (held == nullptr || *held)) {
-        shell().waitForEvents(ms - watch.Elapsed());
-    }
-}
-
-void delay() {
-    const CStopWatch watch;
-    runEventsUntil(watch, kDelayMs);
 }
 
 } // namespace marlune

@@ -4,8 +4,6 @@
 // midiKnobUpdate.
 #pragma once
 
-#include "util/stop_watch.h"
-
 namespace marlune {
 
 void refreshAll();                    // both basslines, the drum row under edit, all knobs
@@ -34,18 +32,7 @@ void refreshRec();
 // Locks or frees the knobs that song mode takes from the hand: 0..18. Knob 19 stays free.
 void enableSongKnobs(bool enabled);
 
-// Recording is over, whatever ended it: the lamp goes out and song mode takes its knobs back. The tracks
-// stay.
-void endRecording();
-
 // First look of a freshly built panel.
 void loadKnobs();
-
-// Keeps a pressed sprite visible: 200 ms in which events run. Ends at once when the program closes.
-void delay();
-
-// Runs events until the watch has reached ms or `held`, where given, is false; sleeps in between. Ends at
-// once when the program closes.
-void runEventsUntil(const CStopWatch& watch, int ms, const bool* held = nullptr);
 
 } // namespace marlune

@@ -5,7 +5,7 @@
 // User-interface thread only.
 #pragma once
 
-#include "panel/panel_view.h"
+#include "boundary/panel_view.h"
 
 namespace marlune {
 

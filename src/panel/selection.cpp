@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "core/song_track.h"
+#include "boundary/engine_component.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
-#include "playback/engine_component.h"
+#include "project/song_track.h"
 #include "util/text_number.h"
 
 namespace marlune {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "panel/panel_view.h"
+#include "boundary/panel_view.h"
 
 namespace marlune {
 

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "core/run_state.h"
+#include "boundary/engine_component.h"
 #include "panel/key_slider.h"
 #include "panel/refresh.h"
 #include "panel/selection.h"
 #include "panel/shown_state.h"
-#include "playback/engine_component.h"
+#include "project/run_state.h"
 #include "util/text_number.h"
 
 namespace marlune {

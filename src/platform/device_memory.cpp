@@ -4,7 +4,7 @@
 
 #include "platform/device_list.h"
 #include "platform/port_names.h"
-#include "util/files.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 

@@ -1,11 +1,11 @@
 // An output device as the engine holds it: it stays while what it stands for comes and goes.
 #pragma once
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
 
+#include "boundary/sounding_notes.h"
 #include "platform/port_system.h"
 
 namespace marlune {
@@ -28,13 +28,10 @@ class DevicePort : public OutputPort {
     bool alive() const { return owned_ && owned_->alive(); }
 
   private:
-    void note(const MidiMessage& message) noexcept;
-
     std::unique_ptr<OutputLink> owned_;
     std::atomic<OutputLink*> link_{nullptr};
     std::atomic<bool> sending_{false};
-    std::array<std::array<std::uint64_t, 2>, 16>
-        sounding_{}; // a bit a note; who sends or is alone may touch it
+    SoundingNotes sounding_; // who sends or is alone may touch it
 };
 
 } // namespace marlune

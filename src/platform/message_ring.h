@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "midi/midi_ports.h"
+#include "boundary/midi_ports.h"
 #include "util/spsc_ring.h"
 
 namespace marlune {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "midi/midi_ports.h"
+#include "boundary/midi_ports.h"
 
 namespace marlune {
 

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdint>
 
-#include "midi/midi_ports.h"
+#include "boundary/midi_ports.h"
 
 namespace marlune {
 

@@ -1,5 +1,7 @@
 #include "platform/synth_core.h"
 
+#include "boundary/midi_bytes.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -146,23 +148,23 @@ void SynthCore::shapeBass(int channel, int key) noexcept {
 }
 
 void SynthCore::play(const MidiMessage& message, int offset) noexcept {
-    if (!synth_ || message.size == 0 || message.bytes[0] >= 0xF0) return;
+    if (!synth_ || message.size == 0 || message.bytes[0] >= kSystem) return;
     fluid_synth_t* synth = synth_.get();
     const int channel = message.bytes[0] & 0x0F;
     const int a = message.bytes[1] & 0x7F, b = message.bytes[2] & 0x7F;
-    switch (message.bytes[0] & 0xF0) {
-        case 0x80: fluid_synth_noteoff(synth, channel, a); break;
-        case 0x90:
+    switch (statusKind(message.bytes[0])) {
+        case kNoteOff: fluid_synth_noteoff(synth, channel, a); break;
+        case kNoteOn:
             if (b > 0) shifts_[channel].noteAt(offset);
             fluid_synth_noteon(synth, channel, a, b); // velocity 0 releases
             if (b > 0 && channel < kBassChannels) shapeBass(channel, a);
             break;
         case 0xA0: fluid_synth_key_pressure(synth, channel, a, b); break;
-        case 0xB0:
+        case kControlChange:
             fluid_synth_cc(synth, channel, a, b);
             if (a == kResetControllers) setControllers(channel);
             break;
-        case 0xC0: fluid_synth_program_change(synth, channel, a); break;
+        case kProgramChange: fluid_synth_program_change(synth, channel, a); break;
         case 0xD0: fluid_synth_channel_pressure(synth, channel, a); break;
         case 0xE0: fluid_synth_pitch_bend(synth, channel, a | b << 7); break;
         default: break;

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "midi/midi_ports.h"
+#include "boundary/midi_ports.h"
 #include "platform/sample_shift.h"
 
 namespace marlune {

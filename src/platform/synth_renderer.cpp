@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "platform/frame_time.h"
-#include "util/files.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 

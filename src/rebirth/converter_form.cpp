@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "core/project_file.h"
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
+#include "files/project_file.h"
 #include "rebirth/error_form.h"
-#include "util/files.h"
 #include "util/text_number.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 

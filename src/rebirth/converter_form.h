@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "panel/form.h"
+#include "boundary/form.h"
 #include "rebirth/rebirth_convert.h"
 
 namespace marlune {

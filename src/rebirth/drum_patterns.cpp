@@ -1,5 +1,6 @@
 #include "rebirth/drum_patterns.h"
 
+#include "boundary/midi_bytes.h"
 #include "util/text_number.h"
 
 namespace marlune {
@@ -100,7 +101,7 @@ bool Drum_Patterns::MIDI_808_Get_Step(int position, int voice) {
     const int step = x / 2;
     const Voice& row = kVoices[voice];
     if (!voiceGrid[step][voice] || (row.pair >= 0 && voiceSwitch[row.pair] != row.when)) return false;
-    eventStatus = (x % 2 == 0 ? 0x90 : 0x80) + channel - 1;
+    eventStatus = (x % 2 == 0 ? kNoteOn : kNoteOff) + channel - 1;
     eventNote = row.note;
     eventVelocity = velocityOf(voice, step);
     return true;

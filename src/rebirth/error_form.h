@@ -1,7 +1,7 @@
 // Tells that a ReBirth file was refused. User-interface thread.
 #pragma once
 
-#include "panel/form.h"
+#include "boundary/form.h"
 
 namespace marlune {
 

@@ -1,6 +1,6 @@
 #include "rebirth/rbs_image.h"
 
-#include "util/files.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 

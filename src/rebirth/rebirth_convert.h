@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "export/midi_file_writer.h"
+#include "files/midi_file_writer.h"
 #include "rebirth/rebirth_units.h"
 
 namespace marlune {

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "core/project_file.h"
-#include "core/song_track.h"
-#include "panel/app_shell.h"
+#include "boundary/app_shell.h"
+#include "files/project_file.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
-#include "playback/pattern_push.h"
-#include "playback/transport.h"
+#include "project/pattern_push.h"
+#include "project/song_track.h"
 #include "rebirth/error_form.h"
-#include "util/files.h"
+#include "transport/transport.h"
 #include "util/text_number.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 

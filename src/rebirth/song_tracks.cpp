@@ -1,5 +1,7 @@
 #include "rebirth/song_tracks.h"
 
+#include "boundary/midi_bytes.h"
+
 #include <algorithm>
 
 namespace marlune {
@@ -8,7 +10,7 @@ namespace {
 
 constexpr int kFirstEventSize = 3;
 constexpr int kFirstParameter = 7;
-constexpr int kPitchBend = 16;
+constexpr int kRbsPitchBend = 16;
 constexpr int kNoMidiForm = 22;
 constexpr int kFirstKnob = 17; // to 21: cutoff, reso, envMod, decay, accent
 constexpr int kTopValue = 127; // of a knob; MIDI has no more
@@ -74,7 +76,7 @@ bool Song_Tracks::takeFirstEvent() {
     }
     eventTime = 0;
     eventData1 = kFirstParameter;
-    eventStatus = 0xB0 + channel - 1;
+    eventStatus = kControlChange + channel - 1;
     eventData2 = std::min<int>(at(2), kTopValue);
     readPos = kFirstEventSize;
     return true;
@@ -101,13 +103,13 @@ void Song_Tracks::SONG_Extract_303_One_Knob() {
     }
     eventTime = delta * kFileTicksPerUnit;
     deltaCarry = 0;
-    if (parameter == kPitchBend) {
+    if (parameter == kRbsPitchBend) {
         eventStatus = 0xE0 + channel - 1;
         eventData1 = event->value;
         eventData2 = 0;
         return;
     }
-    eventStatus = 0xB0 + channel - 1;
+    eventStatus = kControlChange + channel - 1;
     eventData2 = event->value;
     const int controllers[] = {cutoffController, resoController, envModController, decayController,
                                accentController};

@@ -1,5 +1,7 @@
 #include "rebirth/three03_patterns.h"
 
+#include "boundary/midi_bytes.h"
+
 #include <algorithm>
 
 namespace marlune {
@@ -74,7 +76,7 @@ void Three03_Patterns::MIDI_Get_Step(int position, int delta) {
     constexpr int kWholeStep = 30;
     const int x = position % (2 * currentLength);
     const bool on = x % 2 == 0;
-    eventStatus = (on ? 0x90 : 0x80) + channel - 1;
+    eventStatus = (on ? kNoteOn : kNoteOff) + channel - 1;
     eventTime = on ? delta : kWholeStep;
     eventNote = stepNotes[x / 2];
     eventVelocity = stepVelocities[x / 2];

@@ -6,7 +6,7 @@
 #include <array>
 #include <cstdint>
 
-#include "core/project_record.h"
+#include "project/project_record.h"
 #include "rebirth/rbs_image.h"
 
 namespace marlune {

@@ -4,15 +4,15 @@
 
 #include <sstream>
 
+#include "boundary/hex_text.h"
 #include "cli/session.h"
-#include "core/project_file.h"
-#include "core/run_state.h"
-#include "core/song_track.h"
-#include "midi/hex_text.h"
+#include "files/project_file.h"
 #include "panel/mode_switch.h"
-#include "playback/song_moves.h"
-#include "playback/transport.h"
+#include "project/run_state.h"
+#include "project/song_track.h"
 #include "support/jack_peer.h"
+#include "transport/song_moves.h"
+#include "transport/transport.h"
 
 namespace marlune {
 namespace {

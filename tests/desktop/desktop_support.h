@@ -1,7 +1,7 @@
 // What the desktop's tests share: a moment of the instrument to be shown, and what the user did to it.
 #pragma once
 
-#include "desktop/panel_state.h"
+#include "picture/panel_state.h"
 
 namespace marlune {
 

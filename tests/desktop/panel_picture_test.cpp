@@ -14,7 +14,7 @@
 
 #include "desktop/desktop_support.h"
 #include "desktop/panel_widget.h"
-#include "desktop/scene.h"
+#include "picture/scene.h"
 
 namespace marlune {
 namespace {

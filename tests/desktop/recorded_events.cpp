@@ -1,8 +1,8 @@
 #include <cmath>
 #include <utility>
 
+#include "commands/panel_events.h"
 #include "desktop/desktop_support.h"
-#include "panel/panel_events.h"
 
 namespace marlune {
 

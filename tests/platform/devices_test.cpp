@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "engine/midi_bytes.h"
-#include "midi/hex_text.h"
+#include "boundary/hex_text.h"
+#include "boundary/midi_bytes.h"
 #include "platform/device_memory.h"
 #include "platform/play_clock.h"
 #include "platform/port_names.h"

@@ -5,7 +5,7 @@
 #include <complex>
 #include <numbers>
 
-#include "engine/midi_bytes.h"
+#include "boundary/midi_bytes.h"
 #include "platform/synth.h"
 #include "platform/synth_renderer.h"
 #include "support/test_program.h"

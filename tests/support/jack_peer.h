@@ -21,7 +21,7 @@
 #include <thread>
 #include <vector>
 
-#include "engine/midi_bytes.h"
+#include "boundary/midi_bytes.h"
 
 namespace marlune::test {
 

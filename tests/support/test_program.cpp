@@ -7,15 +7,15 @@
 #include <sstream>
 #include <utility>
 
-#include "core/project_record.h"
-#include "core/run_state.h"
-#include "core/song_track.h"
-#include "core/startup.h"
-#include "engine/midi_bytes.h"
-#include "midi/config_file.h"
-#include "midi/global_config.h"
-#include "midi/midi_devices.h"
-#include "playback/pattern_push.h"
+#include "boundary/midi_bytes.h"
+#include "program/startup.h"
+#include "project/global_config.h"
+#include "project/pattern_push.h"
+#include "project/project_record.h"
+#include "project/run_state.h"
+#include "project/song_track.h"
+#include "setup/config_file.h"
+#include "setup/midi_devices.h"
 
 namespace marlune::test {
 

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
+#include "boundary/app_shell.h"
+#include "boundary/hex_text.h"
+#include "boundary/panel_view.h"
+#include "commands/panel_events.h"
 #include "engine/virtual_engine.h"
-#include "midi/hex_text.h"
 #include "midi/midi_input.h"
-#include "panel/app_shell.h"
-#include "panel/panel_events.h"
-#include "panel/panel_view.h"
 
 namespace marlune::test {
 

@@ -6,9 +6,9 @@
 #include <filesystem>
 
 #include "support/test_program.h"
-#include "util/files.h"
 #include "util/stop_watch.h"
 #include "util/text_number.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 namespace {

@@ -1,0 +1,168 @@
+#include "files/export_sequencer.h"
+
+#include "boundary/midi_bytes.h"
+#include "project/global_config.h"
+#include "project/song_track.h"
+#include "project/step_rules.h"
+
+namespace marlune {
+
+namespace {
+
+struct ExportRun {
+    MidiFileWriter* writer = nullptr;
+    int track = 0;                                  // destination of the next event
+    std::array<int, kExportTracks> lastEventTick{}; // song tick of the last event of each track
+    std::array<bool, kBassModules> noteActive{};    // a note awaits its release
+};
+ExportRun run;
+
+constexpr int noteTrack(int module) {
+    return module == 0 ? kBassATrack : module == 1 ? kBassBTrack : kDrumTrack;
+}
+constexpr int controlTrack(int module) {
+    return noteTrack(module) + 1;
+}
+
+void chooseTrack(int track) {
+    run.track = track;
+    run.writer->chooseTrack(track);
+}
+
+void writeEvent(int status, int data1, int data2) {
+    int& last = run.lastEventTick[run.track];
+    run.writer->event((songTick - last) * kFileTicksPerStep, status, data1, data2);
+    last = songTick;
+}
+
+void SendNoteMIDExp(int channel, int note, int velocity) {
+    writeEvent(kNoteOn + channel, note, velocity);
+}
+
+void SendPatchChangeMIDExp(int channel, int patch) {
+    if (patch >= 0) writeEvent(kProgramChange + channel, patch, 0);
+}
+
+void releaseBassNotes() {
+    for (int m = 0; m < kBassModules; ++m) {
+        if (!run.noteActive[m]) continue;
+        chooseTrack(noteTrack(m));
+        SendNoteMIDExp(channelOf(m), project.bass[m].lastNote, 0);
+    }
+}
+
+void songKnobTickMIDExp(bool recording) {
+    if (recording) return;
+    for (int knob = 0; knob < kKnobs; ++knob) {
+        knobMoved[knob] = 0;
+        if (knobTrack[knob][songTick] == project.knobValue[knob]) continue;
+        project.knobValue[knob] = knobTrack[knob][songTick];
+        midiKnobUpdateMIDExp(knob);
+    }
+}
+
+// A module whose bar holds another pattern than it plays takes it and begins anew.
+void takeBars() {
+    if (!isBarLine(songTick)) return;
+    for (int m = 0; m < kModules; ++m) {
+        const int bank = barBank(m, songTick);
+        const int patt = barPatt(m, songTick);
+        if (barRecording[m] && recordOn && transportRunning) setNextBar(m, songTick, bank, patt);
+        const Selection at = selectionOf(project, m);
+        if (at.currBank == bank && at.currPatt == patt) continue;
+        at.currBank = at.nextBank = bank;
+        at.currPatt = at.nextPatt = patt;
+        stepWork[m] = 0;
+    }
+}
+
+void Play103NoteMIDExp(int module, int stepIndex) {
+    const BassStep& step = currentBass(module).steps[stepIndex];
+    const int accentKnob = project.knobValue[kBassKnobs * module + kBassKnobs - 1];
+    const int velocity = bassVelocity(step, velocityOf(module), accentKnob);
+    run.noteActive[module] = step.noteOn && velocity > 0;
+    if (run.noteActive[module]) SendNoteMIDExp(channelOf(module), project.bass[module].lastNote, velocity);
+}
+
+void Play109AllMIDExp(int step) {
+    const int channel = channelOf(kDrumModule);
+    DrumModule& drum = project.drum;
+    const DrumPattern& pattern = currentDrum();
+    for (int d = 0; step == 0 && d < kDrums; ++d) {
+        if (!config.drumSounding[d]) continue;
+        SendNoteMIDExp(channel, drum.lastDrumNote[d], 0);
+        config.drumSounding[d] = false;
+    }
+    for (int d = 0; d < kDrums; ++d) {
+        if (!isDrumHit(pattern, step, d)) continue;
+        SendNoteMIDExp(channel, drum.lastDrumNote[d], 0);
+        SendNoteMIDExp(channel, pattern.drumNote[d],
+                       drumVelocity(pattern, step, project.knobValue[kFirstDrumKnob + d],
+                                    project.knobValue[kAccentKnobOfDrums]));
+        drum.lastDrumNote[d] = int{pattern.drumNote[d]};
+        config.drumSounding[d] = true;
+    }
+}
+
+// A pattern that begins with another program sends it, and the panel's controllers for it.
+void changePatch(int module) {
+    BassModule& bass = project.bass[module];
+    const int patch = currentBass(module).patch;
+    if (stepWork[module] != 0 || patch == bass.lastPatch || patch == kNoPatch) return;
+    chooseTrack(noteTrack(module));
+    SendPatchChangeMIDExp(bass.storedChannel, patch);
+    bass.lastPatch = patch;
+    for (int k = 0; k < kBassKnobs; ++k) midiKnobUpdateMIDExp(kBassKnobs * module + k);
+}
+
+void advanceSteps() {
+    for (int m = 0; m < kModules; ++m) {
+        const StepAdvance advance = nextStep(stepWork[m], currentLoopEnd(m));
+        stepWork[m] = advance.step;
+        if (!advance.wrapped) continue;
+        const Selection at = selectionOf(project, m);
+        at.currBank = int{at.nextBank};
+        at.currPatt = int{at.nextPatt};
+    }
+}
+
+} // namespace
+
+void beginExportRun(MidiFileWriter& writer, int startTick) {
+    run = {};
+    run.writer = &writer;
+    run.lastEventTick.fill(startTick);
+    config.drumSounding = {};
+}
+
+void midiKnobUpdateMIDExp(int knob) {
+    const int controller = controllerOfKnob(knob);
+    if (controller <= 0 || !songMode) return;
+    const int module = moduleOfKnob(knob);
+    chooseTrack(controlTrack(module));
+    writeEvent(kControlChange + channelOf(module), controller, project.knobValue[knob]);
+}
+
+void ExportToMIDProcessTick() {
+    for (int m = 0; m < kModules; ++m) stepWork[m] = moduleStep[m] % kSteps;
+    releaseBassNotes();
+    if (songMode) {
+        songKnobTickMIDExp(recordOn);
+        takeBars();
+    }
+    for (int m = kBassModules - 1; m >= 0; --m) {
+        project.bass[m].lastNote = pitchOfStep(currentBass(m).steps[stepWork[m]], baseNoteOf(m));
+    }
+    chooseTrack(kDrumTrack);
+    Play109AllMIDExp(stepWork[kDrumModule]);
+    for (int m = 0; m < kBassModules; ++m) {
+        changePatch(m);
+        chooseTrack(noteTrack(m));
+        Play103NoteMIDExp(m, stepWork[m]);
+    }
+    advanceSongTick();
+    advanceSteps();
+    for (int m = 0; m < kModules; ++m) moduleStep[m] = static_cast<std::int16_t>(stepWork[m]);
+}
+
+} // namespace marlune

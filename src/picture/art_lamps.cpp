@@ -1,0 +1,59 @@
+// The lamp rows: rail, loop bracket, lamps.
+
+#include <QPainterPath>
+
+#include "picture/arts.h"
+#include "picture/layout.h"
+
+namespace marlune {
+
+namespace {
+
+// Gaps between the beats, in pixels from the left end of the rail.
+double gap(int module, int beat) {
+    return module == 2 ? 267.0 + 271.0 * beat : 130.0 + 130.0 * beat;
+}
+
+} // namespace
+
+void paintRail(const Ink& ink, const Look& look, const QRectF& area) {
+    const QRectF box = ink.snapped(area);
+    const QRgb light = palette::kModules[look.module].light;
+    ink.box(box.translated(0, ink.hair()), 7, white(0.07));
+    ink.box(box, 7, palette::kRail);
+    if (look.is(kEdit)) ink.box(box, 7, withAlpha(light, 0.17));
+    if (look.is(kHover)) ink.box(box, 7, white(kHoverLight));
+    for (int beat = 0; beat < 3; ++beat) ink.vertical(gap(look.module, beat), 5, 11, white(0.2));
+}
+
+void paintBracket(const Ink& ink, const Look& look, const QRectF& box) {
+    const QRgb light = palette::kModules[look.module].light;
+    const double end = look.frame;
+    const double width = 1.2 * ink.hair();
+    if (look.frame < box.width() - 1) ink.horizontal(end, box.right() - 1, 2, white(0.1));
+    QPainterPath path(QPointF(1, 4));
+    path.lineTo(1, 1);
+    path.lineTo(end, 1);
+    path.lineTo(end, 4);
+    ink.painter().setBrush(Qt::NoBrush);
+    ink.painter().setPen(QPen(QColor::fromRgba(withAlpha(light, look.is(kEdit) ? 0.75 : 0.5)), width,
+                              Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    ink.painter().drawPath(path);
+}
+
+void paintLamp(const Ink& ink, const Look& look, const QRectF& box) {
+    const palette::ModuleColours& colours = palette::kModules[look.module];
+    const QPointF centre = box.center();
+    if (look.is(kLit)) {
+        const bool edit = look.is(kEdit);
+        ink.glow(centre, edit ? 15 : 11, colours.light, edit ? 1 : 0.75);
+        ink.disc(centre, 5, colours.light);
+        ink.disc(centre, 3.2, withAlpha(colours.lampCore, edit ? 1 : 0.55));
+        return;
+    }
+    ink.disc(centre, 4.2, black(0.6));
+    ink.disc(centre, 3.4, colours.lampOff);
+    if (look.is(kEdit)) ink.disc(centre, 3.4, withAlpha(colours.light, 0.18));
+}
+
+} // namespace marlune

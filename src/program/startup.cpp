@@ -1,0 +1,154 @@
+#include "program/startup.h"
+
+#include "boundary/app_shell.h"
+#include "boundary/engine_component.h"
+#include "edit/clipboard.h"
+#include "edit/randomizers.h"
+#include "edit/song_tools.h"
+#include "files/project_file.h"
+#include "panel/refresh.h"
+#include "panel/scaling.h"
+#include "panel/shown_state.h"
+#include "program/default_project.h"
+#include "project/clipboard_state.h"
+#include "project/global_config.h"
+#include "project/song_reset.h"
+#include "project/song_track.h"
+#include "setup/config_file.h"
+#include "setup/memorizer.h"
+#include "setup/midi_devices.h"
+#include "transport/engine_link.h"
+#include "transport/navigation.h"
+#include "transport/timer_control.h"
+#include "transport/transport.h"
+#include "util/whole_file.h"
+
+namespace marlune {
+
+namespace {
+
+constexpr int kFreshDrumLevel = 100;
+
+// The main window's first touch.
+void MDIForm_Load(const StartupHooks& hooks) {
+    SetMarluneHwnd32(hooks.windowHandle);
+    hookEngineMessages(true);
+    setRandomSource(seededRandom(hooks.randomSeed));
+    nameProject(kUntitled);
+}
+
+void loadPanel() {
+    std::array<int, kKnobs> startValues{};
+    for (int k = 0; k < kKnobs; ++k) startValues[k] = k < kFirstDrumKnob ? 0 : kFreshDrumLevel;
+    config.midiInDevice = config.midiOutDevice = -1;
+    ClearKeyMap();
+    init309();
+    loadGlobalConfig();
+    for (int k = 0; k < kKnobs; ++k) showText(Control::UserTitle, k, knobLabel[k]);
+    initKnobTrack(startValues);
+    ClearCopyBuffer();
+}
+
+// What every control shows before anything has happened.
+void showFirstState() {
+    refreshTransport();
+    for (const Control sprite : {Control::Check1, Control::ResetButton, Control::prevButton,
+                                 Control::nextButton, Control::RwdStep, Control::FwdStep}) {
+        showFrame(sprite, 0, 0);
+    }
+    showEnabled(Control::timeDisplay, 0, false);
+    showEnabled(Control::microDisplay, 0, false);
+    showNumber(Control::timeDisplay, 0, 1);
+    showText(Control::microDisplay, 0, "");
+    for (int drum = 0; drum < kDrumRows; ++drum) showFrame(Control::sel109, drum, 0);
+    for (int m = 0; m < kModules; ++m) {
+        refreshCurrBankPatt(m);
+        refreshNextBankPatt(m);
+        refreshStepLamp(m);
+    }
+}
+
+} // namespace
+
+bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
+    const auto splash = [&hooks](bool visible) {
+        if (hooks.showSplash) hooks.showSplash(visible);
+    };
+    if (hooks.anotherInstanceRuns && hooks.anotherInstanceRuns()) {
+        shell().messageBox(
+            "Error:  Marlune200q is already running.\nYou may run only one instance of Marlune at a time.",
+            BoxIcon::critical, BoxButtons::ok);
+        return false;
+    }
+    QuenTimer(0);
+    exportBars = 16;
+    songClipboard.copyBarCount = 1;
+    shell().showPointer(Pointer::hourglass);
+    MDIForm_Load(hooks);
+    if (hooks.showMainWindow) hooks.showMainWindow();
+    shell().letEventsRun();
+    splash(true);
+    shell().showPanel(false);
+    resetMenus();
+    GraphicModeAdjust();
+    loadKnobs();
+    loadPanel();
+    resetSongState();
+    showFirstState();
+    shell().showPanel(true);
+    shell().letEventsRun();
+    if (hooks.configured) hooks.configured();
+    if (hooks.openDevices) {
+        listMidiDevices();
+        MidiInit();
+    } else {
+        sendPanelState();
+    }
+    splash(false);
+    shell().showPointer(Pointer::normal);
+    projectDirty = false;
+    if (FileExists(commandLine)) OpenOnLoad(commandLine);
+    return true;
+}
+
+bool MDIForm_QueryUnload() {
+    if (wannaSaveYourWorkCancel()) return false;
+    if (transportRunning) playButton();
+    shell().showPanel(false);
+    return true;
+}
+
+void MDIForm_Unload() {
+    programClosing = true;
+    StopPlay(); // where nobody was asked: a signal
+    closeMidiDevices();
+    saveGlobalConfig();
+    hookEngineMessages(false);
+    for (Form* form : {static_cast<Form*>(&memorizer), static_cast<Form*>(&songRandomizer),
+                       static_cast<Form*>(&patternCopyForm), static_cast<Form*>(&midiSetupForm)}) {
+        form->unload();
+    }
+}
+
+void mnuFileExit_Click() {
+    ctrlDown = false;
+    shell().closeWindow();
+}
+
+void resetProgram() {
+    project = {};
+    patternImage = {};
+    resetRunState();
+    clearSongTracks();
+    resetClipboards();
+    resetGlobalConfig();
+    setConfigFolder("");
+    resetShownState();
+    resetTimerControl();
+    resetNavigation();
+    dlgCommonDialog = {};
+    hookEngineMessages(false);
+    previousWndProc = nullptr;
+}
+
+} // namespace marlune

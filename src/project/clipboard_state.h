@@ -1,0 +1,44 @@
+// What was copied: the pattern clipboard, the song clipboard and the bar of knobs. Never in a project file.
+//
+// User-interface thread only. Written by edit/clipboard and edit/song_tools.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "project/song_track.h"
+
+namespace marlune {
+
+inline constexpr int kKnobColumns = 8; // the drum module has the most knobs
+
+struct PatternClipboard {
+    bool copyEmpty = true; // until the first copy
+    bool copyIsDrum = false;
+    BassPattern copyBass;
+    DrumPattern copyDrum;
+    std::array<std::uint8_t, kKnobColumns> copyKnobs{};
+};
+
+struct SongClipboard {
+    bool songCopyReady = false; // Paste is enabled in song mode
+    int copyBarCount = 1;       // bars held, 1..1000; also what the copy dialog offers
+    std::array<SongBar, kSongBars> copyBars{};
+    int copyModule = 0;
+    int copyKnobLast = 0; // last tick in copyKnobList; 0 means no knob data
+    std::vector<std::array<std::uint8_t, kKnobColumns>> copyKnobList; // a row per tick
+};
+
+struct BarKnobClipboard {
+    std::array<std::array<std::uint8_t, kTicksPerBar>, kKnobColumns> barKnobCopy{};
+    bool barKnobIsBass = false;
+};
+
+extern PatternClipboard patternClipboard;
+extern SongClipboard songClipboard;
+extern BarKnobClipboard barKnobClipboard;
+
+void resetClipboards();
+
+} // namespace marlune

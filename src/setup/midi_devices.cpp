@@ -1,0 +1,187 @@
+#include "setup/midi_devices.h"
+
+#include <algorithm>
+
+#include "boundary/app_shell.h"
+#include "boundary/engine_component.h"
+#include "boundary/midi_bytes.h"
+#include "midi/midi_input.h"
+#include "midi/midi_output.h"
+#include "panel/form_parts.h"
+#include "panel/knobs.h"
+#include "panel/refresh.h"
+#include "project/global_config.h"
+#include "project/run_state.h"
+#include "setup/config_file.h"
+#include "transport/transport.h"
+#include "util/text_number.h"
+
+namespace marlune {
+
+MIDISetupForm midiSetupForm;
+
+namespace {
+
+constexpr int kMaxOffset = 4;
+constexpr int kSilentChannel = 15;
+OutputDevices* outputs = nullptr;
+
+int outputCount() {
+    return outputs != nullptr ? outputs->count() : 0;
+}
+
+// A saved index beyond the list becomes the last device; a negative one selects nothing.
+void fitToList(Le16& index, ComboBox& list) {
+    index = std::min<int>(index, static_cast<int>(list.items.size()) - 1);
+    list.selected = index;
+}
+
+void fillLists() {
+    MIDISetupForm& form = midiSetupForm;
+    form.ComboMidiIn.items.clear();
+    form.ComboMidiOut.items.clear();
+    for (int i = 0; i < MIDIIn1.DeviceCount(); ++i) form.ComboMidiIn.items.push_back(MIDIIn1.ProductName(i));
+    for (int i = 0; i < outputCount(); ++i) form.ComboMidiOut.items.push_back(outputs->name(i));
+    form.ComboSyncOut.items = form.ComboMidiOut.items;
+    fitToList(config.midiOutDevice, form.ComboMidiOut);
+    fitToList(config.syncOutDevice, form.ComboSyncOut);
+    fitToList(config.midiInDevice, form.ComboMidiIn);
+    if (config.midiOutDevice >= 0) MIDIIn1.DeviceID = config.midiInDevice;
+}
+
+void blockInput() {
+    for (int channel = 0; channel < 16; ++channel) {
+        for (const int base : {kNoteOn, kNoteOff, kControlChange, kPolyPressure, kProgramChange, kPitchBend,
+                               kSystem, kChannelPressure}) {
+            MIDIIn1.BlockStatus(base + channel, true);
+        }
+    }
+    MIDIIn1.BlockStatus(kActiveSensing, false);
+    MIDIIn1.BlockStatus(kTimingClock, false);
+}
+
+void startInput() {
+    for (int m = 0; m < kModules; ++m) MIDIIn1.BlockStatus(kNoteOn + channelOf(m), false);
+    MIDIIn1.BlockStatus(kNoteOn + phraseChannelNumber(), false);
+    MIDIIn1.BlockStatus(kControlChange + controlChannelNumber(), false);
+    MIDIIn1.start();
+}
+
+} // namespace
+
+void setOutputDevices(OutputDevices* devices) {
+    outputs = devices;
+}
+
+void listMidiDevices() {
+    midiSetupForm.load();
+    fillLists();
+}
+
+bool openMidiDevices() {
+    const bool sync = OpenSyncPort32(config.syncOutDevice) != 0;
+    const bool sequencer = OpenMidiPort32(config.midiOutDevice) != 0;
+    SetSyncOffset32(config.syncOffset);
+    blockInput();
+    if (!MIDIIn1.isOpen() && config.midiInDevice >= 0) {
+        MIDIIn1.DeviceID = config.midiInDevice;
+        MIDIIn1.open();
+    }
+    if (MIDIIn1.isOpen()) startInput();
+    if (MIDIIn1.isOpen() && sync && sequencer) {
+        midiNoteOn(kSilentChannel, 1, 0);
+        shell().letEventsRun();
+        return true;
+    }
+    shell().messageBox(
+        "Warning: Can't open selected MIDI Device(s) or No MIDI Device(s) Selected.\n"
+        "MIDI has been disabled.  Select Midi Devices from Midi Setup.",
+        BoxIcon::exclamation, BoxButtons::ok);
+    return false;
+}
+
+void closeMidiDevices() {
+    CloseMidiPort32();
+    CloseSyncPort32();
+    MIDIIn1.close();
+}
+
+void MidiInit() {
+    closeMidiDevices();
+    if (openMidiDevices()) {
+        closeMidiDevices();
+        openMidiDevices();
+    }
+    sendPanelState();
+    StopPlay();
+}
+
+void sendPanelState() {
+    refresh103Patt(0);
+    refresh103Patt(1);
+    refresh109Patt(project.drum.selDrum);
+    for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
+    refreshTempo();
+}
+
+void mnuOptionsMidiSetup_Click() {
+    ctrlDown = false;
+    if (outputCount() < 1 || MIDIIn1.DeviceCount() < 1) {
+        shell().messageBox(
+            "Warning: No MIDI Drivers Installed!\n"
+            "Marlune 200q requires at least one MIDI Driver. \n"
+            "Please exit Marlune and install a MIDI Driver.",
+            BoxIcon::exclamation, BoxButtons::ok);
+        return;
+    }
+    StopPlay();
+    midiSetupForm.showModal();
+}
+
+MIDISetupForm::MIDISetupForm() {
+    caption = "MIDI Setup";
+    CmdOk.caption = "OK";
+    CmdCancel.caption = "Cancel";
+}
+
+void MIDISetupForm::describe(FormBuilder& builder) {
+    builder.beginFrame("MIDI In Device");
+    builder.comboBox("", ComboMidiIn);
+    builder.endFrame();
+    builder.beginFrame("MIDI Out Device");
+    builder.comboBox("Sequencer Out (with Sync)", ComboMidiOut);
+    builder.comboBox("Sync Only", ComboSyncOut);
+    builder.textBox("Playback Delay(+/-4ticks)", syncOffsetCheck, 4);
+    builder.endFrame();
+    okCancelRow(
+        builder, CmdOk, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
+}
+
+void MIDISetupForm::Form_Activate() {
+    syncOffsetCheck.text = std::to_string(int{config.syncOffset});
+    fillLists();
+}
+
+void MIDISetupForm::cmdOK_Click() {
+    saveGlobalConfig(); // as it stood before the dialog; the new choice is saved with the next occasion
+    closeMidiDevices();
+    config.midiInDevice = ComboMidiIn.selected;
+    config.midiOutDevice = ComboMidiOut.selected;
+    config.syncOutDevice = ComboSyncOut.selected;
+    if (isNumeric(syncOffsetCheck.text)) {
+        const double offset = leadingNumber(syncOffsetCheck.text);
+        if (offset > kMaxOffset) syncOffsetCheck.text = std::to_string(kMaxOffset);
+        if (offset < -kMaxOffset) syncOffsetCheck.text = std::to_string(-kMaxOffset);
+        config.syncOffset = leadingInteger(syncOffsetCheck.text);
+    }
+    SetSyncOffset32(config.syncOffset);
+    hide();
+    closeMidiDevices();
+    openMidiDevices();
+}
+
+void MIDISetupForm::cmdCancel_Click() {
+    hide();
+}
+
+} // namespace marlune

@@ -1,0 +1,36 @@
+// The three MIDI endpoints: sequencer output, sync output and input; their choice, opening and closing.
+//
+// User-interface thread. A device is an index into the lists of the port layer, which keeps them stable.
+#pragma once
+
+#include "boundary/form.h"
+#include "boundary/midi_ports.h"
+
+namespace marlune {
+
+// The devices offered as outputs; null for none. The component opens them by index.
+void setOutputDevices(OutputDevices* devices);
+
+void listMidiDevices(); // fills the lists of the dialog and fits the chosen indices to them
+bool openMidiDevices(); // all three; true when the outputs and the input are open, else warns
+void closeMidiDevices();
+void MidiInit(); // close, open (twice when it went well), then the state of the panel goes out
+
+void sendPanelState(); // shows the patterns and the tempo, sends all knobs
+
+void mnuOptionsMidiSetup_Click();
+
+struct MIDISetupForm final : Form {
+    MIDISetupForm();
+    ComboBox ComboMidiIn, ComboMidiOut, ComboSyncOut;
+    TextBox syncOffsetCheck;
+    Button CmdOk, CmdCancel;
+
+    void describe(FormBuilder& builder) override;
+    void Form_Activate() override;
+    void cmdOK_Click();
+    void cmdCancel_Click();
+};
+extern MIDISetupForm midiSetupForm;
+
+} // namespace marlune
