@@ -49,7 +49,7 @@ struct FullSong {
     FullSong() { fillSong(); }
     bool write(const std::string& name) {
         program.shell.fileNames = {name};
-        moduleStep = {};
+        songPosition.write().moduleStep = {};
         return ExportToMID("", 0, kSongTicks);
     }
     test::TestProgram program;
@@ -91,11 +91,11 @@ class EventList final : public MidiFileWriter {
 std::vector<Event> eventsOfTheSong() {
     const FullSong song;
     EventList list;
-    songMode = true;
-    songTick = 0;
+    songPosition.write().songMode = true;
+    songPosition.write().songTick = 0;
     beginExportRun(list, 0);
     for (int t = 0; t < kSongTicks; ++t) ExportToMIDProcessTick();
-    songMode = false;
+    songPosition.write().songMode = false;
     return list.events;
 }
 

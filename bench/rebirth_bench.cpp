@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include "boundary/engine_component.h"
+#include "commands/reset_program.h"
 #include "engine/virtual_engine.h"
 #include "program/startup.h"
 #include "rebirth/rbs_generator.h"

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/reset_program.h"
 #include "files/project_file.h"
 #include "program/startup.h"
 #include "project/global_config.h"

@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "files/project_file.h"
-#include "panel/mode_switch.h"
 #include "project/run_state.h"
+#include "song/mode_switch.h"
 #include "support/test_program.h"
 #include "transport/transport.h"
 

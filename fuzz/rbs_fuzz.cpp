@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "commands/reset_program.h"
 #include "program/startup.h"
 #include "project/record_limits.h"
 #include "project/song_track.h"

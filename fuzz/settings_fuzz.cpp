@@ -9,8 +9,8 @@
 #include "edit/song_tools.h"
 #include "midi/midi_input.h"
 #include "panel/key_slider.h"
-#include "panel/mode_switch.h"
 #include "setup/config_file.h"
+#include "song/mode_switch.h"
 #include "support/test_program.h"
 #include "transport/transport.h"
 

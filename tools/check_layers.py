@@ -5,6 +5,7 @@
 - A file may include only its own folder and what its library's LINKS name themselves, not through others; a program
   (marlune_program) likewise. LINKS name nothing that isn't included.
 - No two folders and no two files include each other, over however many.
+- State has one owner: only the room in OWNERS, and the file that defines it, calls write() of an Owned.
 - Only the rooms that paint know Qt; no `extern` in a .cpp under src/.
 """
 import re
@@ -14,6 +15,15 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 SRC = ROOT / "src"
 PAINTERS = {"picture", "windows", "desktop"}
+OWNERS = {
+    "transportState": "transport",
+    "songPosition": "song",
+    "recordingState": "project",
+    "editingState": "panel",
+    "patternClipboard": "edit",
+    "songClipboard": "edit",
+    "barKnobClipboard": "edit",
+}
 
 
 def words_after(words, key):
@@ -104,11 +114,26 @@ def check_words(errors):
             errors.append(f"{file.relative_to(ROOT)} has an extern of its own")
 
 
+def check_owners(errors):
+    sources = {file: file.read_text() for file in sorted(SRC.rglob("*.h")) + sorted(SRC.rglob("*.cpp"))}
+    declared = {}
+    for file, text in sources.items():
+        for name in re.findall(r"^extern Owned<\w+> (\w+);", text, re.M):
+            declared[name] = file
+    errors += [f"{declared[name].relative_to(ROOT)}: {name} has no owner" for name in declared.keys() - OWNERS.keys()]
+    for file, text in sources.items():
+        for name in re.findall(r"\b(\w+)\.write\(\)", text):
+            home = declared.get(name)
+            if home and file.parent.name != OWNERS.get(name) and file.with_suffix("") != home.with_suffix(""):
+                errors.append(f"{file.relative_to(ROOT)} writes {name}, which {OWNERS.get(name)} owns")
+
+
 def main():
     errors = []
     check_units(errors)
     check_circles({f: list(includes(f)) for f in SRC.rglob("*.h")}, "include circle: ", errors)
     check_words(errors)
+    check_owners(errors)
     print("\n".join(errors))
     return 1 if errors else 0
 

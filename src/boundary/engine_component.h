@@ -26,7 +26,9 @@ namespace marlune {
     ENTRY(OpenSyncPort32, 1)            /* device: non-zero result on success */                     \
     ENTRY(CloseMidiPort32, 0)           /* releases what sounds, then closes */                      \
     ENTRY(CloseSyncPort32, 0)                                                                        \
-    ENTRY(SetSyncOffset32, 1)   /* +n delays the notes by n periods, -n the clock */                 \
+    ENTRY(SetSyncOffset32, 1) /* +n delays the notes by n periods, -n the clock */                   \
+    ENTRY(BeginPlacing32, 2)  /* ticks taken since the start, number of the placing: see below */    \
+    ENTRY(EndPlacing32, 0)                                                                           \
     ENTRY(SetSong32, 1)         /* flag: song mode */                                                \
     ENTRY(SetSongTick32, 1)     /* tick 0..15999 for the next step */                                \
     ENTRY(SetModuleTick32, 2)   /* module, step for the next step */                                 \
@@ -58,6 +60,11 @@ namespace marlune {
     ENTRY(PrepareController32, 2) /* knob, value: sent with the next step */                         \
     ENTRY(SendShortMessage32, 3)  /* status, data 1, data 2: to the sequencer port, now */
 
+// A placing: the calls between BeginPlacing32 and EndPlacing32 take effect together, between two steps. They
+// are meant for the step after the last tick message that the caller has taken; steps played since are
+// counted on from there, without sound. Messages carry the number of the placing behind which they were
+// posted, so that the caller can tell those that speak of an earlier place.
+
 enum class Entry : std::uint8_t {
 #define MARLUNE_ENTRY_NAME(name, arguments) name,
     MARLUNE_ENTRY_POINTS(MARLUNE_ENTRY_NAME)
@@ -76,14 +83,16 @@ struct EngineCall {
 };
 
 // Numbers of the posted messages.
-inline constexpr int kTickMessage = 1300;    // wParam: song position just played; lParam: packed steps
-inline constexpr int kPatternMessage = 1310; // + module; wParam: bank, lParam: pattern: moved there
-inline constexpr int kCueMessage = 1320;     // + module; wParam: bank, lParam: pattern: cue is now this
+inline constexpr int kTickMessage = 1300; // wParam: song position just played; lParam: packed steps
+inline constexpr int kPatternMessage =
+    1310;                                // + module; wParam: bank, lParam: pattern: its first step sounds now
+inline constexpr int kCueMessage = 1320; // + module; wParam: bank, lParam: pattern: cue is now this
 
 struct EngineMessage {
     std::int32_t message = 0;
     std::int32_t wParam = 0;
     std::int32_t lParam = 0;
+    std::int32_t placing = 0; // number of the last placing carried out before
 };
 
 // lParam of a tick: step of module 0 + 16 x step of module 1 + 256 x step of module 2.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -92,5 +93,13 @@ class Form {
     bool loaded_ = false;
     bool visible_ = false;
 };
+
+// Puts a form back to how the program starts with it: unloaded, with the contents it is built with.
+template <typename AnyForm>
+void renew(AnyForm& form) {
+    form.unload();
+    std::destroy_at(&form);
+    std::construct_at(&form);
+}
 
 } // namespace marlune

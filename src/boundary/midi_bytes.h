@@ -2,6 +2,9 @@
 // data 0..127.
 #pragma once
 
+#include <algorithm>
+
+#include "boundary/limits.h"
 #include "boundary/midi_ports.h"
 
 namespace marlune {
@@ -29,6 +32,11 @@ constexpr int channelOfStatus(int status) {
     return status & 0x0F;
 }
 
+// A value as the data byte of a message, limited to what one holds.
+constexpr int limitedData(int value) {
+    return std::clamp(value, 0, kTopValue);
+}
+
 // status must have a length (midiMessageLength); data keeps its low seven bits.
 constexpr MidiMessage midiBytes(int status, int data1 = 0, int data2 = 0) {
     return {static_cast<std::uint8_t>(midiMessageLength(status)),
@@ -46,7 +54,7 @@ constexpr MidiMessage release(int channel, int note) {
 }
 
 // position: in sixteenths, 0..15999, the unit of the message.
-constexpr MidiMessage songPosition(int position) {
+constexpr MidiMessage songPositionPointer(int position) {
     return midiBytes(kSongPosition, position, position >> 7);
 }
 

@@ -5,6 +5,7 @@
 #include "files/export_driver.h"
 #include "files/project_file.h"
 #include "project/song_track.h"
+#include "song/song_place.h"
 
 namespace marlune {
 
@@ -24,10 +25,10 @@ int exportVerb(const Words& words) {
     options.configFolder = arguments.text("--config");
     Session session(options);
     if (!loadProjectFile(arguments.files[0])) return 1;
-    songTick = (arguments.number("--bar", 1) - 1) * kTicksPerBar;
+    placeSong((arguments.number("--bar", 1) - 1) * kTicksPerBar);
     session.shell.answer = arguments.files[1];
     session.shell.mayOverwrite = true;
-    exportForm.Text1.text = std::to_string(arguments.number("--bars", exportBars));
+    exportForm.Text1.text = std::to_string(arguments.number("--bars", exportForm.exportBars));
     if (arguments.files[1].empty()) return refuse("The name of the file is empty.");
     return exportForm.Command1_Click() ? 0 : refuse(session.shell.status());
 }

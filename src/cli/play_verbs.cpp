@@ -7,10 +7,10 @@
 #include "cli/session.h"
 #include "cli/verbs.h"
 #include "files/project_file.h"
-#include "panel/mode_switch.h"
 #include "platform/synth_renderer.h"
 #include "project/song_track.h"
-#include "transport/song_moves.h"
+#include "song/mode_switch.h"
+#include "song/song_moves.h"
 #include "util/whole_file.h"
 
 namespace marlune {
@@ -37,7 +37,7 @@ const std::vector<OptionRow> kRenderOptions = {
 bool takeProject(const std::string& name, const Arguments& arguments) {
     if (!loadProjectFile(name)) return false;
     if (!arguments.has("--song")) return true;
-    if (!songMode) SongSwitch(true);
+    if (!songPosition->songMode) SongSwitch(true);
     moveSongForward(arguments.number("--bar", 1) - 1, true, true);
     return true;
 }
@@ -49,14 +49,13 @@ std::string digit(int bank, int patt) {
 // One line that tells where the three modules are, rewritten in place.
 void showProgress() {
     std::string line = "\r";
-    if (songMode) line += "bar " + std::to_string(barOf(songTick) + 1) + "  ";
-    constexpr const char* kNames[] = {"103A", "103B", "109"};
+    if (songPosition->songMode) line += "bar " + std::to_string(barOf(songPosition->songTick) + 1) + "  ";
     for (int m = 0; m < kModules; ++m) {
         const Selection at = selectionOf(project, m);
         std::string lamps(kSteps, '.');
-        lamps[moduleStep[m] % kSteps] = '#';
+        lamps[songPosition->moduleStep[m] % kSteps] = '#';
         lamps.resize(currentLoopEnd(m) + 1);
-        line += std::string(kNames[m]) + " " + digit(at.currBank, at.currPatt) + " [" + lamps + "]  ";
+        line += std::string(kModuleNames[m]) + " " + digit(at.currBank, at.currPatt) + " [" + lamps + "]  ";
     }
     std::fputs((line + "\033[K").c_str(), stdout);
     std::fflush(stdout);

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "commands/panel_events.h"
+#include "commands/reset_program.h"
 #include "midi/midi_input.h"
 #include "platform/signals.h"
 #include "program/startup.h"

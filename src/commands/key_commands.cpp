@@ -4,13 +4,15 @@
 #include "commands/panel_events.h"
 #include "edit/transforms.h"
 #include "edit/undo_history.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
-#include "panel/mode_switch.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "project/global_config.h"
 #include "project/run_state.h"
 #include "setup/memorizer.h"
+#include "song/mode_switch.h"
+#include "song/selection.h"
+#include "song/song_place.h"
 #include "transport/navigation.h"
 #include "transport/timer_control.h"
 #include "transport/transport.h"
@@ -56,16 +58,16 @@ void jumpTempo(int delta) {
 }
 
 void selectNext(int delta) {
-    setEditSel((editSel + delta + kModules) % kModules);
+    setEditSel((editingState->editSel + delta + kModules) % kModules);
 }
 
 void edit(void (*routine)(int, int), int argument) {
-    projectDirty = true;
-    routine(editSel, argument);
+    markProject();
+    routine(editingState->editSel, argument);
 }
 
 void learn(int) {
-    projectDirty = true;
+    markProject();
     mnuToolsLearn_Click();
 }
 
@@ -95,13 +97,13 @@ constexpr KeyRow kPlainKeys[] = {
     {kRightKey, true, selectNext, -1},
     {kSemicolonKey, true,
      [](int) {
-         projectDirty = true;
+         markProject();
          mnuPatchDec_Click();
      },
      0},
     {kQuoteKey, true,
      [](int) {
-         projectDirty = true;
+         markProject();
          mnuPatchInc_Click();
      },
      0},
@@ -121,29 +123,29 @@ int gestureOf(int code) {
 void plainKey(int code) {
     for (const KeyRow& row : kPlainKeys) {
         if (row.code != code) continue;
-        if (row.inSongMode || !songMode) row.command(row.argument);
+        if (row.inSongMode || !songPosition->songMode) row.command(row.argument);
         return;
     }
     const MappedKey key = mappedKey(code);
     if (key.module < 0) return;
-    projectDirty = true;
+    markProject();
     selPatt(key.module, key.pattern);
 }
 
 void shiftedKey(int code) {
     const MappedKey key = mappedKey(code);
     if (key.module < 0 || key.pattern >= kBanks) return;
-    projectDirty = true;
+    markProject();
     bankClick(key.module, key.pattern);
 }
 
 // Page Up and Page Down: a bar, or a tick with Ctrl.
 void windKey(void (*hit)(), Winding step) {
-    if (ctrlDown) {
+    if (editingState->ctrlDown) {
         navigation_Click(step);
         return;
     }
-    if (transportRunning) QuenTimer(0);
+    if (transportState->transportRunning) QuenTimer(0);
     hit();
 }
 
@@ -159,7 +161,7 @@ void songKey(int code) {
 
 void releaseWinding(void (*showRest)()) {
     showRest();
-    if (!ctrlDown) resumeAfterWinding();
+    if (!editingState->ctrlDown) resumeAfterWinding();
 }
 
 } // namespace
@@ -168,17 +170,17 @@ void Form_KeyDown(int code, int shift) {
     const EditBracket bracket(shift == 0 ? gestureOf(code) : 0);
     if (shift == 0) plainKey(code);
     if (shift == kShift) shiftedKey(code);
-    if (code == kShiftKey) windRate = 7;
-    if (code == kCtrlKey) ctrlDown = true;
-    if (songMode) songKey(code);
+    if (code == kShiftKey) setWindRate(7);
+    if (code == kCtrlKey) setCtrlDown(true);
+    if (songPosition->songMode) songKey(code);
     if (shift > 0 && code == kLeftKey) selectNext(+1);
     if (shift > 0 && code == kRightKey) selectNext(-1);
 }
 
 void Form_KeyUp(int code, int /*shift*/) {
     switch (code) {
-        case kShiftKey: windRate = 0; break;
-        case kCtrlKey: ctrlDown = false; break;
+        case kShiftKey: setWindRate(0); break;
+        case kCtrlKey: releaseCtrl(); break;
         case kPageUpKey: releaseWinding(nextButton_Release); break;
         case kPageDownKey: releaseWinding(prevButton_Release); break;
         case kHomeKey: ResetButton_MouseUp(); break;
@@ -187,8 +189,8 @@ void Form_KeyUp(int code, int /*shift*/) {
 }
 
 void panelFocusLost() {
-    ctrlDown = false;
-    windRate = 0;
+    releaseCtrl();
+    setWindRate(0);
     resumeAfterWinding(); // the release of a winding key will not come
 }
 

@@ -7,12 +7,13 @@
 #include "edit/undo_history.h"
 #include "midi/midi_input.h"
 #include "midi/remote_control.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
-#include "panel/mode_switch.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "panel/step_editing.h"
 #include "project/run_state.h"
+#include "song/mode_switch.h"
+#include "song/selection.h"
 #include "transport/engine_link.h"
 #include "transport/navigation.h"
 #include "transport/transport.h"
@@ -37,7 +38,7 @@ struct Route {
 };
 
 bool edits() {
-    return !songMode;
+    return !songPosition->songMode;
 }
 
 // An edit of the step under edit of a bassline; the module is selected in either mode.
@@ -104,7 +105,7 @@ void loopMove(int module, At at) {
 void loopWheel(int module, int steps) {
     setEditSel(module);
     editLoop(module, steps);
-    projectDirty = true;
+    markProject();
 }
 
 template <Winding button>
@@ -194,8 +195,6 @@ constexpr int kWheelKind = 1000;     // notches on one control go on with each o
 constexpr int kMidiKind = 1;         // so do controllers, which are swept several at a time
 constexpr double kFarthest = 100000; // twips; what a pointer can't reach can't overflow a slider
 
-bool gestureOpen = false;
-
 // A note is an edit of its own.
 int gestureOfMidi() {
     const bool sweep = MIDIIn1.MessageCount() > 0 && statusKind(MIDIIn1.oldest().bytes[0]) == kControlChange;
@@ -224,16 +223,9 @@ void deliver(Control control, int index, const PointerEvent& event) {
 
 void panelPointer(Control control, int index, const PointerEvent& event) {
     // From the press to the release is one edit, however many moves lie between.
-    if (event.action == PointerAction::press) {
-        if (gestureOpen) endEdit(); // a release that never came
-        beginEdit();
-        gestureOpen = true;
-    }
+    if (event.action == PointerAction::press) beginGesture();
     deliver(control, index, event);
-    if (event.action == PointerAction::release && gestureOpen) {
-        gestureOpen = false;
-        endEdit();
-    }
+    if (event.action == PointerAction::release) endGesture();
 }
 
 void panelWheel(Control control, int index, int steps) {

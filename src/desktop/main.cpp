@@ -10,6 +10,7 @@
 #include "boundary/engine_component.h"
 #include "boundary/menus.h"
 #include "commands/panel_events.h"
+#include "commands/reset_program.h"
 #include "desktop/accessible.h"
 #include "desktop/fd_pump.h"
 #include "desktop/main_window.h"
@@ -129,7 +130,7 @@ int run(int argc, char** argv) {
     hooks.windowHandle = machine.windowHandle();
     hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());
     startupMain(commandLine(QApplication::arguments()), hooks);
-    return programClosing ? 0 : QApplication::exec();
+    return transportState->programClosing ? 0 : QApplication::exec();
 }
 
 } // namespace

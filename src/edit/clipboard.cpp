@@ -4,53 +4,52 @@
 
 #include "boundary/app_shell.h"
 #include "edit/song_tools.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "project/clipboard_state.h"
 #include "project/pattern_push.h"
-#include "transport/song_moves.h"
+#include "song/song_moves.h"
+#include "song/song_place.h"
 #include "transport/tick.h"
 
 namespace marlune {
 
 namespace {
 
-constexpr const char* kModuleNames[] = {"103A", "103B", "109"};
-
 bool isDrum(int module) {
     return module == kDrumModule;
 }
 
 void copyPattern() {
-    PatternClipboard& clip = patternClipboard;
-    clip.copyIsDrum = isDrum(editSel);
+    PatternClipboard& clip = patternClipboard.write();
+    clip.copyIsDrum = isDrum(editingState->editSel);
     if (clip.copyIsDrum) {
         clip.copyDrum = currentDrum();
     } else {
-        clip.copyBass = currentBass(editSel);
+        clip.copyBass = currentBass(editingState->editSel);
     }
-    const KnobRange knobs = knobsOf(editSel);
+    const KnobRange knobs = knobsOf(editingState->editSel);
     for (int k = 0; k < knobs.count; ++k) {
         clip.copyKnobs[k] = static_cast<std::uint8_t>(int{project.knobValue[knobs.first + k]});
     }
-    patternCopyStatus =
-        std::string("COPY: Module ") + kModuleNames[editSel] + " ( current pattern and knobs ).";
-    shell().showStatus(patternCopyStatus);
+    notePatternCopy(std::string("COPY: Module ") + kModuleNames[editingState->editSel] +
+                    " ( current pattern and knobs ).");
 }
 
 void pastePattern() {
-    const PatternClipboard& clip = patternClipboard;
-    if (clip.copyIsDrum != isDrum(editSel)) return;
-    projectDirty = true;
+    const PatternClipboard& clip = patternClipboard.read();
+    if (clip.copyIsDrum != isDrum(editingState->editSel)) return;
+    markProject();
     if (clip.copyIsDrum) {
         currentDrum() = clip.copyDrum;
     } else {
-        currentBass(editSel) = clip.copyBass;
+        currentBass(editingState->editSel) = clip.copyBass;
     }
-    const Selection at = selectionOf(project, editSel);
-    pushPatternToEngine(editSel, at.currBank, at.currPatt);
-    refreshPattern(editSel);
-    const KnobRange knobs = knobsOf(editSel);
+    const Selection at = selectionOf(project, editingState->editSel);
+    pushPatternToEngine(editingState->editSel, at.currBank, at.currPatt);
+    refreshPattern(editingState->editSel);
+    const KnobRange knobs = knobsOf(editingState->editSel);
     for (int k = 0; k < knobs.count; ++k) {
         project.knobValue[knobs.first + k] = clip.copyKnobs[k];
         refreshKnob(knobs.first + k);
@@ -58,32 +57,28 @@ void pastePattern() {
 }
 
 void pasteKnobColumns(int firstTick) {
-    const KnobRange knobs = knobsOf(editSel);
-    const int rows = std::min(songClipboard.copyKnobLast + 1, kSongTicks - firstTick);
+    const KnobRange knobs = knobsOf(editingState->editSel);
+    const int rows = std::min(songClipboard->copyKnobLast + 1, kSongTicks - firstTick);
     for (int i = 0; i < rows; ++i) {
         for (int k = 0; k < knobs.count; ++k) {
-            knobTrack[knobs.first + k][firstTick + i] = songClipboard.copyKnobList[i][k];
+            knobTrack[knobs.first + k][firstTick + i] = songClipboard->copyKnobList[i][k];
         }
     }
 }
 
 void pasteBars() {
-    projectDirty = true;
-    const int bar = barOf(songTick);
-    const int last = std::min(songClipboard.copyBarCount - 1, kSongBars - 1 - bar);
+    markProject();
+    const int bar = shownBar();
+    const int last = std::min(songClipboard->copyBarCount - 1, kSongBars - 1 - bar);
     if (last < 0) return;
-    const bool fits = isDrum(editSel) == isDrum(songClipboard.copyModule);
+    const bool fits = isDrum(editingState->editSel) == isDrum(songClipboard->copyModule);
     if (fits) {
-        std::copy_n(songClipboard.copyBars.begin(), last + 1, barTrack[editSel].begin() + bar);
-        const Selection at = selectionOf(project, editSel);
-        at.currBank = barBank(editSel, songTick);
-        at.currPatt = barPatt(editSel, songTick);
-        refreshCurrBankPatt(editSel);
-        setNextBankPatt(editSel, nextBarBank(editSel, songTick), nextBarPatt(editSel, songTick));
+        std::copy_n(songClipboard->copyBars.begin(), last + 1, barTrack[editingState->editSel].begin() + bar);
+        takeUpSong();
     }
-    if (songClipboard.copyKnobLast <= 0) return;
+    if (songClipboard->copyKnobLast <= 0) return;
     if (fits) pasteKnobColumns(bar * kTicksPerBar);
-    songKnobTick(recordOn);
+    songKnobTick(recordingState->recordOn);
 }
 
 } // namespace
@@ -94,11 +89,11 @@ KnobRange knobsOf(int module) {
 }
 
 void mnuEditCut_Click() {
-    ctrlDown = false;
-    patternClipboard.copyEmpty = false;
-    songClipboard.songCopyReady = true;
+    releaseCtrl();
+    patternClipboard.write().copyEmpty = false;
+    songClipboard.write().songCopyReady = true;
     setMenuEnabled(Menu::mnuEditPaste, true);
-    if (songMode) {
+    if (songPosition->songMode) {
         showPatternCopy();
     } else {
         copyPattern();
@@ -106,8 +101,8 @@ void mnuEditCut_Click() {
 }
 
 void mnuEditPaste_Click() {
-    ctrlDown = false;
-    if (songMode) {
+    releaseCtrl();
+    if (songPosition->songMode) {
         pasteBars();
     } else {
         pastePattern();
@@ -115,28 +110,28 @@ void mnuEditPaste_Click() {
 }
 
 void mnuEditCopyPattern_Click() {
-    const KnobRange knobs = knobsOf(editSel);
-    barKnobClipboard.barKnobIsBass = !isDrum(editSel);
+    const KnobRange knobs = knobsOf(editingState->editSel);
+    barKnobClipboard.write().barKnobIsBass = !isDrum(editingState->editSel);
     for (int k = 0; k < knobs.count; ++k) {
-        std::copy_n(knobTrack[knobs.first + k].begin() + barLine(songTick), kTicksPerBar,
-                    barKnobClipboard.barKnobCopy[k].begin());
+        std::copy_n(knobTrack[knobs.first + k].begin() + shownBar() * kTicksPerBar, kTicksPerBar,
+                    barKnobClipboard.write().barKnobCopy[k].begin());
     }
 }
 
 void mnuEditPastePattern_Click() {
-    if (barKnobClipboard.barKnobIsBass == isDrum(editSel)) return;
-    projectDirty = true;
-    const KnobRange knobs = knobsOf(editSel);
+    if (barKnobClipboard->barKnobIsBass == isDrum(editingState->editSel)) return;
+    markProject();
+    const KnobRange knobs = knobsOf(editingState->editSel);
     for (int k = 0; k < knobs.count; ++k) {
-        std::copy_n(barKnobClipboard.barKnobCopy[k].begin(), kTicksPerBar,
-                    knobTrack[knobs.first + k].begin() + barLine(songTick));
+        std::copy_n(barKnobClipboard->barKnobCopy[k].begin(), kTicksPerBar,
+                    knobTrack[knobs.first + k].begin() + shownBar() * kTicksPerBar);
     }
     refreshKnobsAtSongTick();
 }
 
 void ClearCopyBuffer() {
-    patternClipboard.copyEmpty = true;
-    editSel = 0;
+    patternClipboard.write().copyEmpty = true;
+    setEditSel(0);
     setMenuEnabled(Menu::mnuEditPaste, false);
 }
 

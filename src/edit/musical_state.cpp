@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
-#include "boundary/engine_component.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "project/pattern_push.h"
+#include "project/recording.h"
 #include "project/song_track.h"
-#include "transport/song_moves.h"
+#include "song/song_moves.h"
+#include "song/song_place.h"
 
 namespace marlune {
 
@@ -79,6 +81,7 @@ struct Touched {
     bool patterns[kModules][kBanks * kPatterns] = {};
     bool knobs[kKnobs] = {};
     bool tempo = false;
+    bool tracks[kKnobs] = {};
     bool song = false;
 };
 
@@ -89,8 +92,8 @@ void mark(Touched& touched, int piece, std::size_t at) {
         case kDrumPiece: touched.patterns[kDrumModule][at / sizeof(DrumPattern)] = true; break;
         case kKnobPiece: touched.knobs[at / sizeof(Le16)] = true; break;
         case kTempoPiece: touched.tempo = true; break;
-        case kBarPiece:
-        case kTrackPiece: touched.song = true; break;
+        case kBarPiece: touched.song = true; break;
+        case kTrackPiece: touched.tracks[at / kSongTicks] = touched.song = true; break;
         default: break;
     }
 }
@@ -101,22 +104,6 @@ void tellPatterns(const Touched& touched) {
             if (touched.patterns[m][i]) pushPatternToEngine(m, i / kPatterns, i % kPatterns);
         }
         refreshPattern(m);
-    }
-}
-
-// The song has changed under its position.
-void tellSong() {
-    if (!songMode) return;
-    if (!transportRunning) {
-        moveSongBack(0, false, true);
-        return;
-    }
-    // songTick is the tick that comes next: on a bar line the registers are about to take its own bar.
-    for (int m = 0; m < kModules; ++m) {
-        const bool due = isBarLine(songTick);
-        SetNextBarPatt32(m, due ? barPatt(m, songTick) : nextBarPatt(m, songTick));
-        SetNextBarGroup32(m, due ? barBank(m, songTick) : nextBarBank(m, songTick));
-        setNextBankPatt(m, nextBarBank(m, songTick), nextBarPatt(m, songTick));
     }
 }
 
@@ -175,13 +162,19 @@ void applyMusic(const MusicDifference& difference, Side side) {
             mark(touched, piece, at);
         });
     }
-    projectDirty = true;
+    markProject();
     tellPatterns(touched);
     for (int knob = 0; knob < kKnobs; ++knob) {
         if (touched.knobs[knob]) refreshKnob(knob);
     }
     if (touched.tempo) refreshTempo();
-    if (touched.song) tellSong();
+    if (!touched.song) return;
+    // A knob whose movement was taken back would write it anew with the next tick.
+    for (int knob = 0; knob < kKnobs; ++knob) {
+        if (touched.tracks[knob]) endKnobRecording(knob);
+    }
+    takeUpSong();
+    if (songPosition->songMode) refreshKnobsAtSongTick();
 }
 
 } // namespace marlune

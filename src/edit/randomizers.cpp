@@ -6,10 +6,11 @@
 #include <random>
 
 #include "boundary/engine_component.h"
+#include "panel/editing.h"
 #include "panel/form_parts.h"
 #include "panel/refresh.h"
 #include "project/song_track.h"
-#include "transport/song_moves.h"
+#include "song/song_place.h"
 #include "util/text_number.h"
 
 namespace marlune {
@@ -17,8 +18,6 @@ namespace marlune {
 namespace {
 
 RandomSource randomSource = seededRandom(0);
-
-constexpr int kMaxNote = 127;
 
 int drawRounded(float range) {
     return roundHalfEven(randomSource() * range);
@@ -55,15 +54,15 @@ void randomRow(int row) {
 void randomDrumNote() {
     const DrumModule& drum = project.drum;
     Le16& note = currentDrum().drumNote[drum.selDrum];
-    note = std::min(drawRounded(128), kMaxNote);
+    note = std::min(drawRounded(128), kTopValue);
     Set109DrumNote32(drum.currBank, drum.currPatt, drum.selDrum, note);
     refresh109Patt(drum.selDrum);
 }
 
 void onEdited(void (*randomize)(int)) {
-    projectDirty = true;
-    ctrlDown = false;
-    randomize(editSel);
+    markProject();
+    releaseCtrl();
+    randomize(editingState->editSel);
 }
 
 } // namespace
@@ -159,8 +158,7 @@ marluneRandomPattern::marluneRandomPattern() {
     Label3.text = "Module Select :";
     Command1.caption = "Randomize!";
     Command2.caption = "Cancel";
-    constexpr const char* kNames[] = {"103A", "103B", "109"};
-    for (int m = 0; m < kModules; ++m) Check1[m].caption = kNames[m];
+    for (int m = 0; m < kModules; ++m) Check1[m].caption = kModuleNames[m];
     Check1[0].checked = true;
 }
 
@@ -189,7 +187,7 @@ void marluneRandomPattern::Form_Activate() {
 void marluneRandomPattern::Command1_Click() {
     const auto bars = enteredBars(Text1, "Enter the number of Bars to randomize (1 to 1000)");
     if (!bars) return;
-    const int bar = barOf(songTick);
+    const int bar = shownBar();
     for (int i = 0; i < *bars; ++i) {
         for (int m = 0; m < kModules; ++m) {
             if (!Check1[m].checked) continue;
@@ -199,7 +197,7 @@ void marluneRandomPattern::Command1_Click() {
         }
     }
     hide();
-    moveSongBack(0, false, true);
+    takeUpSong();
 }
 
 void marluneRandomPattern::Command2_Click() {

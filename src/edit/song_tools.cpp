@@ -4,24 +4,23 @@
 
 #include "boundary/app_shell.h"
 #include "edit/clipboard.h"
+#include "panel/editing.h"
 #include "panel/form_parts.h"
 #include "panel/refresh.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
 #include "project/pattern_push.h"
-#include "transport/song_moves.h"
+#include "song/song_moves.h"
+#include "song/song_place.h"
 #include "util/text_number.h"
 
 namespace marlune {
 
 namespace {
 
-constexpr const char* kModuleNames[] = {"103A", "103B", "109"};
-constexpr int kFreshDrumLevel = 100;
-
 void startEdit() {
-    projectDirty = true;
-    ctrlDown = false;
+    markProject();
+    releaseCtrl();
 }
 
 // What Clear and Initialize share: every step at the lowest note without flags, sounding or not; full length.
@@ -40,17 +39,17 @@ void resetDrumPattern(DrumPattern& pattern) {
 }
 
 void showWholePattern() {
-    const Selection at = selectionOf(project, editSel);
-    pushPatternToEngine(editSel, at.currBank, at.currPatt);
-    refreshPattern(editSel);
+    const Selection at = selectionOf(project, editingState->editSel);
+    pushPatternToEngine(editingState->editSel, at.currBank, at.currPatt);
+    refreshPattern(editingState->editSel);
 }
 
 void initPattern() {
-    if (editSel == kDrumModule) {
+    if (editingState->editSel == kDrumModule) {
         resetDrumPattern(currentDrum());
         for (int d = 0; d < kDrums; ++d) currentDrum().drumNote[d] = drumNoteDefaultOf(d);
     } else {
-        resetBassPattern(currentBass(editSel), true);
+        resetBassPattern(currentBass(editingState->editSel), true);
     }
     showWholePattern();
 }
@@ -76,6 +75,7 @@ void initSong() {
         knobTrack[knob].fill(knob < kFirstDrumKnob ? 0 : kFreshDrumLevel);
     }
     barsFromImage(0, kSongBars);
+    takeUpSong();
     refreshAll();
 }
 
@@ -83,17 +83,17 @@ void initSong() {
 
 void mnuToolsClear_Click() {
     startEdit();
-    if (editSel == kDrumModule) {
+    if (editingState->editSel == kDrumModule) {
         resetDrumPattern(currentDrum());
     } else {
-        resetBassPattern(currentBass(editSel), false);
+        resetBassPattern(currentBass(editingState->editSel), false);
     }
     showWholePattern();
 }
 
 void mnuToolsInit_Click() {
     startEdit();
-    if (songMode) {
+    if (songPosition->songMode) {
         initSong();
     } else {
         initPattern();
@@ -101,16 +101,16 @@ void mnuToolsInit_Click() {
 }
 
 void mnuToolsInitBarfromPatt_Click() {
-    if (!songMode) return;
-    projectDirty = true;
-    knobsFromImage(barLine(songTick), kTicksPerBar);
-    barsFromImage(barOf(songTick), 1);
+    if (!songPosition->songMode) return;
+    markProject();
+    knobsFromImage(shownBar() * kTicksPerBar, kTicksPerBar);
+    barsFromImage(shownBar(), 1);
     moveSongForward(0, true, false);
     refreshAll();
 }
 
 void mnuToolsInitSongfromPatt_Click() {
-    projectDirty = true;
+    markProject();
     knobsFromImage(0, kSongTicks);
     barsFromImage(0, kSongBars);
     rewindSong();
@@ -146,35 +146,35 @@ void marlunePatternCopy::Form_Load() {
 }
 
 void marlunePatternCopy::Form_Activate() {
-    caption = std::string("Copy Pattern [") + kModuleNames[editSel] + "]";
-    Text1.text = std::to_string(songClipboard.copyBarCount);
+    caption = std::string("Copy Pattern [") + kModuleNames[editingState->editSel] + "]";
+    Text1.text = std::to_string(songClipboard->copyBarCount);
     Label2.text = startingBarText();
 }
 
 void marlunePatternCopy::Command1_Click() {
     const auto bars = enteredBars(Text1, "Enter the number of Bars to copy (1 to 1000)");
     if (!bars) return;
-    SongClipboard& clip = songClipboard;
-    const int bar = barOf(songTick);
-    clip.copyModule = editSel;
+    SongClipboard& clip = songClipboard.write();
+    const int bar = shownBar();
+    clip.copyModule = editingState->editSel;
     clip.copyBarCount = *bars;
-    std::copy_n(barTrack[editSel].begin() + bar, clip.copyBarCount, clip.copyBars.begin());
-    songCopyStatus = std::string("SONG COPY: ( ") + kModuleNames[editSel] + " Patterns ";
+    std::copy_n(barTrack[editingState->editSel].begin() + bar, clip.copyBarCount, clip.copyBars.begin());
+    std::string status = std::string("SONG COPY: ( ") + kModuleNames[editingState->editSel] + " Patterns ";
     clip.copyKnobLast = 0;
     if (Check1.checked) {
-        songCopyStatus += "and knobs ";
+        status += "and knobs ";
         clip.copyKnobLast = kTicksPerBar * clip.copyBarCount - 1;
     }
     clip.copyKnobList.resize(clip.copyKnobLast + 1);
-    const KnobRange knobs = knobsOf(editSel);
+    const KnobRange knobs = knobsOf(editingState->editSel);
     for (int i = 0; Check1.checked && i <= clip.copyKnobLast; ++i) {
         for (int k = 0; k < knobs.count; ++k) {
             clip.copyKnobList[i][k] = knobTrack[knobs.first + k][kTicksPerBar * bar + i];
         }
     }
-    songCopyStatus +=
+    status +=
         ") from BAR " + std::to_string(bar + 1) + " thru " + std::to_string(bar + clip.copyBarCount) + " .";
-    shell().showStatus(songCopyStatus);
+    noteSongCopy(status);
     hide();
 }
 

@@ -3,18 +3,18 @@
 #include <algorithm>
 
 #include "boundary/engine_component.h"
+#include "panel/editing.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "panel/step_editing.h"
 #include "project/pattern_push.h"
 #include "project/run_state.h"
+#include "song/selection.h"
 
 namespace marlune {
 
 namespace {
 
 constexpr int kOctave = 12;
-constexpr int kMaxNote = 127;
 
 void transposeBass(int module, int delta) {
     const Selection at = selectionOf(project, module);
@@ -37,7 +37,7 @@ void transposeDrum(int delta) {
     const DrumModule& drum = project.drum;
     if (drum.selDrum >= kDrums) return;
     Le16& note = currentDrum().drumNote[drum.selDrum];
-    note = std::clamp(note + delta, 0, kMaxNote);
+    note = std::clamp(note + delta, 0, kTopValue);
     Set109DrumNote32(drum.currBank, drum.currPatt, drum.selDrum, note);
     refresh109Patt(drum.selDrum);
 }
@@ -48,8 +48,8 @@ void rotateSteps(Steps& steps, int direction) {
 }
 
 void onEdited(void (*routine)(int, int), int argument) {
-    projectDirty = true;
-    routine(editSel, argument);
+    markProject();
+    routine(editingState->editSel, argument);
 }
 
 } // namespace
@@ -115,13 +115,13 @@ void mnuEditLoop1_Click() {
 }
 
 void mnuPatchDec_Click() {
-    if (songMode || editSel == kDrumModule) return;
-    setPatch(editSel, currentBass(editSel).patch - 1);
+    if (songPosition->songMode || editingState->editSel == kDrumModule) return;
+    setPatch(editingState->editSel, currentBass(editingState->editSel).patch - 1);
 }
 
 void mnuPatchInc_Click() {
-    if (editSel == kDrumModule) return;
-    setPatch(editSel, currentBass(editSel).patch + 1);
+    if (editingState->editSel == kDrumModule) return;
+    setPatch(editingState->editSel, currentBass(editingState->editSel).patch + 1);
 }
 
 } // namespace marlune

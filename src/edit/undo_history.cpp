@@ -23,6 +23,7 @@ struct History {
     std::deque<Step> done, undone; // newest at the back
     std::size_t bytes = 0;         // of done
     int depth = 0;                 // brackets open
+    bool gesture = false;          // one of them is that of a pointer held down
     bool recording = false;        // the bracket of a recording pass is held open
     unsigned generation = 0;       // of the record that the steps belong to
     std::vector<std::uint8_t> before;
@@ -40,7 +41,7 @@ void showMenus() {
 }
 
 bool recordReplaced() {
-    return history().generation != recordGeneration;
+    return history().generation != editingState->recordGeneration;
 }
 
 void keep(MusicDifference difference, int kind) {
@@ -90,18 +91,30 @@ void endEdit(int kind) {
         clearUndoHistory();
         return;
     }
-    h.recording = recordOn && transportRunning;
+    h.recording = recordingState->recordOn && transportState->transportRunning;
     if (h.recording) return;
-    MusicDifference difference = differenceTo(h.before, !songMode);
+    MusicDifference difference = differenceTo(h.before, !songPosition->songMode);
     if (difference.empty()) return;
     if (continues(kind)) {
         const Step last = take(h.done);
         h.bytes -= last.bytes;
         putInto(h.before, last.difference, Side::before);
-        difference = differenceTo(h.before, !songMode);
+        difference = differenceTo(h.before, !songPosition->songMode);
     }
     if (!difference.empty()) keep(std::move(difference), kind);
     showMenus();
+}
+
+void beginGesture() {
+    if (history().gesture) endEdit(); // a release that never came
+    beginEdit();
+    history().gesture = true;
+}
+
+void endGesture() {
+    if (!history().gesture) return;
+    history().gesture = false;
+    endEdit();
 }
 
 void mnuEditUndo_Click() {
@@ -138,8 +151,13 @@ void clearUndoHistory() {
     h.undone.clear();
     h.bytes = 0;
     h.recording = false;
-    h.generation = recordGeneration;
+    h.generation = editingState->recordGeneration;
     showMenus();
+}
+
+void resetUndoHistory() {
+    history() = {};
+    history().generation = editingState->recordGeneration;
 }
 
 } // namespace marlune

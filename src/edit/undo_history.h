@@ -37,4 +37,11 @@ int undoSteps();
 std::size_t undoBytes();
 void clearUndoHistory();
 
+// From the press of the pointer to its release is one edit, however many moves lie between. A second press
+// ends the first gesture; a release without one is nothing.
+void beginGesture();
+void endGesture();
+
+void resetUndoHistory(); // as at the start of the program, open brackets included
+
 } // namespace marlune

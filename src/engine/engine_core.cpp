@@ -8,6 +8,7 @@ namespace {
 
 constexpr int kTopTempo = 1000;    // far above anything playable
 constexpr int kTopPeriodMs = 1000; // far below
+constexpr int kMostCounted = 1024; // steps that a caller may be behind, 64 bars
 constexpr std::int64_t kMaxCatchUpNs = 1'000'000'000;
 
 constexpr std::size_t indexOf(Role role) {
@@ -19,7 +20,18 @@ constexpr std::size_t indexOf(Role role) {
 void EngineCore::apply(const EngineCall& call, std::int64_t nowNs) noexcept {
     time_ = nowNs;
     const int argument = call.arguments[0];
+    if (placing_.open && call.entry != Entry::EndPlacing32 && placing_.count < kMostPlaced) {
+        placing_.calls[placing_.count++] = call;
+        return;
+    }
     switch (call.entry) {
+        case Entry::BeginPlacing32:
+            placing_.open = true;
+            placing_.ticksTaken = argument;
+            placing_.number = call.arguments[1];
+            placing_.count = 0;
+            break;
+        case Entry::EndPlacing32: endPlacing(); break;
         case Entry::SetMarluneTempo32: tempo_ = std::clamp(argument, 0, kTopTempo); break;
         case Entry::HoldTicks32: hold(argument != 0); break;
         case Entry::StartMarluneTimer32: start(argument); break;
@@ -27,6 +39,17 @@ void EngineCore::apply(const EngineCall& call, std::int64_t nowNs) noexcept {
         case Entry::StopMarluneTimer32: stop(); break;
         default: sequencer_.apply(call, sinks()); break;
     }
+}
+
+void EngineCore::endPlacing() noexcept {
+    if (!placing_.open) return;
+    placing_.open = false;
+    placing_.carriedOut = placing_.number;
+    for (int i = 0; i < placing_.count; ++i) sequencer_.apply(placing_.calls[i], sinks());
+    if (state_ != State::playing) return;
+    const int since =
+        std::clamp(sequencer_.stepsPlayed() - std::max(placing_.ticksTaken, 0), 0, kMostCounted);
+    sequencer_.skipSteps(since, sinks());
 }
 
 void EngineCore::takeRate(int periodMs) noexcept {
@@ -88,6 +111,12 @@ void EngineCore::setPort(Role role, OutputPort* port, std::int64_t nowNs) noexce
     time_ = nowNs;
     if (role == Role::seq) sequencer_.releaseAll(sinks());
     ports_[indexOf(role)] = port;
+}
+
+void EngineCore::post(const EngineMessage& message) noexcept {
+    EngineMessage numbered = message;
+    numbered.placing = placing_.carriedOut;
+    messages_.post(numbered);
 }
 
 void EngineCore::midi(Role role, const MidiMessage& message) noexcept {

@@ -13,7 +13,7 @@ namespace marlune {
 inline constexpr std::int64_t kStartDelayNs = 25'000'000; // from the start to the first period
 inline constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
-class EngineCore final : private MidiSink {
+class EngineCore final : private MidiSink, private MessageSink {
   public:
     // log: may be null.
     EngineCore(MessageSink& messages, WireLog* log) : messages_(messages), log_(log) {}
@@ -44,16 +44,30 @@ class EngineCore final : private MidiSink {
     enum class State : std::uint8_t { standing, waiting, playing, halted };
 
     void midi(Role role, const MidiMessage& message) noexcept override;
+    void post(const EngineMessage& message) noexcept override;
     void send(Role role, const MidiMessage& message) noexcept;
     void log(Role role, const MidiMessage& message) noexcept;
-    Sinks sinks() noexcept { return {*this, messages_}; }
+    Sinks sinks() noexcept { return {*this, *this}; }
     void takeRate(int periodMs) noexcept;
     void start(int periodMs) noexcept;
     void stop() noexcept;
     void hold(bool on) noexcept;
     void placeFirstPeriod() noexcept;
+    void endPlacing() noexcept;
+
+    // A placing on its way: what belongs to it waits here until it is whole.
+    static constexpr int kMostPlaced = 64; // a placing of all modules takes 26
+    struct Placing {
+        bool open = false;
+        int ticksTaken = 0;
+        int number = 0;
+        int carriedOut = 0; // number of the last one
+        int count = 0;
+        std::array<EngineCall, kMostPlaced> calls;
+    };
 
     Sequencer sequencer_;
+    Placing placing_;
     PeriodClock clock_;
     MessageSink& messages_;
     WireLog* log_;

@@ -2,14 +2,12 @@
 
 #include <algorithm>
 
+#include "boundary/limits.h"
 #include "project/step_rules.h"
 
 namespace marlune {
 
 namespace {
-
-constexpr int kTicksPerBar = 16;
-constexpr int kSongTicks = 16000;
 
 void postSelected(MessageSink& messages, int message, Selected selected) {
     messages.post({message, selected.bank, selected.patt});
@@ -47,8 +45,14 @@ void ModulePlaces::applySelection(const EngineCall& call, Module& module) noexce
     };
     switch (call.entry) {
         case Entry::SetModuleTick32: module.step = std::clamp(value, 0, kSteps - 1); break;
-        case Entry::SetCurrGroup32: bank(module.playing.bank); break;
-        case Entry::SetCurrPatt32: patt(module.playing.patt); break;
+        case Entry::SetCurrGroup32:
+            bank(module.playing.bank);
+            module.reported = module.playing;
+            break;
+        case Entry::SetCurrPatt32:
+            patt(module.playing.patt);
+            module.reported = module.playing;
+            break;
         case Entry::SetNextGroup32: bank(module.cued.bank); break;
         case Entry::SetNextPatt32: patt(module.cued.patt); break;
         case Entry::SetCurrBarGroup32: module.currBar.bankSet |= bank(module.currBar.bar.bank); break;
@@ -64,17 +68,25 @@ void ModulePlaces::forgetBars() noexcept {
 }
 
 void ModulePlaces::enterStep(MessageSink& messages) noexcept {
-    const bool placed = placed_;
+    if (songMode_ && position_ % kTicksPerBar == 0) enterBar(messages);
     placed_ = false;
-    if (!songMode_ || position_ % kTicksPerBar != 0) return;
+    for (int m = 0; !songMode_ && m < kModules; ++m) {
+        Module& module = modules_[m];
+        if (module.reported == module.playing) continue;
+        module.reported = module.playing;
+        postSelected(messages, kPatternMessage + m, module.playing);
+    }
+}
+
+void ModulePlaces::enterBar(MessageSink& messages) noexcept {
     for (int m = 0; m < kModules; ++m) {
         Module& module = modules_[m];
-        const BarRegister& wanted = placed ? module.currBar : module.nextBar;
+        const BarRegister& wanted = placed_ ? module.currBar : module.nextBar;
         Selected bar = module.playing;
         if (wanted.bankSet) bar.bank = wanted.bar.bank;
         if (wanted.pattSet) bar.patt = wanted.bar.patt;
         if (bar == module.playing) continue;
-        module.playing = module.cued = bar;
+        module.playing = module.cued = module.reported = bar;
         module.step = 0;
         postSelected(messages, kPatternMessage + m, bar);
         postSelected(messages, kCueMessage + m, bar);
@@ -82,18 +94,17 @@ void ModulePlaces::enterStep(MessageSink& messages) noexcept {
 }
 
 void ModulePlaces::advancePosition() noexcept {
-    position_ = (position_ + 1) % kSongTicks;
+    const int bar = position_ / kTicksPerBar * kTicksPerBar;
+    position_ = songMode_ ? (position_ + 1) % kSongTicks : bar + (position_ + 1) % kTicksPerBar;
 }
 
-void ModulePlaces::advanceSteps(const PatternStore& patterns, MessageSink& messages) noexcept {
+void ModulePlaces::advanceSteps(const PatternStore& patterns) noexcept {
     for (int m = 0; m < kModules; ++m) {
         Module& module = modules_[m];
         const StepAdvance next =
             nextStep(module.step, patterns.loopEnd(m, module.playing.bank, module.playing.patt));
         module.step = next.step;
-        if (!next.wrapped || songMode_ || module.cued == module.playing) continue;
-        module.playing = module.cued;
-        postSelected(messages, kPatternMessage + m, module.playing);
+        if (next.wrapped && !songMode_) module.playing = module.cued;
     }
 }
 

@@ -26,15 +26,16 @@ class ModulePlaces {
     Selected playing(int module) const noexcept { return modules_[module].playing; }
 
     // In song mode at a bar line, moves each module that plays something else than its bar asks for to the
-    // bar's pattern at step 0 and reports the pattern and the cue. Runs before a step sounds.
+    // bar's pattern at step 0 and reports the pattern and the cue. In pattern mode reports a pattern that was
+    // taken over since the step before. Runs before a step sounds.
     void enterStep(MessageSink& messages) noexcept;
 
-    // Moves the position on by one.
+    // Moves the position on by one: through the song, or in pattern mode round its bar.
     void advancePosition() noexcept;
 
-    // Moves the steps on. A module past its last step begins again, in pattern mode with its cue, and reports
-    // the pattern when that is another one. In song mode only bars change a pattern.
-    void advanceSteps(const PatternStore& patterns, MessageSink& messages) noexcept;
+    // Moves the steps on. A module past its last step begins again, in pattern mode with its cue. In song
+    // mode only bars change a pattern.
+    void advanceSteps(const PatternStore& patterns) noexcept;
 
     // The next start begins at step 0 everywhere unless a step is placed again.
     void stop() noexcept;
@@ -49,10 +50,12 @@ class ModulePlaces {
     };
     struct Module {
         Selected playing, cued;
+        Selected reported; // what the caller knows of
         BarRegister currBar, nextBar;
         int step = 0;
     };
     void applySelection(const EngineCall& call, Module& module) noexcept;
+    void enterBar(MessageSink& messages) noexcept;
     void forgetBars() noexcept;
 
     std::array<Module, kModules> modules_;

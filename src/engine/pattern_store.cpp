@@ -6,8 +6,6 @@ namespace marlune {
 
 namespace {
 
-constexpr const char* kModuleNames[kModules] = {"103A", "103B", "109"};
-
 bool within(int value, int count) {
     return value >= 0 && value < count;
 }

@@ -51,6 +51,7 @@ void Sequencer::sendShortMessage(const EngineCall& call, MidiSink& midi) const n
 
 void Sequencer::start() noexcept {
     running_ = true;
+    stepsPlayed_ = 0;
     for (BassVoice& voice : bass_) voice.start();
     drums_.start();
     sync_.start();
@@ -79,7 +80,16 @@ void Sequencer::playStep(MidiSink& midi, MessageSink& messages) noexcept {
     drums_.play(patterns_.drum(drum.bank, drum.patt), steps[kDrumModule], knobs_, midi);
     for (int m = 0; m < kBassModules; ++m) bass_[m].play(playingBass(m), steps[m], knobs_, midi);
     messages.post({kTickMessage, position, packSteps(steps[0], steps[1], steps[2])});
-    places_.advanceSteps(patterns_, messages);
+    ++stepsPlayed_;
+    places_.advanceSteps(patterns_);
+}
+
+void Sequencer::skipSteps(int steps, Sinks sinks) noexcept {
+    for (int i = 0; i < steps; ++i) {
+        places_.enterStep(sinks.messages);
+        places_.advancePosition();
+        places_.advanceSteps(patterns_);
+    }
 }
 
 const BassPattern& Sequencer::playingBass(int module) const noexcept {

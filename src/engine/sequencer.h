@@ -4,11 +4,12 @@
 // No clock, no thread, no global, no allocation. Six periods make a step, the first of them plays it. One
 // step, in this order:
 //   1. song mode, position 0 of a bar: modules move to the bar's pattern (messages 1310 and 1320 + module);
+//      pattern mode: a module that took its cue over reports it (message 1310 + module);
 //   2. 103A, 103B: the last note is released unless the coming step has the same;
 //   3. prepared controllers; the position moves on;
 //   4. drums; then 103A, 103B, each with its program change first where one is due;
 //   5. message 1300 with position and steps just played;
-//   6. the steps move on; modules that wrap take their cue over (message 1310 + module).
+//   6. the steps move on; modules that wrap take their cue over.
 #pragma once
 
 #include "boundary/sounding_notes.h"
@@ -34,6 +35,11 @@ class Sequencer {
     // One timer period: the clock byte first, then with every sixth one a step.
     void period(Sinks sinks) noexcept;
 
+    // Steps that have been played already (messages were posted for them) pass once more from where a placing
+    // has put the modules: positions, steps and patterns move, nothing sounds. steps below 1 does nothing.
+    void skipSteps(int steps, Sinks sinks) noexcept;
+    int stepsPlayed() const noexcept { return stepsPlayed_; } // since the start
+
     // Releases everything that sounds, one by one.
     void releaseAll(Sinks sinks) noexcept {
         sounding_.releaseAll([&](const MidiMessage& message) { sinks.midi.midi(Role::seq, message); });
@@ -55,6 +61,7 @@ class Sequencer {
     DrumVoice drums_;
     SyncStream sync_;
     bool running_ = false;
+    int stepsPlayed_ = 0;
     SoundingNotes sounding_;
 };
 

@@ -34,7 +34,7 @@ void SyncStream::open(MidiSink& sink) const noexcept {
         sink.midi(Role::sync, midiBytes(kClockStart));
         return;
     }
-    sink.midi(Role::sync, songPosition(startPosition_));
+    sink.midi(Role::sync, songPositionPointer(startPosition_));
     sink.midi(Role::sync, midiBytes(kClockContinue));
 }
 

@@ -9,6 +9,8 @@
 #include "panel/form_parts.h"
 #include "panel/refresh.h"
 #include "project/song_track.h"
+#include "song/recording_end.h"
+#include "song/song_place.h"
 #include "transport/transport.h"
 #include "util/text_number.h"
 #include "util/whole_file.h"
@@ -43,38 +45,30 @@ void openTracks(MidiFileWriter& writer, const std::string& title) {
 }
 
 // What a run changes, put back at the end of its scope whatever happens in between. The recording is not:
-// a run disarms it.
+// a run disarms it. The modules stay at the steps where it left them.
 class SavedState {
   public:
     SavedState() = default;
     SavedState(const SavedState&) = delete;
     SavedState& operator=(const SavedState&) = delete;
     ~SavedState() {
-        const bool disarmed = wasRecording_ && songMode_;
-        songTick = tick_;
-        songMode = songMode_;
-        transportRunning = false;
+        restSteps(exportSteps());
         project = record_;
         MIDIIn1.setMessageEvents(events_);
-        if (disarmed) enableSongKnobs(false);
-        refreshRec();
     }
 
   private:
-    int tick_ = songTick;
-    bool songMode_ = songMode;
-    bool wasRecording_ = recordOn;
     bool events_ = MIDIIn1.MessageEvents;
     ProjectRecord record_ = project;
 };
 
 void playTicks(int startTick, int endTick) {
     ProgressBar& bar = exportMeter.ProgressBar1;
-    bar = {barOf(startTick), endTick / kTicksPerBar + 2, barOf(songTick)};
+    bar = {barOf(startTick), endTick / kTicksPerBar + 2, barOf(startTick)};
     for (int played = 0; exportMeter.tag == "0" && played < endTick - startTick; ++played) {
         ExportToMIDProcessTick();
-        if (!isBarLine(songTick) || songTick == 0) continue;
-        bar.value = barOf(songTick);
+        if (!isBarLine(exportTick()) || exportTick() == 0) continue;
+        bar.value = barOf(exportTick());
         shell().formChanged(exportMeter);
         shell().letEventsRun();
     }
@@ -83,16 +77,14 @@ void playTicks(int startTick, int endTick) {
 // Plays the stretch into a file in memory.
 void runInto(MemoryMidiFile& file, const std::string& title, int startTick, int endTick) {
     const SavedState saved;
-    songMode = true;
-    transportRunning = true;
-    recordOn = false;
+    if (recordingState->recordOn) endRecording();
+    cueCurrent(project);             // the song alone says what comes
     MIDIIn1.setMessageEvents(false); // what is played now would not survive the run
     openTracks(file, title);
-    songTick = startTick;
     beginExportRun(file, startTick);
     exportMeter.show();
     for (int knob = 0; knob < kKnobs; ++knob) {
-        project.knobValue[knob] = knobTrack[knob][songTick];
+        project.knobValue[knob] = knobTrack[knob][startTick];
         midiKnobUpdateMIDExp(knob);
     }
     playTicks(startTick, endTick);
@@ -126,7 +118,8 @@ bool ExportToMID(const std::string& title, int startTick, int endTick) {
     MemoryMidiFile file;
     runInto(file, title, startTick, endTick);
     if (file.finish(name)) return true;
-    shell().showStatus("Can't write " + extractFileName(name) + ".");
+    shell().messageBox("Can't write " + extractFileName(name) + ".\nThe file on disk is as it was.",
+                       BoxIcon::exclamation, BoxButtons::ok);
     return false;
 }
 
@@ -159,7 +152,7 @@ void marluneExport::Form_Activate() {
 bool marluneExport::Command1_Click() {
     const auto bars = enteredBars(Text1, "Enter the number of Bars to export (1 to 1000)");
     if (!bars) return false;
-    const int exportStartBar = barOf(songTick);
+    const int exportStartBar = shownBar();
     exportBars = *bars;
     Command1.enabled = false;
     hide();

@@ -16,9 +16,12 @@ void mnuFileExport_Click();
 // everything back as it was. True when a file was written; a cancel in the meter ends the file early.
 bool ExportToMID(const std::string& title, int startTick, int endTick);
 
+inline constexpr int kDefaultExportBars = 16;
+
 struct marluneExport final : Form {
     marluneExport();
-    TextBox Text1; // number of bars
+    TextBox Text1;                       // number of bars
+    int exportBars = kDefaultExportBars; // what it offers: the number last taken
     Label Label1, Label2;
     Button Command1, Command2;
 

@@ -11,6 +11,8 @@ namespace {
 
 struct ExportRun {
     MidiFileWriter* writer = nullptr;
+    int songTick = 0;                               // the tick that comes
+    std::array<int, kModules> step{};               // and the step of each module
     int track = 0;                                  // destination of the next event
     std::array<int, kExportTracks> lastEventTick{}; // song tick of the last event of each track
     std::array<bool, kBassModules> noteActive{};    // a note awaits its release
@@ -31,8 +33,8 @@ void chooseTrack(int track) {
 
 void writeEvent(int status, int data1, int data2) {
     int& last = run.lastEventTick[run.track];
-    run.writer->event((songTick - last) * kFileTicksPerStep, status, data1, data2);
-    last = songTick;
+    run.writer->event((run.songTick - last) * kFileTicksPerStep, status, data1, data2);
+    last = run.songTick;
 }
 
 void SendNoteMIDExp(int channel, int note, int velocity) {
@@ -51,28 +53,25 @@ void releaseBassNotes() {
     }
 }
 
-void songKnobTickMIDExp(bool recording) {
-    if (recording) return;
+void songKnobTickMIDExp() {
     for (int knob = 0; knob < kKnobs; ++knob) {
-        knobMoved[knob] = 0;
-        if (knobTrack[knob][songTick] == project.knobValue[knob]) continue;
-        project.knobValue[knob] = knobTrack[knob][songTick];
+        if (knobTrack[knob][run.songTick] == project.knobValue[knob]) continue;
+        project.knobValue[knob] = knobTrack[knob][run.songTick];
         midiKnobUpdateMIDExp(knob);
     }
 }
 
 // A module whose bar holds another pattern than it plays takes it and begins anew.
 void takeBars() {
-    if (!isBarLine(songTick)) return;
+    if (!isBarLine(run.songTick)) return;
     for (int m = 0; m < kModules; ++m) {
-        const int bank = barBank(m, songTick);
-        const int patt = barPatt(m, songTick);
-        if (barRecording[m] && recordOn && transportRunning) setNextBar(m, songTick, bank, patt);
+        const int bank = barBank(m, run.songTick);
+        const int patt = barPatt(m, run.songTick);
         const Selection at = selectionOf(project, m);
         if (at.currBank == bank && at.currPatt == patt) continue;
         at.currBank = at.nextBank = bank;
         at.currPatt = at.nextPatt = patt;
-        stepWork[m] = 0;
+        run.step[m] = 0;
     }
 }
 
@@ -108,7 +107,7 @@ void Play109AllMIDExp(int step) {
 void changePatch(int module) {
     BassModule& bass = project.bass[module];
     const int patch = currentBass(module).patch;
-    if (stepWork[module] != 0 || patch == bass.lastPatch || patch == kNoPatch) return;
+    if (run.step[module] != 0 || patch == bass.lastPatch || patch == kNoPatch) return;
     chooseTrack(noteTrack(module));
     SendPatchChangeMIDExp(bass.storedChannel, patch);
     bass.lastPatch = patch;
@@ -117,8 +116,8 @@ void changePatch(int module) {
 
 void advanceSteps() {
     for (int m = 0; m < kModules; ++m) {
-        const StepAdvance advance = nextStep(stepWork[m], currentLoopEnd(m));
-        stepWork[m] = advance.step;
+        const StepAdvance advance = nextStep(run.step[m], currentLoopEnd(m));
+        run.step[m] = advance.step;
         if (!advance.wrapped) continue;
         const Selection at = selectionOf(project, m);
         at.currBank = int{at.nextBank};
@@ -131,38 +130,44 @@ void advanceSteps() {
 void beginExportRun(MidiFileWriter& writer, int startTick) {
     run = {};
     run.writer = &writer;
+    run.songTick = startTick;
+    for (int m = 0; m < kModules; ++m) run.step[m] = songPosition->moduleStep[m] % kSteps;
     run.lastEventTick.fill(startTick);
     config.drumSounding = {};
 }
 
 void midiKnobUpdateMIDExp(int knob) {
     const int controller = controllerOfKnob(knob);
-    if (controller <= 0 || !songMode) return;
+    if (controller <= 0) return;
     const int module = moduleOfKnob(knob);
     chooseTrack(controlTrack(module));
     writeEvent(kControlChange + channelOf(module), controller, project.knobValue[knob]);
 }
 
 void ExportToMIDProcessTick() {
-    for (int m = 0; m < kModules; ++m) stepWork[m] = moduleStep[m] % kSteps;
     releaseBassNotes();
-    if (songMode) {
-        songKnobTickMIDExp(recordOn);
-        takeBars();
-    }
+    songKnobTickMIDExp();
+    takeBars();
     for (int m = kBassModules - 1; m >= 0; --m) {
-        project.bass[m].lastNote = pitchOfStep(currentBass(m).steps[stepWork[m]], baseNoteOf(m));
+        project.bass[m].lastNote = pitchOfStep(currentBass(m).steps[run.step[m]], baseNoteOf(m));
     }
     chooseTrack(kDrumTrack);
-    Play109AllMIDExp(stepWork[kDrumModule]);
+    Play109AllMIDExp(run.step[kDrumModule]);
     for (int m = 0; m < kBassModules; ++m) {
         changePatch(m);
         chooseTrack(noteTrack(m));
-        Play103NoteMIDExp(m, stepWork[m]);
+        Play103NoteMIDExp(m, run.step[m]);
     }
-    advanceSongTick();
+    run.songTick = nextSongTick(run.songTick);
     advanceSteps();
-    for (int m = 0; m < kModules; ++m) moduleStep[m] = static_cast<std::int16_t>(stepWork[m]);
+}
+
+int exportTick() {
+    return run.songTick;
+}
+
+std::array<int, kModules> exportSteps() {
+    return run.step;
 }
 
 } // namespace marlune

@@ -5,6 +5,9 @@
 // User-interface thread. Works on the live record: whoever runs it saves the record before and restores it.
 #pragma once
 
+#include <array>
+
+#include "boundary/limits.h"
 #include "files/midi_file_writer.h"
 
 namespace marlune {
@@ -20,11 +23,15 @@ enum ExportTrack {
 };
 inline constexpr int kExportTracks = 7;
 
-// Begins a run at a song tick: nothing sounds, every track's time stands there. The writer outlives the run.
+// Begins a run at a song tick, with the modules at the steps where they stand: nothing sounds, every track's
+// time is that tick. The writer outlives the run.
 void beginExportRun(MidiFileWriter& writer, int startTick);
 
-// Plays the tick at songTick and moves on by one.
+// Plays the tick that comes and moves on by one.
 void ExportToMIDProcessTick();
+
+int exportTick();                        // the tick that comes, 0..15999
+std::array<int, kModules> exportSteps(); // and the step of each module
 
 // Writes a knob's controller into the track of its module; a knob with controller 0 or none writes nothing.
 void midiKnobUpdateMIDExp(int knob);

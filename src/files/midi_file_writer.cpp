@@ -22,7 +22,7 @@ constexpr std::array<std::uint8_t, 4> kEndOfTrack{0, kMeta, 0x2F, 0}; // after a
 std::uint8_t lowByte(std::uint32_t value) {
     return static_cast<std::uint8_t>(value & 0xFFU);
 }
-std::uint8_t dataByte(int value) {
+std::uint8_t sevenBits(int value) {
     return static_cast<std::uint8_t>(value & 0x7F);
 }
 
@@ -65,14 +65,14 @@ void MemoryMidiFile::event(int delta, int status, int data1, int data2) {
     Bytes& track = tracks_[current_];
     appendLength(track, static_cast<std::uint32_t>(std::clamp(delta, 0, kLongestDelta)));
     track.push_back(static_cast<std::uint8_t>(status));
-    track.push_back(dataByte(data1));
-    if (hasSecondByte(status)) track.push_back(dataByte(data2));
+    track.push_back(sevenBits(data1));
+    if (hasSecondByte(status)) track.push_back(sevenBits(data2));
 }
 
 void MemoryMidiFile::meta(int type, const std::uint8_t* data, std::size_t size) {
     if (tracks_.empty()) return;
     Bytes& track = tracks_[current_];
-    track.insert(track.end(), {0, kMeta, dataByte(type)});
+    track.insert(track.end(), {0, kMeta, sevenBits(type)});
     size = std::min<std::size_t>(size, kLongestDelta); // lengths are written like deltas
     appendLength(track, static_cast<std::uint32_t>(size));
     track.insert(track.end(), data, data + size);

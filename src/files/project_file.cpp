@@ -4,15 +4,17 @@
 
 #include "boundary/app_shell.h"
 #include "boundary/engine_component.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
-#include "panel/mode_switch.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
 #include "project/pattern_push.h"
 #include "project/record_limits.h"
 #include "project/song_packing.h"
-#include "project/song_reset.h"
 #include "project/song_track.h"
+#include "song/mode_switch.h"
+#include "song/song_place.h"
+#include "song/song_reset.h"
 #include "transport/timer_control.h"
 #include "util/whole_file.h"
 
@@ -44,28 +46,9 @@ void takeRecord(const std::vector<std::uint8_t>& bytes) {
 }
 
 void tellComponent() {
-    for (int m = 0; m < kModules; ++m) {
-        SetCurrGroup32(m, selectionOf(project, m).currBank);
-        SetCurrPatt32(m, selectionOf(project, m).currPatt);
-    }
-    for (int m = 0; m < kModules; ++m) {
-        SetNextGroup32(m, selectionOf(project, m).nextBank);
-        SetNextPatt32(m, selectionOf(project, m).nextPatt);
-    }
+    placePatterns();
     for (int m = 0; m < kBassModules; ++m) Set103StoredChan32(m, project.bass[m].storedChannel);
     pushAllPatterns(0, 1, kDrumModule);
-}
-
-void enterSavedSongMode() {
-    SongSwitch(true);
-    SetSongTick32(songTick);
-    for (int m = 0; m < kModules; ++m) {
-        sendSongBar(m);
-        SetNextBarGroup32(m, nextBarBank(m, songTick));
-        SetNextBarPatt32(m, nextBarPatt(m, songTick));
-    }
-    holdSongTick = !transportRunning; // a running component plays this tick next
-    refreshAll();
 }
 
 // The steps of a load; false at the first that fails.
@@ -82,16 +65,8 @@ bool takeFile(const FileBytes& file) {
     // One byte more than the significant entries is the least that a saved file has.
     if (file.size < kEntriesOffset + size + 1) return false;
     if (!unpackSong({file.bytes.data() + kEntriesOffset, size})) return false;
-    songMode = savedSongMode;
-    if (songMode) enterSavedSongMode();
+    if (editingState->savedSongMode) SongSwitch(true);
     return true;
-}
-
-void refreshLoaded() {
-    refresh103Patt(0);
-    refresh103Patt(1);
-    refresh109Patt(project.drum.selDrum);
-    for (int knob = 0; knob < kKnobs; ++knob) refreshKnob(knob);
 }
 
 // Asks for a name through the dialog; empty when it was left without one.
@@ -114,10 +89,21 @@ void saveAs(const std::string& name) {
     if (saved) nameProject(name);
 }
 
+void saveProject(bool underNewName) {
+    releaseCtrl();
+    std::string name = editingState->projectFileName;
+    while (underNewName) {
+        name = askName(true);
+        if (name.empty()) return;
+        if (wannaOverwrite(name) == 1) break; // else the dialog is shown again
+    }
+    saveAs(name);
+}
+
 } // namespace
 
 bool loadProjectFile(const std::string& fileName) {
-    ++recordGeneration;
+    recordReplaced();
     if (takeFile(readFileStart(fileName, kLargestFile))) return true;
     shell().messageBox("File Open Error : \nThe file being opened is not a valid Marlune file.",
                        BoxIcon::exclamation, BoxButtons::ok);
@@ -125,7 +111,7 @@ bool loadProjectFile(const std::string& fileName) {
 }
 
 bool saveProjectFile(const std::string& fileName) {
-    ProjectRecord record = songMode ? patternImage : project;
+    ProjectRecord record = songPosition->songMode ? patternImage : project;
     record.tempo = project.tempo; // outlasts song mode, as it does at the switch
     cueCurrent(record);           // as a load leaves it
     const std::vector<std::uint8_t> song = packSong();
@@ -136,70 +122,58 @@ bool saveProjectFile(const std::string& fileName) {
     bytes.insert(bytes.end(), song.begin(), song.end());
     bytes.resize(bytes.size() + kPackedEntrySize); // the entry that carries nothing
     if (!writeFileAtomically(fileName, bytes)) {
-        shell().showStatus("Can't save " + extractFileName(fileName) + ". The file on disk is as it was.");
+        shell().messageBox("Can't save " + extractFileName(fileName) + ".\nThe file on disk is as it was.",
+                           BoxIcon::exclamation, BoxButtons::ok);
         return false;
     }
-    savedSongMode = songMode;
+    noteSavedMode();
     showProjectTitle(fileName);
     return true;
 }
 
 void mnuFileOpenPatt_Click() {
-    ctrlDown = false;
+    releaseCtrl();
     if (wannaSaveYourWorkCancel()) return;
-    dlgCommonDialog.fileName = withoutExtension(projectFileName);
+    dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
     const std::string name = askName(false);
     if (name.empty()) return;
-    if (songMode) SongSwitch(false);
+    if (songPosition->songMode) SongSwitch(false);
     showFrame(Control::sel109, project.drum.selDrum, 0);
     shell().showPointer(Pointer::hourglass);
     shell().letEventsRun();
     loadProjectFile(name);
     refreshTempo();
-    refreshLoaded();
+    refreshAll();
     nameProject(name);
     shell().showPointer(Pointer::normal);
 }
 
 void mnuFileSavePatt_Click() {
-    ctrlDown = false;
-    while (projectFileName == kUntitled || saveAsRequested) {
-        const std::string name = askName(true);
-        if (name.empty()) break;
-        if (wannaOverwrite(name) != 1) continue; // shows the dialog again
-        saveAs(name);
-        saveAsRequested = false;
-        return;
-    }
-    if (projectFileName != kUntitled && !saveAsRequested) saveAs(projectFileName);
-    saveAsRequested = false;
+    saveProject(editingState->projectFileName == kUntitled);
 }
 
 void mnuSaveAs_Click() {
-    ctrlDown = false;
-    saveAsRequested = true;
-    mnuFileSavePatt_Click();
-    saveAsRequested = false;
+    saveProject(true);
 }
 
 void OpenOnLoad(const std::string& fileName) {
     shell().showPointer(Pointer::hourglass);
     loadProjectFile(fileName);
     shell().showPointer(Pointer::normal);
-    refreshLoaded();
+    refreshAll();
     refreshTempo();
     nameProject(fileName);
 }
 
 bool wannaSaveYourWorkCancel() {
-    if (!projectDirty) return false;
-    const BoxAnswer answer =
-        shell().messageBox("Save changes to " + extractFileName(projectFileName) + "\nbefore closing ? ",
-                           BoxIcon::exclamation, BoxButtons::yesNoCancel);
+    if (!editingState->projectDirty) return false;
+    const BoxAnswer answer = shell().messageBox(
+        "Save changes to " + extractFileName(editingState->projectFileName) + "\nbefore closing ? ",
+        BoxIcon::exclamation, BoxButtons::yesNoCancel);
     if (answer == BoxAnswer::no) return false;
     if (answer != BoxAnswer::yes) return true;
     mnuFileSavePatt_Click();
-    return projectDirty;
+    return editingState->projectDirty;
 }
 
 int wannaOverwrite(const std::string& fileName) {
@@ -207,16 +181,6 @@ int wannaOverwrite(const std::string& fileName) {
     const BoxAnswer answer = shell().messageBox(fileName + " already exists. Do\nyou want to replace it ?",
                                                 BoxIcon::exclamation, BoxButtons::okCancel);
     return answer == BoxAnswer::ok ? 1 : 2;
-}
-
-void nameProject(const std::string& fileName) {
-    projectFileName = fileName;
-    projectDirty = false;
-    showProjectTitle(extractFileName(fileName));
-}
-
-void showProjectTitle(const std::string& fileName) {
-    shell().showTitle("Marlune 200Q [ " + fileName + " ]");
 }
 
 } // namespace marlune

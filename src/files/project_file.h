@@ -13,7 +13,7 @@ namespace marlune {
 bool loadProjectFile(const std::string& fileName);
 
 // Writes the project (in song mode the patterns as they stood when it began) as a whole or not at all. A
-// failure leaves the old file, projectDirty and the title, and is told in the status line.
+// failure leaves the old file, projectDirty and the title, and is told in a message box.
 bool saveProjectFile(const std::string& fileName);
 
 void mnuFileOpenPatt_Click();
@@ -29,10 +29,5 @@ bool wannaSaveYourWorkCancel();
 
 // Asks before a file is replaced: 1 go on, 2 cancel.
 int wannaOverwrite(const std::string& fileName);
-
-// The project is now this file and has no unsaved changes.
-void nameProject(const std::string& fileName);
-
-void showProjectTitle(const std::string& fileName);
 
 } // namespace marlune

@@ -1,28 +1,18 @@
 #include "midi/midi_output.h"
 
-#include <algorithm>
-
 #include "boundary/engine_component.h"
 #include "boundary/midi_bytes.h"
 #include "project/global_config.h"
 
 namespace marlune {
 
-namespace {
-
-int dataByte(int value) {
-    return std::clamp(value, 0, 127);
-}
-
-} // namespace
-
 void midiNoteOn(int channel, int note, int velocity) {
-    SendShortMessage32(kNoteOn + (channel & 0x0F), dataByte(note), dataByte(velocity));
+    SendShortMessage32(kNoteOn + (channel & 0x0F), limitedData(note), limitedData(velocity));
 }
 
 void midiProgramChange(int channel, int patch) {
     if (patch < 0) return;
-    SendShortMessage32(kProgramChange + (channel & 0x0F), dataByte(patch), 0);
+    SendShortMessage32(kProgramChange + (channel & 0x0F), limitedData(patch), 0);
 }
 
 void pushOutputAssignment() {

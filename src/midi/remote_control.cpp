@@ -7,10 +7,11 @@
 #include "midi/midi_input.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "panel/step_editing.h"
 #include "project/global_config.h"
+#include "project/recording.h"
 #include "project/song_track.h"
+#include "song/selection.h"
 
 namespace marlune {
 
@@ -62,14 +63,14 @@ bool isNote(int status) {
 
 // Song playback and a stopped song that isn't recorded take nothing from the controllers.
 bool takesInput() {
-    return recordOn || !songMode;
+    return recordingState->recordOn || !songPosition->songMode;
 }
 
 void moveKnob(int knob, int value) {
     if (!takesInput()) return;
     project.knobValue[knob] = value;
-    knobMoved[knob] = 0xFF;
-    if (songMode && recordOn) recordKnobValue(knob, value);
+    markKnobMoved(knob);
+    if (songPosition->songMode && recordingState->recordOn) recordKnobValue(knob, value);
 }
 
 template <typename Handler>
@@ -97,9 +98,9 @@ void MIDIIn1_Message() {
         }
     });
     for (int knob = 0; knob < kKnobs; ++knob) {
-        if (knobMoved[knob] == 0) continue;
+        if (!recordingState->knobMoved[knob]) continue;
         refreshKnob(knob);
-        knobMoved[knob] = 0;
+        forgetKnobMoved(knob);
     }
 }
 
@@ -140,7 +141,7 @@ void remoteNoteSnapShot(int note, int channel) {
         if (entry.mapPatt[m] < 0) continue;
         if (entry.mapBank[m] >= 0) bankClick(m, entry.mapBank[m]);
         selPatt(m, entry.mapPatt[m]);
-        if (recordOn) barRecording[m] = true;
+        if (recordingState->recordOn) recordBars(m);
     }
 }
 

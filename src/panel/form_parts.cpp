@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "boundary/app_shell.h"
+#include "panel/refresh.h"
 #include "project/song_track.h"
 #include "util/text_number.h"
 
@@ -17,7 +18,7 @@ void okCancelRow(FormBuilder& builder, Button& ok, FormEvent accept, Button& can
 }
 
 std::string startingBarText() {
-    return "[ Starting at Bar:" + std::to_string(barOf(songTick) + 1) + "  ]";
+    return "[ Starting at Bar:" + std::to_string(shownBar() + 1) + "  ]";
 }
 
 std::optional<int> enteredBars(const TextBox& box, const char* refusal) {
@@ -25,7 +26,7 @@ std::optional<int> enteredBars(const TextBox& box, const char* refusal) {
         shell().messageBox(refusal, BoxIcon::information, BoxButtons::ok);
         return std::nullopt;
     }
-    return std::clamp(leadingInteger(box.text), 1, kSongBars - barOf(songTick));
+    return std::clamp(leadingInteger(box.text), 1, kSongBars - shownBar());
 }
 
 } // namespace marlune

@@ -17,4 +17,19 @@ int marluneKeySlider::moveKey(int position) const {
     return std::max(std::min<int>(value, keyMax), int{keyMin});
 }
 
+marluneKeySlider& panelSlider() {
+    static marluneKeySlider slider;
+    return slider;
+}
+
+NumberDrag& numberDrag() {
+    static NumberDrag drag;
+    return drag;
+}
+
+void resetDrags() {
+    panelSlider() = {};
+    numberDrag() = {};
+}
+
 } // namespace marlune

@@ -25,4 +25,18 @@ class marluneKeySlider {
     std::int16_t keyRange = 1;
 };
 
+// The slider that all drags on number fields share.
+marluneKeySlider& panelSlider();
+
+// The drag under way, from the press to the release: it belongs to the pattern on which it began, whatever
+// plays meanwhile.
+struct NumberDrag {
+    int bank = 0, pattern = 0; // on which it began
+    int value = 0;             // where it is
+    double pressedAt = 0;      // twips
+    bool moved = false;
+};
+NumberDrag& numberDrag();
+void resetDrags(); // slider and drag as at the start of the program
+
 } // namespace marlune

@@ -3,10 +3,11 @@
 #include <algorithm>
 
 #include "boundary/engine_component.h"
+#include "panel/editing.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
+#include "project/recording.h"
 #include "project/song_track.h"
-#include "util/tempo_calc.h"
 #include "util/text_number.h"
 
 namespace marlune {
@@ -15,8 +16,7 @@ namespace {
 
 constexpr double kFramesPerValue = 0.4173228346457; // 53 frames over 127 values
 constexpr double kValuesPerTwip = 0.1693333333333;  // 127 values over 750 twips
-constexpr int kMaxValue = 127;
-constexpr int kTempoDragTwips = 750; // span the 200 beats between the limits
+constexpr int kTempoDragTwips = 750;                // span the 200 beats between the limits
 constexpr int kFineness = 10;
 
 // Whether the drag under way is a fine one: on a change the drag counts anew from where it is, so that the
@@ -24,7 +24,7 @@ constexpr int kFineness = 10;
 bool dragIsFine = false;
 
 bool knobIsFree() {
-    return !songMode || recordOn;
+    return !songPosition->songMode || recordingState->recordOn;
 }
 
 void startDrag(double y, int value) {
@@ -43,10 +43,10 @@ double dragDistance(double y, bool fine, int value) {
 
 void turnKnob(int knob, int value) {
     const int old = project.knobValue[knob];
-    project.knobValue[knob] = std::clamp(value, 0, kMaxValue);
+    project.knobValue[knob] = std::clamp(value, 0, kTopValue);
     if (project.knobValue[knob] == old) return;
     refreshKnob(knob);
-    if (recordOn) recordKnobValue(knob, project.knobValue[knob]);
+    if (recordingState->recordOn) recordKnobValue(knob, project.knobValue[knob]);
 }
 
 } // namespace
@@ -65,12 +65,12 @@ void refreshKnob(int knob) {
 }
 
 void refreshKnobGfx(int knob) {
-    projectDirty = true;
+    markProject();
     showFrame(Control::knobSprite, knob, knobFrame(project.knobValue[knob]));
 }
 
 void midiKnobUpdate(int knob) {
-    if (songMode) {
+    if (songPosition->songMode) {
         PrepareController32(knob, project.knobValue[knob]);
     } else {
         SetController32(knob, project.knobValue[knob]);
@@ -79,11 +79,10 @@ void midiKnobUpdate(int knob) {
 
 void refreshTempo() {
     project.tempo = std::clamp<int>(project.tempo, kMinTempo, kMaxTempo);
-    projectDirty = true;
+    markProject();
     showFrame(Control::knobTempo, 0, tempoFrame(project.tempo));
     showNumber(Control::tempoBPM, 0, project.tempo);
-    drawBudgetMs = stepMilliseconds(project.tempo) / 2;
-    if (transportRunning) project.tempoChanged = true;
+    if (transportState->transportRunning) project.tempoChanged = true;
 }
 
 void knobSprite_MouseDown(int knob, bool leftButton, double y) {

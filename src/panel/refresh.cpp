@@ -4,7 +4,7 @@
 
 #include "panel/knobs.h"
 #include "panel/shown_state.h"
-#include "project/run_state.h"
+#include "project/song_track.h"
 
 namespace marlune {
 
@@ -21,10 +21,30 @@ int digitFrame(int bank, int pattern) {
 } // namespace
 
 void refreshAll() {
-    refresh103Patt(0);
-    refresh103Patt(1);
-    refresh109Patt(project.drum.selDrum);
+    for (int m = 0; m < kModules; ++m) {
+        refreshCurrBankPatt(m);
+        refreshNextBankPatt(m);
+        refreshStepLamp(m);
+        showFrame(Control::SelEditPicture, m, m == editingState->editSel ? 0 : 1);
+    }
+    refreshSongTime();
     for (int knob = 0; knob < kKnobs; ++knob) refreshKnob(knob);
+}
+
+bool songSounds() {
+    return songPosition->songMode && transportState->transportRunning && !songPosition->holdSongTick;
+}
+
+int shownBar() {
+    return barOf(songSounds() ? songPosition->playedTick : songPosition->songTick);
+}
+
+void refreshSongTime() {
+    const int inBar = songPosition->songTick % kTicksPerBar;
+    const bool stepping = songPosition->byTicks || inBar != 0;
+    const bool atRest = songPosition->songMode && !transportState->transportRunning;
+    showNumber(Control::timeDisplay, 0, shownBar() + 1);
+    showText(Control::microDisplay, 0, atRest && stepping ? "[ " + std::to_string(inBar + 1) + "/16]" : "");
 }
 
 void refresh103Patt(int module) {
@@ -83,39 +103,45 @@ void refreshLoop(int module) {
     showNumber(Control::LoopPt, module, currentLoopEnd(module) + 1);
 }
 
+std::string patchText(int patch) {
+    return patch < 0 ? "NONE" : std::to_string(patch);
+}
+
 void refreshPatch(int module) {
     const int patch = currentBass(module).patch;
-    showText(Control::PatchID, module, patch < 0 ? "NONE" : std::to_string(patch));
+    showText(Control::PatchID, module, patchText(patch));
 }
 
 void refreshStepLamp(int module) {
-    const int step = std::clamp<int>(moduleStep[module], 0, kSteps - 1);
-    showFrame(Control::LEDBar, module, step + (module == editSel ? kHighlightFrames : 0));
+    const int step = std::clamp<int>(songPosition->moduleStep[module], 0, kSteps - 1);
+    showFrame(Control::LEDBar, module, step + (module == editingState->editSel ? kHighlightFrames : 0));
 }
 
 void setEditSel(int module) {
-    if (module == editSel) return;
-    showFrame(Control::SelEditPicture, editSel, 1);
+    if (module == editingState->editSel) return;
+    showFrame(Control::SelEditPicture, editingState->editSel, 1);
     showFrame(Control::SelEditPicture, module, 0);
-    editSel = module;
-    if (transportRunning) return;
+    editingState.write().editSel = module;
+    if (transportState->transportRunning) return;
     for (int m = 0; m < kModules; ++m) refreshStepLamp(m);
 }
 
 int songFrame() {
-    return songMode ? 1 : 0;
+    return songPosition->songMode ? 1 : 0;
 }
 
 void refreshPlaySong() {
-    showFrame(Control::playSongButton, 0, songFrame() + (songMode && transportRunning ? 1 : 0));
+    showFrame(Control::playSongButton, 0,
+              songFrame() + (songPosition->songMode && transportState->transportRunning ? 1 : 0));
 }
 
 void refreshRec() {
-    showFrame(Control::RecButton, 0, songFrame() + (songMode && recordOn ? 1 : 0));
+    showFrame(Control::RecButton, 0,
+              songFrame() + (songPosition->songMode && recordingState->recordOn ? 1 : 0));
 }
 
 void refreshTransport() {
-    showFrame(Control::startStopButton, 0, transportRunning ? 1 : 0);
+    showFrame(Control::startStopButton, 0, transportState->transportRunning ? 1 : 0);
     refreshPlaySong();
     refreshRec();
     showFrame(Control::stopButton, 0, songFrame());

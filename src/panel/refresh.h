@@ -4,9 +4,13 @@
 // midiKnobUpdate.
 #pragma once
 
+#include <string>
+
 namespace marlune {
 
-void refreshAll();                    // both basslines, the drum row under edit, all knobs
+// Everything that follows from the data: patterns, digits, lamps with the highlight, bar and tick display,
+// knobs.
+void refreshAll();
 void refresh103Patt(int module);      // the current pattern and its step under edit; module 0 or 1
 void refresh109Patt(int drum);        // sel109(drum) lit, lamps of the row under edit, notes, loop point
 void refreshPattern(int module);      // either of the two, by module
@@ -15,8 +19,18 @@ void refreshCurrBankPatt(int module); // the current digit and the pattern behin
 void refreshNextBankPatt(int module); // the cued digit
 void setNextBankPatt(int module, int bank, int pattern); // the cued digit, shown without being stored
 void refreshLoop(int module);                            // LoopPt from loopEnd of the current pattern
+std::string patchText(int patch);
 void refreshPatch(int module);    // PatchID from patch of the current pattern; -1 is "NONE"
 void refreshStepLamp(int module); // LEDBar at moduleStep, highlighted for the module under edit
+
+// Whether the song plays, and a bar of it has sounded since the position was last placed.
+bool songSounds();
+
+// The bar that timeDisplay tells, 0..999: the one that sounds, at rest the one under the song position.
+int shownBar();
+
+// timeDisplay, and microDisplay: "[ 5/16]" at rest inside a bar or after a move by ticks, else empty.
+void refreshSongTime();
 
 // Makes a module the one under edit and moves the highlight; while the transport runs the lamps follow with
 // the next tick.

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "boundary/engine_component.h"
+#include "panel/editing.h"
 #include "panel/key_slider.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "panel/shown_state.h"
 #include "project/run_state.h"
 #include "util/text_number.h"
@@ -16,7 +16,6 @@ namespace {
 
 constexpr int kNoKeyFrame = 13;
 constexpr int kPatchDragTwips = 1800;
-constexpr int kMaxPatch = 127;
 
 // The step under edit, and where it stands in the component.
 struct EditedStep {
@@ -39,7 +38,7 @@ constexpr Octave kUp{&BassStep::up, Entry::Set103Up32, Control::up};
 constexpr Octave kDown{&BassStep::down, Entry::Set103Down32, Control::down};
 
 void octaveClick(int module, const Octave& pressed, const Octave& other) {
-    projectDirty = true;
+    markProject();
     const EditedStep at = editedStep(module);
     const auto send = [&](const Octave& octave, bool on) {
         at.step.*octave.flag = on;
@@ -59,12 +58,11 @@ void octaveClick(int module, const Octave& pressed, const Octave& other) {
     showFrame(pressed.control, module, at.step.*pressed.flag ? 1 : 0);
 }
 
-std::string patchText(int patch) {
-    return patch < 0 ? "NONE" : std::to_string(patch);
-}
-
-int shownPatch(int module) {
-    return shownText(Control::PatchID, module) == "NONE" ? kNoPatch : shownNumber(Control::PatchID, module);
+void storePatch(int module, int bank, int pattern, int patch) {
+    project.bass[module].patterns[bank][pattern].patch = patch;
+    markProject();
+    Set103Patch32(module, bank, pattern, patch);
+    refreshPatch(module);
 }
 
 } // namespace
@@ -75,7 +73,7 @@ void step103Click(int module, int step) {
 }
 
 void set103Note(int module, int key) {
-    projectDirty = true;
+    markProject();
     const auto [step, bank, pattern, index] = editedStep(module);
     const bool sounds = step.note != key || !step.noteOn;
     if (step.note != key) {
@@ -92,7 +90,7 @@ void accentClick(int module) {
     step.accent = !step.accent;
     Set103Accent32(module, bank, pattern, index, step.accent.number());
     showFrame(Control::accent, module, step.accent ? 1 : 0);
-    projectDirty = true;
+    markProject();
 }
 
 void upClick(int module) {
@@ -110,27 +108,27 @@ void step109click(int step) {
     cell = hit ? kDrumHit : 0;
     Set109bOn32(drum.currBank, drum.currPatt, step, drum.selDrum, hit ? 1 : 0);
     showLamp(step, hit);
-    projectDirty = true;
+    markProject();
 }
 
 void PatchID_MouseDown(int module, double y) {
-    panelSlider().initKey(roundHalfEven(y), kPatchDragTwips, kNoPatch, kMaxPatch, shownPatch(module));
+    const BassModule& bass = project.bass[module];
+    numberDrag() = {bass.currBank, bass.currPatt, currentBass(module).patch, y, false};
+    panelSlider().initKey(roundHalfEven(y), kPatchDragTwips, kNoPatch, kTopValue, numberDrag().value);
 }
 
 void PatchID_MouseMove(int module, double y) {
-    showText(Control::PatchID, module, patchText(panelSlider().moveKey(roundHalfEven(y))));
+    numberDrag().value = panelSlider().moveKey(roundHalfEven(y));
+    showText(Control::PatchID, module, patchText(numberDrag().value));
 }
 
 void PatchID_MouseUp(int module) {
-    currentBass(module).patch = shownPatch(module);
-    projectDirty = true;
-    const BassModule& bass = project.bass[module];
-    Set103Patch32(module, bass.currBank, bass.currPatt, currentBass(module).patch);
+    storePatch(module, numberDrag().bank, numberDrag().pattern, numberDrag().value);
 }
 
 void setPatch(int module, int patch) {
-    showText(Control::PatchID, module, patchText(std::clamp(patch, kNoPatch, kMaxPatch)));
-    PatchID_MouseUp(module);
+    const BassModule& bass = project.bass[module];
+    storePatch(module, bass.currBank, bass.currPatt, std::clamp(patch, kNoPatch, kTopValue));
 }
 
 } // namespace marlune

@@ -14,7 +14,8 @@ void upClick(int module); // with the other octave set both go off: back to the 
 void downClick(int module);
 void step109click(int step); // toggles the hit of the row under edit
 
-// The drag on PatchID. Shown while it moves, stored at the release. y: twips.
+// The drag on PatchID. Shown while it moves, stored at the release in the pattern on which it began. y:
+// twips.
 void PatchID_MouseDown(int module, double y);
 void PatchID_MouseMove(int module, double y);
 void PatchID_MouseUp(int module);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <span>
 
+#include "boundary/limits.h"
 #include "boundary/panel_view.h"
 
 namespace marlune {
@@ -63,7 +64,5 @@ struct MatrixGlyph {
 };
 std::span<const MatrixGlyph> matrixGlyphs();
 const MatrixGlyph* matrixGlyph(char character); // null for a character the font has not
-
-inline constexpr const char* kModuleNames[] = {"103A", "103B", "109", ""};
 
 } // namespace marlune

@@ -5,13 +5,14 @@
 #include "edit/clipboard.h"
 #include "edit/song_tools.h"
 #include "files/project_file.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
-#include "panel/mode_switch.h"
 #include "panel/refresh.h"
 #include "project/global_config.h"
 #include "project/pattern_push.h"
 #include "project/run_state.h"
 #include "setup/config_file.h"
+#include "song/mode_switch.h"
 
 namespace marlune {
 
@@ -21,7 +22,6 @@ constexpr int kFileTag = 91;
 constexpr int kFreshTempo = 140;
 constexpr int kFreshBaseNote = 36;
 constexpr int kFreshVelocity = 100;
-constexpr int kFreshDrumLevel = 100;
 constexpr int kFirstController = 12;
 constexpr int kFreshChannels[kModules] = {0, 1, 9};
 constexpr int kFreshDrumNotes[kDrums] = {36, 38, 39, 42, 44, 46, 48};
@@ -135,11 +135,11 @@ void ClearKeyMap() {
 }
 
 void mnuFileNew_Click() {
-    ctrlDown = false;
+    releaseCtrl();
     if (wannaSaveYourWorkCancel()) return;
     shell().showPointer(Pointer::hourglass);
-    ++recordGeneration;
-    SongSwitch(false);
+    recordReplaced();
+    if (songPosition->songMode) SongSwitch(false);
     init309();
     refreshAll();
     ClearCopyBuffer();

@@ -5,29 +5,30 @@
 #include "edit/clipboard.h"
 #include "edit/randomizers.h"
 #include "edit/song_tools.h"
+#include "files/export_driver.h"
 #include "files/project_file.h"
+#include "panel/editing.h"
 #include "panel/refresh.h"
 #include "panel/scaling.h"
 #include "panel/shown_state.h"
 #include "program/default_project.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
-#include "project/song_reset.h"
 #include "project/song_track.h"
 #include "setup/config_file.h"
 #include "setup/memorizer.h"
 #include "setup/midi_devices.h"
+#include "song/song_reset.h"
 #include "transport/engine_link.h"
 #include "transport/navigation.h"
 #include "transport/timer_control.h"
 #include "transport/transport.h"
+#include "transport/waits.h"
 #include "util/whole_file.h"
 
 namespace marlune {
 
 namespace {
-
-constexpr int kFreshDrumLevel = 100;
 
 // The main window's first touch.
 void MDIForm_Load(const StartupHooks& hooks) {
@@ -81,8 +82,7 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
         return false;
     }
     QuenTimer(0);
-    exportBars = 16;
-    songClipboard.copyBarCount = 1;
+    exportForm.exportBars = kDefaultExportBars;
     shell().showPointer(Pointer::hourglass);
     MDIForm_Load(hooks);
     if (hooks.showMainWindow) hooks.showMainWindow();
@@ -106,20 +106,20 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     }
     splash(false);
     shell().showPointer(Pointer::normal);
-    projectDirty = false;
+    forgetUnsavedChanges();
     if (FileExists(commandLine)) OpenOnLoad(commandLine);
     return true;
 }
 
 bool MDIForm_QueryUnload() {
     if (wannaSaveYourWorkCancel()) return false;
-    if (transportRunning) playButton();
+    if (transportState->transportRunning) playButton();
     shell().showPanel(false);
     return true;
 }
 
 void MDIForm_Unload() {
-    programClosing = true;
+    endWaits();
     StopPlay(); // where nobody was asked: a signal
     closeMidiDevices();
     saveGlobalConfig();
@@ -131,24 +131,8 @@ void MDIForm_Unload() {
 }
 
 void mnuFileExit_Click() {
-    ctrlDown = false;
+    releaseCtrl();
     shell().closeWindow();
-}
-
-void resetProgram() {
-    project = {};
-    patternImage = {};
-    resetRunState();
-    clearSongTracks();
-    resetClipboards();
-    resetGlobalConfig();
-    setConfigFolder("");
-    resetShownState();
-    resetTimerControl();
-    resetNavigation();
-    dlgCommonDialog = {};
-    hookEngineMessages(false);
-    previousWndProc = nullptr;
 }
 
 } // namespace marlune

@@ -30,7 +30,4 @@ void MDIForm_Unload();
 
 void mnuFileExit_Click();
 
-// Puts all program state back to that of a program not yet started.
-void resetProgram();
-
 } // namespace marlune

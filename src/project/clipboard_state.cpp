@@ -2,14 +2,19 @@
 
 namespace marlune {
 
-PatternClipboard patternClipboard;
-SongClipboard songClipboard;
-BarKnobClipboard barKnobClipboard;
+Owned<PatternClipboard> patternClipboard;
+Owned<SongClipboard> songClipboard;
+Owned<BarKnobClipboard> barKnobClipboard;
+
+void forgetSongCopy() {
+    songClipboard.write().songCopyReady = false;
+    songClipboard.write().copyBarCount = 1;
+}
 
 void resetClipboards() {
-    patternClipboard = {};
-    songClipboard = {};
-    barKnobClipboard = {};
+    patternClipboard.write() = {};
+    songClipboard.write() = {};
+    barKnobClipboard.write() = {};
 }
 
 } // namespace marlune

@@ -1,6 +1,6 @@
 // What was copied: the pattern clipboard, the song clipboard and the bar of knobs. Never in a project file.
 //
-// User-interface thread only. Written by edit/clipboard and edit/song_tools.
+// User-interface thread only. Written by edit/.
 #pragma once
 
 #include <array>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "project/song_track.h"
+#include "util/owned.h"
 
 namespace marlune {
 
@@ -35,10 +36,11 @@ struct BarKnobClipboard {
     bool barKnobIsBass = false;
 };
 
-extern PatternClipboard patternClipboard;
-extern SongClipboard songClipboard;
-extern BarKnobClipboard barKnobClipboard;
+extern Owned<PatternClipboard> patternClipboard;
+extern Owned<SongClipboard> songClipboard;
+extern Owned<BarKnobClipboard> barKnobClipboard;
 
+void forgetSongCopy(); // nothing to paste in song mode; the dialog offers one bar
 void resetClipboards();
 
 } // namespace marlune

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "boundary/midi_bytes.h"
+
 namespace marlune {
 
 GlobalConfig config;
+std::array<std::string, kKnobs> knobLabel;
 
 const std::array<const char*, kKnobs> kDefaultLabels = {
     "Cutoff", "Res",    "Env.Amt", "Decay", "Ctrl.1", "Accent", "Cutoff", "Res",   "Env.Amt", "Decay",
@@ -12,19 +15,15 @@ const std::array<const char*, kKnobs> kDefaultLabels = {
 
 namespace {
 
-constexpr int kMaxData = 127;
-
 int channel(int value) {
     return std::clamp(value, 0, 15);
-}
-int dataByte(int value) {
-    return std::clamp(value, 0, kMaxData);
 }
 
 } // namespace
 
 void resetGlobalConfig() {
     config = {};
+    knobLabel = {};
     config.midiInDevice = config.midiOutDevice = -1;
 }
 
@@ -41,25 +40,25 @@ int phraseChannelNumber() {
 }
 
 int knobOfController(int number) {
-    const int knob = number >= 0 && number <= kMaxData ? int{config.controllerMap[number]} : -1;
+    const int knob = number >= 0 && number <= kTopValue ? int{config.controllerMap[number]} : -1;
     return knob >= 0 && knob < kKnobs ? knob : -1;
 }
 
 int controllerOfKnob(int knob) {
     const int number = config.outputController[knob];
-    return number >= 0 && number <= kMaxData ? number : -1;
+    return number >= 0 && number <= kTopValue ? number : -1;
 }
 
 int baseNoteOf(int module) {
-    return dataByte(config.moduleBaseNote[module]);
+    return limitedData(config.moduleBaseNote[module]);
 }
 
 int velocityOf(int module) {
-    return dataByte(config.moduleVelocity[module]);
+    return limitedData(config.moduleVelocity[module]);
 }
 
 int drumNoteDefaultOf(int drum) {
-    return dataByte(config.drumNoteDefault[drum]);
+    return limitedData(config.drumNoteDefault[drum]);
 }
 
 MappedKey mappedKey(int code) {

@@ -46,8 +46,9 @@ static_assert(offsetof(GlobalConfig, controlChannel) == 445 && offsetof(GlobalCo
 static_assert(offsetof(GlobalConfig, midiInDevice) == 494 && offsetof(GlobalConfig, syncOutDevice) == 514);
 
 extern GlobalConfig config;
+extern std::array<std::string, kKnobs> knobLabel; // captions of the knobs, kept in labels.cfg
 
-void resetGlobalConfig(); // all zero but the devices, -1
+void resetGlobalConfig(); // all zero but the devices, -1; no captions
 
 // Limited readings.
 int channelOf(int module);        // 0..15

@@ -9,28 +9,10 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "boundary/limits.h"
 #include "util/le_int.h"
 
 namespace marlune {
-
-inline constexpr int kModules = 3;
-inline constexpr int kBassModules = 2;
-inline constexpr int kDrumModule = 2;
-inline constexpr int kBanks = 4;
-inline constexpr int kPatterns = 8;
-inline constexpr int kSteps = 16;
-inline constexpr int kDrumRows = 8;
-inline constexpr int kDrums = 7; // rows that sound
-inline constexpr int kAccentRow = 7;
-inline constexpr int kKnobs = 20;
-inline constexpr int kBassKnobs = 6; // knobs of one bass module
-inline constexpr int kFirstDrumKnob = 12;
-inline constexpr int kAccentKnobOfDrums = 19;
-inline constexpr int kMinTempo = 40;
-inline constexpr int kMaxTempo = 240;
-inline constexpr int kNoPatch = -1;
-inline constexpr int kTopNote = 12; // highest key of the one-octave keyboard
-inline constexpr int kDrumHit = 255;
 
 struct BassStep {
     Le16 note;     // semitone above the module's base note, 0..12

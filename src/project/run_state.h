@@ -1,7 +1,8 @@
-// Run-time variables that are never stored in a project file.
+// Run-time variables that are never stored in a project file, by what they are about.
 //
-// Global plain data, read and written on the user-interface thread only. The tables of who writes what stand
-// beside each variable; resetRunState puts all of it back to a freshly started program.
+// User-interface thread only. Each has one room that writes it (the table is in tools/check_layers.py);
+// whoever else wants a change calls a routine of that room. resetRunState puts all of it back to a freshly
+// started program.
 #pragma once
 
 #include <array>
@@ -9,43 +10,59 @@
 #include <string>
 
 #include "project/project_record.h"
+#include "util/owned.h"
 #include "util/stop_watch.h"
 
 namespace marlune {
 
-inline constexpr int kSongBars = 1000;
-inline constexpr int kTicksPerBar = 16;
-inline constexpr int kSongTicks = kSongBars * kTicksPerBar; // songTick is 0..15999
 inline constexpr const char* kUntitled = "untitled.mlp";
 
-extern int drawBudgetMs;                              // ms of a tick for display work: half a step
-extern bool transportRunning;                         // written by transport
-extern bool songMode;                                 // written by mode_switch; off is pattern mode
-extern std::array<std::int16_t, kModules> moduleStep; // step of each module, from the tick messages
-extern std::array<int, kModules> stepWork;            // copy of moduleStep while a tick runs
-extern int songTick;                                  // song position, 0..15999
-extern bool holdSongTick;                             // the next tick leaves songTick where it is
-extern bool recordOn;                                 // song recording is armed
-extern std::array<bool, kKnobs> knobRecording;        // the knob's movements go into knobTrack
-extern std::array<bool, kModules> barRecording;       // the module's choice goes into barTrack bar by bar
-extern std::array<std::uint8_t, kKnobs> knobMoved;    // non-zero: moved by MIDI input, not shown yet
-extern int windBaseTempo;                             // tempo to which the timer returns after winding
-extern int windRate;                                  // 7 while Shift is held, else 0
-extern bool savedSongMode;                            // songMode at the last save since the start
-extern int editSel;                                   // module under edit, 0..2
-extern bool projectDirty;                             // the project has unsaved changes
-extern std::string projectFileName;                   // kUntitled for a project without a file
-extern std::array<std::string, kKnobs> knobLabel;     // captions of the knobs, kept in labels.cfg
-extern bool inTick;                                   // a tick is being processed
-extern CStopWatch tickWatch;                          // restarted at each tick, compared with drawBudgetMs
-extern bool ctrlDown;                                 // the Control key is held
-extern bool programClosing;                           // the window is going: waits end at once
-extern bool saveAsRequested;                          // set for the length of File Save As
-extern int exportBars;                                // bars the export dialog offers
-extern bool importCancelled;                          // the last import was left or refused
-extern unsigned recordGeneration;                     // counts loads, new projects and mode switches
-extern std::string patternCopyStatus;                 // status text of the last copy in pattern mode
-extern std::string songCopyStatus;                    // and in song mode
+// Written by transport/.
+struct TransportState {
+    bool transportRunning = false;
+    bool inTick = false;         // a tick is being processed
+    CStopWatch tickWatch;        // restarted at each tick: its display work may take half a step
+    bool programClosing = false; // the window is going: waits end at once
+};
+extern Owned<TransportState> transportState;
+
+// Where the song stands. Written by song/.
+struct SongPosition {
+    bool songMode = false;    // off is pattern mode
+    int songTick = 0;         // the tick that comes: the next step that sounds belongs to it
+    int playedTick = 0;       // the tick that sounded last, as the component reported it
+    bool holdSongTick = true; // nothing has sounded since the position was placed
+    bool byTicks = false;     // the position was last moved by ticks
+    std::array<std::int16_t, kModules> moduleStep{}; // step shown of each module: the one that sounded last
+    std::array<int, kModules> dueStep{};             // and the one that comes
+    int windBaseTempo = 0;                           // tempo to which the timer returns after winding
+    int windRate = 0;                                // 7 while Shift is held, else 0
+    int ticksTaken = 0;                              // tick messages taken since the timer started
+    int placing = 0; // number of the last placing; what the component reports from before it is stale
+};
+extern Owned<SongPosition> songPosition;
+
+// What is written into the song. Written by project/.
+struct RecordingState {
+    bool recordOn = false;                     // song recording is armed
+    std::array<bool, kKnobs> knobRecording{};  // the knob's movements go into knobTrack
+    std::array<bool, kModules> barRecording{}; // the module's choice goes into barTrack bar by bar
+    std::array<bool, kKnobs> knobMoved{};      // moved by MIDI input, not shown and not told yet
+};
+extern Owned<RecordingState> recordingState;
+
+// What the user works on. Written by panel/.
+struct EditingState {
+    int editSel = 0;                         // module under edit, 0..2
+    bool ctrlDown = false;                   // the Control key is held
+    bool projectDirty = false;               // the project has unsaved changes
+    std::string projectFileName = kUntitled; // kUntitled for a project without a file
+    bool savedSongMode = false;              // songMode at the last save since the start
+    unsigned recordGeneration = 0;           // counts loads, new projects and mode switches
+    std::string patternCopyStatus;           // status text of the last copy in pattern mode
+    std::string songCopyStatus;              // and in song mode
+};
+extern Owned<EditingState> editingState;
 
 void resetRunState();
 

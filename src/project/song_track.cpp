@@ -1,17 +1,11 @@
 #include "project/song_track.h"
 
-#include <algorithm>
-
 namespace marlune {
 
 std::array<std::array<SongBar, kSongBars>, kModules> barTrack;
 std::array<std::array<std::uint8_t, kSongTicks>, kKnobs> knobTrack;
 
 namespace {
-
-const SongBar& followingBar(int module, int tick) {
-    return barTrack[module][std::min(barOf(tick) + 1, kSongBars - 1)];
-}
 
 SongBar songBar(int bank, int patt) {
     return {static_cast<std::uint8_t>(patt), static_cast<std::uint8_t>(bank)};
@@ -28,11 +22,19 @@ int barBank(int module, int tick) {
 }
 
 int nextBarPatt(int module, int tick) {
-    return followingBar(module, tick).patt;
+    return nextSongBarAt(module, tick).patt;
 }
 
 int nextBarBank(int module, int tick) {
-    return followingBar(module, tick).bank;
+    return nextSongBarAt(module, tick).bank;
+}
+
+SongBar songBarAt(int module, int tick) {
+    return barTrack[module][barOf(tick)];
+}
+
+SongBar nextSongBarAt(int module, int tick) {
+    return barTrack[module][(barOf(tick) + 1) % kSongBars];
 }
 
 void setBar(int module, int tick, int bank, int patt) {
@@ -50,13 +52,8 @@ int moduleStepAtTick(int module, int tick, int length) {
     return (tick - kTicksPerBar * first) % length;
 }
 
-void recordKnobValue(int knob, int value) {
-    knobTrack[knob][songTick] = static_cast<std::uint8_t>(value);
-    knobRecording[knob] = true;
-}
-
-void advanceSongTick() {
-    songTick = (songTick + 1) % kSongTicks;
+int nextSongTick(int tick) {
+    return (tick + 1) % kSongTicks;
 }
 
 void initKnobTrack(const std::array<int, kKnobs>& values) {
@@ -65,12 +62,6 @@ void initKnobTrack(const std::array<int, kKnobs>& values) {
 
 void fillBarTrack(const std::array<int, kModules>& patts, const std::array<int, kModules>& banks) {
     for (int m = 0; m < kModules; ++m) barTrack[m].fill(songBar(banks[m], patts[m]));
-}
-
-void stopSongRecording() {
-    recordOn = false;
-    knobRecording = {};
-    barRecording = {};
 }
 
 void clearSongTracks() {

@@ -32,8 +32,11 @@ constexpr bool isBarLine(int tick) {
 
 int barPatt(int module, int tick);
 int barBank(int module, int tick);
-int nextBarPatt(int module, int tick); // of the following bar; bar 999 follows itself
+int nextBarPatt(int module, int tick); // of the following bar; bar 0 follows the last one, as in playing
 int nextBarBank(int module, int tick);
+SongBar songBarAt(int module, int tick);
+SongBar nextSongBarAt(int module, int tick);
+int nextSongTick(int tick); // wraps from 15999 to 0
 void setBar(int module, int tick, int bank, int patt);
 void setNextBar(int module, int tick, int bank, int patt); // nothing in bar 999
 
@@ -41,13 +44,8 @@ void setNextBar(int module, int tick, int bank, int patt); // nothing in bar 999
 // length: loopEnd + 1 of the pattern, 1..16.
 int moduleStepAtTick(int module, int tick, int length);
 
-// Writes a knob's value at the song position and marks the knob as recording.
-void recordKnobValue(int knob, int value);
-
-void advanceSongTick(); // wraps from 15999 to 0
 void initKnobTrack(const std::array<int, kKnobs>& values);
 void fillBarTrack(const std::array<int, kModules>& patts, const std::array<int, kModules>& banks);
-void stopSongRecording();
 
 void clearSongTracks(); // all zero, as before start-up
 

@@ -23,7 +23,7 @@ std::optional<RbsImage> loadRbsImage(const std::string& path) {
     return RbsImage(std::move(file.bytes));
 }
 
-int dataByte(const RbsImage& image, int offset, int flagOffset) {
+int byteWithTopBit(const RbsImage& image, int offset, int flagOffset) {
     const int topBit = image[flagOffset] >> (flagOffset - offset - 1) & 1;
     return image[offset] | topBit << 7;
 }
@@ -44,7 +44,7 @@ RbsLengths readLengthTable(const RbsImage& image, int firstOffset) {
     int offset = firstOffset;
     for (std::size_t p = 0; p < lengths.size(); p += 2) {
         if (isFlagByte(offset)) ++offset;
-        const int both = dataByte(image, offset, flagByteOf(offset));
+        const int both = byteWithTopBit(image, offset, flagByteOf(offset));
         lengths[p] = both / 16 + 1;
         lengths[p + 1] = both % 16 + 1;
         ++offset;

@@ -53,7 +53,7 @@ class RbsImage {
 std::optional<RbsImage> loadRbsImage(const std::string& path);
 
 // The byte at offset with its top bit put back. flagOffset: its flag byte, 1 to 7 behind it.
-int dataByte(const RbsImage& image, int offset, int flagOffset);
+int byteWithTopBit(const RbsImage& image, int offset, int flagOffset);
 
 struct StepGroup {
     std::array<std::uint8_t, 4> bytes; // seven bits each: the top bits of pattern bytes carry nothing

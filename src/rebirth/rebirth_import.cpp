@@ -4,11 +4,13 @@
 
 #include "boundary/app_shell.h"
 #include "files/project_file.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "project/pattern_push.h"
 #include "project/song_track.h"
 #include "rebirth/error_form.h"
+#include "song/song_place.h"
 #include "transport/transport.h"
 #include "util/text_number.h"
 #include "util/whole_file.h"
@@ -18,8 +20,7 @@ namespace marlune {
 namespace {
 
 constexpr std::uint8_t kEmpty = 255; // no bank and no value: nothing has been written here yet
-constexpr int kTopValue = 127;
-constexpr int kBarlessKnob = 18; // no parameter of the file moves it
+constexpr int kBarlessKnob = 18;     // no parameter of the file moves it
 
 // Offsets of the start values of a bass module's knobs; 0 for the one that has none and starts at 0.
 constexpr int kStartValues[kBassModules][kBassKnobs] = {
@@ -76,8 +77,8 @@ void fillKnob(int knob) {
 
 // False when the user gave up.
 bool startCommand() {
-    ctrlDown = false;
-    if (transportRunning) StopPlay();
+    releaseCtrl();
+    if (transportState->transportRunning) StopPlay();
     return !wannaSaveYourWorkCancel();
 }
 
@@ -88,7 +89,7 @@ void spreadPatterns() {
             for (auto& pattern : bank) pattern.loopEnd = std::clamp<int>(pattern.loopEnd, 0, kSteps - 1);
         }
     };
-    moduleStep.fill(0);
+    stepsToZero();
     for (BassModule& module : project.bass) limitLoops(module);
     limitLoops(project.drum);
     pushAllPatterns(0, 1, kDrumModule);
@@ -104,15 +105,14 @@ std::string askForFile() {
 
 } // namespace
 
-void RebirthImport::RebirthToMarlune() {
-    importCancelled = false;
+bool RebirthImport::RebirthToMarlune() {
     const std::string name = askForFile();
-    if (name.empty()) {
-        importCancelled = true;
-    } else if (takeFile(name) != RebirthResult::done) {
-        importCancelled = true;
+    if (name.empty()) return false;
+    if (takeFile(name) != RebirthResult::done) {
         showCorruptRebirthFile();
+        return false;
     }
+    return true;
 }
 
 RebirthResult RebirthImport::takeFile(const std::string& path) {
@@ -159,7 +159,7 @@ void RebirthImport::RebirthSongToMarlune() {
     for (int module = 0; module < kModules; ++module) fillBars(module);
     for (int knob = 0; knob < kKnobs; ++knob) fillKnob(knob);
     knobTrack[kBarlessKnob].fill(0);
-    projectDirty = true;
+    markProject();
 }
 
 void RebirthImport::takeTrack(int module) {
@@ -191,9 +191,9 @@ void mnuFileImportRebPatt_Click() {
 void mnuFileRebirthImport_Click() {
     if (!startCommand()) return;
     RebirthImport job;
-    job.RebirthToMarlune();
+    const bool taken = job.RebirthToMarlune();
     shell().letEventsRun();
-    if (importCancelled) return;
+    if (!taken) return;
     shell().showPointer(Pointer::hourglass);
     spreadPatterns();
     job.RebirthSongToMarlune();

@@ -11,9 +11,9 @@ namespace marlune {
 // The job of one import.
 class RebirthImport {
   public:
-    // Asks for a file and takes over patterns, tempo and the bassline knobs. importCancelled tells whether
-    // the dialog was left or the file refused, in which case nothing has changed.
-    void RebirthToMarlune();
+    // Asks for a file and takes over patterns, tempo and the bassline knobs. False where the dialog was left
+    // or the file refused, in which case nothing has changed.
+    bool RebirthToMarlune();
 
     // The same with a name at hand, without showing anything of a refusal.
     RebirthResult takeFile(const std::string& path);

@@ -13,7 +13,6 @@ constexpr int kFirstParameter = 7;
 constexpr int kRbsPitchBend = 16;
 constexpr int kNoMidiForm = 22;
 constexpr int kFirstKnob = 17; // to 21: cutoff, reso, envMod, decay, accent
-constexpr int kTopValue = 127; // of a knob; MIDI has no more
 constexpr int kFileTicksPerUnit = 15;
 constexpr int kLongestDelta = 0x0FFFFFFF / kFileTicksPerUnit;
 

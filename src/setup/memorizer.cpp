@@ -4,6 +4,7 @@
 
 #include "boundary/app_shell.h"
 #include "midi/midi_input.h"
+#include "panel/editing.h"
 #include "project/global_config.h"
 #include "project/run_state.h"
 #include "transport/transport.h"
@@ -148,7 +149,7 @@ void marluneSnapShot::EditButton_Click() {
 void marluneSnapShot::StoreButton_Click() {
     if (!StoreButton.enabled) return;
     if (currentNote >= 0) {
-        projectDirty = true;
+        markProject();
         NoteMapEntry& entry = project.noteMap[currentNote];
         entry.mapUsed = false;
         for (int m = 0; m < kModules; ++m) {

@@ -7,6 +7,7 @@
 #include "boundary/midi_bytes.h"
 #include "midi/midi_input.h"
 #include "midi/midi_output.h"
+#include "panel/editing.h"
 #include "panel/form_parts.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
@@ -125,7 +126,7 @@ void sendPanelState() {
 }
 
 void mnuOptionsMidiSetup_Click() {
-    ctrlDown = false;
+    releaseCtrl();
     if (outputCount() < 1 || MIDIIn1.DeviceCount() < 1) {
         shell().messageBox(
             "Warning: No MIDI Drivers Installed!\n"

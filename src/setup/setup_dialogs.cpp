@@ -7,6 +7,7 @@
 #include "boundary/engine_component.h"
 #include "boundary/midi_bytes.h"
 #include "midi/midi_input.h"
+#include "panel/editing.h"
 #include "panel/form_parts.h"
 #include "panel/shown_state.h"
 #include "project/global_config.h"
@@ -68,7 +69,7 @@ const Label kLevelLabel{"Level"};
 // ---- Midi Output (Sequencer)
 
 void mnuOptionsMidiControl_Click() {
-    ctrlDown = false;
+    releaseCtrl();
     midiOutputForm.showModal();
 }
 
@@ -134,7 +135,7 @@ void marluneOptionsMidiOutput::cmdOK_Click() {
 // ---- Midi Input (Control)
 
 void mnuOptionsMidiInput_Click() {
-    ctrlDown = false;
+    releaseCtrl();
     midiInputForm.showModal();
 }
 

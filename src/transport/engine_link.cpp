@@ -3,6 +3,7 @@
 #include "boundary/engine_component.h"
 #include "panel/refresh.h"
 #include "project/run_state.h"
+#include "song/song_place.h"
 #include "transport/tick.h"
 
 namespace marlune {
@@ -14,22 +15,17 @@ namespace {
 bool hooked = false;
 
 void tickReceived(long wParam, long lParam) {
-    songTick = static_cast<int>(wParam);
-    if (!transportRunning) return;
-    moduleStep[0] = static_cast<std::int16_t>(lParam % 16);
-    moduleStep[1] = static_cast<std::int16_t>(lParam / 16 % 16);
-    moduleStep[2] = static_cast<std::int16_t>(lParam / 256);
-    ProcessTick();
+    tickPlayed(static_cast<int>(wParam), {static_cast<int>(lParam % 16), static_cast<int>(lParam / 16 % 16),
+                                          static_cast<int>(lParam / 256)});
+    if (transportState->transportRunning) ProcessTick();
 }
 
 void patternReached(int module, int bank, int patt) {
     const Selection at = selectionOf(project, module);
-    if ((at.currBank != bank || at.currPatt != patt) && !songMode) moduleStep[module] = 0;
+    if ((at.currBank != bank || at.currPatt != patt) && !songPosition->songMode) patternEntered(module);
     at.currBank = bank;
     at.currPatt = patt;
     refreshCurrBankPatt(module);
-    if (module == kDrumModule) refresh109Patt(project.drum.selDrum);
-    refreshLoop(module);
 }
 
 // The number of a module in a row of three messages, -1 where the message is none of them.
@@ -56,6 +52,8 @@ void pumpEngineMessages() {
     EngineMessage message;
     while (engineComponent() != nullptr && engineComponent()->takeMessage(message)) {
         if (!hooked) continue;
+        if (message.message == kTickMessage) countTick();
+        if (message.placing != songPosition->placing) continue; // of a place that has been left since
         engineWndProc(0, static_cast<unsigned>(message.message), message.wParam, message.lParam);
     }
 }

@@ -13,7 +13,9 @@ extern WindowProc previousWndProc;
 // reached (1310..1312) and cues (1320..1322). All other messages pass.
 long engineWndProc(long window, unsigned message, long wParam, long lParam);
 
-// Takes every message that the component has posted and hands it to engineWndProc while it is hooked.
+// Takes every message that the component has posted and hands it to engineWndProc while it is hooked. What
+// was posted before the last placing speaks of an earlier place and is dropped; the component has reported
+// anew.
 void pumpEngineMessages();
 
 void hookEngineMessages(bool hooked);

@@ -1,11 +1,13 @@
 #include "transport/navigation.h"
 
 #include "boundary/app_shell.h"
+#include "panel/editing.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
 #include "project/song_track.h"
-#include "transport/recording.h"
-#include "transport/song_moves.h"
+#include "song/recording_end.h"
+#include "song/song_moves.h"
+#include "song/song_place.h"
 #include "transport/tick.h"
 #include "transport/timer_control.h"
 #include "transport/transport.h"
@@ -23,6 +25,7 @@ struct NavigationState {
     bool clickArmed = true; // false between a release and the click that comes right after it
     CStopWatch navWatch;
     bool flashing = false; // a flash waits
+    int windings = 0;      // presses whose routine has not come to its end
 };
 NavigationState state;
 
@@ -51,22 +54,23 @@ void showPressed(Control sprite) {
 }
 
 void move(const Row& row) {
-    const int count = row.byBars ? windRate + 1 : 1;
+    const int count = row.byBars ? songPosition->windRate + 1 : 1;
     if (row.forward) {
         moveSongForward(count, row.byBars, true);
     } else {
         moveSongBack(count, row.byBars, true);
     }
-    if (!row.byBars) applySongBar();
 }
 
 // One move with the sprite flashing; the tick buttons stop playback for good.
 void moveAndFlash(const Row& row) {
-    if (row.marksProject) projectDirty = true;
-    if (!row.byBars && transportRunning) stopButton_Hit();
-    move(row);
-    if (state.flashing) return; // a repeat of the key: the flash under way shows it as well
+    if (row.marksProject) markProject();
+    // Before anything waits: a repeat of the key that comes meanwhile moves, and leaves waiting to this one.
+    const bool repeat = state.flashing;
     state.flashing = true;
+    if (!row.byBars && transportState->transportRunning && !repeat) stopButton_Hit();
+    move(row);
+    if (repeat) return;
     showPressed(row.sprite);
     delay();
     state.flashing = false;
@@ -80,11 +84,11 @@ void waitRepeat(int ms) {
 
 // Forward moves and waits, backward waits and moves: a release during its wait still moves once more.
 void repeatWhileHeld(const Row& row) {
-    while (state.buttonHeld && songMode && !programClosing) {
+    while (state.buttonHeld && songPosition->songMode && !transportState->programClosing) {
         if (row.forward) move(row);
         state.navWatch.Reset();
         waitRepeat(kRepeatMs);
-        if (!row.forward && songMode && !programClosing) move(row);
+        if (!row.forward && songPosition->songMode && !transportState->programClosing) move(row);
     }
 }
 
@@ -95,22 +99,22 @@ void hit(const Row& row) {
 
 // The common end of both rewinds.
 void rewind() {
-    if (recordOn) endRecording();
+    if (recordingState->recordOn) endRecording();
     showPressed(Control::ResetButton);
     refreshRec();
-    moveSongBack(barOf(songTick), true, false);
+    moveSongBack(barOf(songPosition->songTick), true, false);
     rewindSong();
 }
 
 } // namespace
 
 void navigation_Click(Winding button) {
-    if (songMode && state.clickArmed) moveAndFlash(rowOf(button));
+    if (songPosition->songMode && state.clickArmed) moveAndFlash(rowOf(button));
     state.clickArmed = true;
 }
 
 void navigation_DblClick(Winding button) {
-    if (songMode && state.clickArmed) {
+    if (songPosition->songMode && state.clickArmed) {
         moveAndFlash(rowOf(button));
         navigation_Click(button);
     }
@@ -118,13 +122,14 @@ void navigation_DblClick(Winding button) {
 }
 
 void navigation_MouseDown(Winding button) {
-    if (!songMode) return;
+    if (!songPosition->songMode) return;
     const Row& row = rowOf(button);
     // While bars are wound the timer halts but the transport counts as running.
-    if (row.byBars && transportRunning) QuenTimer(0);
+    if (row.byBars && transportState->transportRunning) QuenTimer(0);
     state.buttonHeld = true; // before events run: a quick release must find it set
+    ++state.windings;
     if (row.byBars) shell().letEventsRun();
-    if (!row.byBars && transportRunning) {
+    if (!row.byBars && transportState->transportRunning) {
         stopButton_Hit();
         refreshPlaySong();
     }
@@ -134,16 +139,22 @@ void navigation_MouseDown(Winding button) {
     runEventsUntil(state.navWatch, kFirstRepeatMs);
     repeatWhileHeld(row);
     showRest(row.sprite);
+    // Only now: a release during the wait of a backward button has moved once more.
+    if (--state.windings == 0) resumeAfterWinding();
 }
 
 void navigation_MouseUp(Winding button, bool clickFollows) {
-    if (!songMode && !state.buttonHeld) return; // the mode may have changed since the press
+    if (!songPosition->songMode && !state.buttonHeld) return; // the mode may have changed since the press
     if (rowOf(button).byBars) {
-        resumeAfterWinding();
+        if (state.windings == 0) resumeAfterWinding();
         shell().letEventsRun();
     }
     state.buttonHeld = false;
     state.clickArmed = !clickFollows;
+}
+
+void endWinding() {
+    state.buttonHeld = false;
 }
 
 void nextButton_Hit() {
@@ -163,7 +174,7 @@ void prevButton_Release() {
 }
 
 void resumeAfterWinding() {
-    if (transportRunning && timerInterval() == 0) beginTicking(windBaseTempo);
+    if (transportState->transportRunning && timerInterval() == 0) beginTicking(songPosition->windBaseTempo);
 }
 
 void ResetButton_Hit() {
@@ -172,8 +183,8 @@ void ResetButton_Hit() {
 }
 
 void ResetButton_MouseDown() {
-    if (!songMode) return;
-    if (transportRunning) {
+    if (!songPosition->songMode) return;
+    if (transportState->transportRunning) {
         StopPlay();
         refreshTransport();
     }

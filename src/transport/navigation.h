@@ -27,6 +27,9 @@ void ResetButton_Hit(); // stop and rewind, in either mode
 void ResetButton_MouseDown();
 void ResetButton_MouseUp();
 
+// A button that is still held moves no further: its winding is over.
+void endWinding();
+
 void resetNavigation();
 
 } // namespace marlune

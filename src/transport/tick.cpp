@@ -1,13 +1,12 @@
 #include "transport/tick.h"
 
 #include "boundary/engine_component.h"
-#include "boundary/midi_bytes.h"
-#include "midi/midi_input.h"
 #include "midi/remote_control.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
-#include "panel/shown_state.h"
+#include "project/recording.h"
 #include "project/song_track.h"
+#include "song/song_place.h"
 #include "transport/timer_control.h"
 #include "util/tempo_calc.h"
 
@@ -17,68 +16,56 @@ namespace {
 
 // Display work of a tick may take half a step; what doesn't fit is skipped and never made up for.
 bool withinBudget() {
-    return tickWatch.Elapsed() < drawBudgetMs;
+    return transportState->tickWatch.Elapsed() < stepMilliseconds(project.tempo) / 2;
 }
 
-void cueNextBar(int module) {
-    const bool copyOn = barRecording[module] && recordOn && transportRunning;
-    const int bank = copyOn ? barBank(module, songTick) : nextBarBank(module, songTick);
-    const int patt = copyOn ? barPatt(module, songTick) : nextBarPatt(module, songTick);
-    if (copyOn) setNextBar(module, songTick, bank, patt);
-    SetNextBarPatt32(module, patt);
-    SetNextBarGroup32(module, bank);
-    setNextBankPatt(module, bank, patt);
+// line: the bar line that has just sounded, or that comes first.
+void cueNextBar(int module, int line) {
+    const RecordingState& recording = recordingState.read();
+    const bool copyOn = recording.barRecording[module] && recording.recordOn &&
+                        transportState->transportRunning && barOf(line) + 1 < kSongBars;
+    if (copyOn) setNextBar(module, line, barBank(module, line), barPatt(module, line));
+    const SongBar next = nextSongBarAt(module, line);
+    SetNextBarPatt32(module, next.patt);
+    SetNextBarGroup32(module, next.bank);
+    cueSongBar(module, next);
 }
 
 void followSong() {
-    if (isBarLine(songTick)) {
-        for (int m = 0; m < kModules; ++m) cueNextBar(m);
+    const int line = songPosition->holdSongTick ? songPosition->songTick : songPosition->playedTick;
+    if (isBarLine(line)) {
+        for (int m = 0; m < kModules; ++m) cueNextBar(m, line);
+        if (!barsSoundAsWritten()) takeUpSong();
     }
-    if (holdSongTick) {
-        holdSongTick = false;
-    } else {
-        advanceSongTick();
-    }
-    songKnobTick(recordOn);
-}
-
-void pollMidiInput() {
-    MIDIIn1.BlockStatus(kControlChange, true);
-    ClockedMIDIMessage();
-    if (recordOn || !songMode) MIDIIn1.BlockStatus(kControlChange, false);
+    songKnobTick(recordingState->recordOn);
 }
 
 void sendMovedKnobs() {
     for (int knob = 0; knob < kKnobs; ++knob) {
-        if (knobMoved[knob] == 0) continue;
+        if (!recordingState->knobMoved[knob]) continue;
         PrepareController32(knob, project.knobValue[knob]);
         if (withinBudget()) refreshKnobGfx(knob);
-        knobMoved[knob] = 0;
+        forgetKnobMoved(knob);
     }
 }
 
 } // namespace
 
 void ProcessTick() {
-    inTick = true;
-    tickWatch.Reset();
-    for (int m = 0; m < kModules; ++m) stepWork[m] = moduleStep[m];
-    if (songMode) followSong();
-    pollMidiInput();
+    transportState.write().inTick = true;
+    transportState.write().tickWatch.Reset();
+    if (songPosition->songMode) followSong();
+    ClockedMIDIMessage();
     for (int m = 0; m < kModules; ++m) {
         if (withinBudget()) refreshStepLamp(m);
     }
-    for (int m = 0; m < kModules; ++m) moduleStep[m] = static_cast<std::int16_t>(stepWork[m]);
     sendMovedKnobs();
-    if (songMode && songTick % kTicksPerBar == kTicksPerBar - 1) {
-        showNumber(Control::timeDisplay, 0, (songTick + 1) / kTicksPerBar + 1);
-    }
+    if (songPosition->songMode) refreshSongTime();
     if (project.tempoChanged) {
         runTimerAt(project.tempo);
         project.tempoChanged = false;
-        drawBudgetMs = stepMilliseconds(project.tempo) / 2;
     }
-    inTick = false;
+    transportState.write().inTick = false;
 }
 
 void beginTicking(int tempo) {
@@ -90,10 +77,10 @@ void beginTicking(int tempo) {
 
 void songKnobTick(bool recording) {
     for (int knob = 0; knob < kKnobs; ++knob) {
-        std::uint8_t& track = knobTrack[knob][songTick];
-        const bool writes = recording && knobRecording[knob];
-        knobMoved[knob] = 0;
-        if (track == project.knobValue[knob] || (writes && !transportRunning)) continue;
+        std::uint8_t& track = knobTrack[knob][songPosition->songTick];
+        const bool writes = recording && recordingState->knobRecording[knob];
+        forgetKnobMoved(knob);
+        if (track == project.knobValue[knob] || (writes && !transportState->transportRunning)) continue;
         if (writes) {
             track = static_cast<std::uint8_t>(int{project.knobValue[knob]});
         } else {

@@ -4,6 +4,7 @@
 
 #include "boundary/engine_component.h"
 #include "project/song_track.h"
+#include "song/song_place.h"
 #include "util/tempo_calc.h"
 
 namespace marlune {
@@ -13,18 +14,14 @@ namespace {
 constexpr int kPeriodsPerStep = 6;
 int interval = 0;
 
-void placeSong() {
-    songTick = barLine(songTick);
-    SetSongTick32(songTick);
-    for (int m = 0; m < kModules; ++m) sendSongBar(m);
-    holdSongTick = true;
-}
-
-void placePatterns() {
-    for (int m = 0; m < kModules; ++m) {
-        SetCurrGroup32(m, selectionOf(project, m).currBank);
-        SetCurrPatt32(m, selectionOf(project, m).currPatt);
-    }
+// A start is at the bar line: in song mode with all that belongs there, in pattern mode with every module at
+// its first step.
+void placeStart() {
+    markMovedByTicks(false);
+    placeSong(barLine(songPosition->songTick));
+    if (songPosition->songMode) return;
+    stepsToZero();
+    placePatterns();
 }
 
 } // namespace
@@ -37,11 +34,8 @@ void QuenTimer(int stepMs) {
     } else if (running) {
         SetMarluneTimerInterval32(stepMs / kPeriodsPerStep, 0);
     } else {
-        if (songMode) {
-            placeSong();
-        } else {
-            placePatterns();
-        }
+        placeStart();
+        timerStarted();
         StartMarluneTimer32(stepMs / kPeriodsPerStep, 0);
     }
 }
@@ -50,13 +44,6 @@ void runTimerAt(int tempo) {
     tempo = std::clamp(tempo, kMinTempo, kMaxTempo);
     SetMarluneTempo32(tempo);
     QuenTimer(stepMilliseconds(tempo));
-}
-
-void sendSongBar(int module) {
-    SetCurrPatt32(module, barPatt(module, songTick));
-    SetCurrGroup32(module, barBank(module, songTick));
-    SetCurrBarPatt32(module, barPatt(module, songTick));
-    SetCurrBarGroup32(module, barBank(module, songTick));
 }
 
 int timerInterval() {

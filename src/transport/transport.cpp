@@ -1,46 +1,32 @@
 #include "transport/transport.h"
 
-#include <algorithm>
+#include <array>
 
 #include "boundary/app_shell.h"
 #include "boundary/engine_component.h"
 #include "midi/midi_input.h"
 #include "midi/midi_output.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
 #include "project/global_config.h"
+#include "project/recording.h"
 #include "project/song_track.h"
-#include "transport/recording.h"
+#include "song/recording_end.h"
+#include "song/song_place.h"
+#include "transport/navigation.h"
 #include "transport/tick.h"
 #include "transport/timer_control.h"
 #include "transport/waits.h"
-#include "util/tempo_calc.h"
 
 namespace marlune {
 
 namespace {
 
-enum class Tell { component, nobody };
-
-// What the module plays is what its bar says, whatever was current or cued before.
-void takeBar(int module) {
-    const Selection at = selectionOf(project, module);
-    at.currBank = at.nextBank = barBank(module, songTick);
-    at.currPatt = at.nextPatt = barPatt(module, songTick);
-    refreshCurrBankPatt(module);
-}
-
-// Steps at rest: 0 in pattern mode, in song mode where each module belongs at the bar line.
-void placeSteps(Tell tell) {
-    if (songMode) songTick = barLine(songTick);
-    for (int m = 0; m < kModules; ++m) {
-        if (songMode) takeBar(m);
-        const int step = songMode ? moduleStepAtTick(m, songTick, currentLoopEnd(m) + 1) : 0;
-        moduleStep[m] = static_cast<std::int16_t>(step);
-        if (songMode && tell == Tell::component) SetModuleTick32(m, step);
-        refreshStepLamp(m);
-    }
+void showStepsAtZero() {
+    stepsToZero();
+    for (int m = 0; m < kModules; ++m) refreshStepLamp(m);
 }
 
 void releaseBassNotes() {
@@ -53,49 +39,66 @@ void endSongRecording() {
 }
 
 void start() {
-    placeSteps(Tell::component);
+    if (!songPosition->songMode) showStepsAtZero();
     for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
     for (BassModule& bass : project.bass) bass.lastPatch = kNoPatch;
     MidiMsgEnable(false);
-    if (transportRunning) return; // another start came with the events let through
-    transportRunning = true;
+    if (transportState->transportRunning) return; // another start came with the events let through
+    transportState.write().transportRunning = true;
     showFrame(Control::startStopButton, 0, 1);
     refreshPlaySong();
-    drawBudgetMs = stepMilliseconds(std::clamp<int>(project.tempo, kMinTempo, kMaxTempo)) / 2;
     beginTicking(project.tempo);
 }
 
 // A start that came with the events let through: the stop is over, its remaining steps would undo the start.
 bool startedMeanwhile() {
-    if (transportRunning) MIDIIn1.setMessageEvents(false);
-    return transportRunning;
+    if (transportState->transportRunning) MIDIIn1.setMessageEvents(false);
+    return transportState->transportRunning;
 }
 
-void stopAndTakeCues() {
-    transportRunning = false;
-    if (songMode && recordOn) endRecording();
-    QuenTimer(0);
-    releaseBassNotes();
-    placeSteps(Tell::nobody);
+void takeCues() {
     for (int m = 0; m < kModules; ++m) {
         const Selection at = selectionOf(project, m);
         at.currBank = int{at.nextBank};
         at.currPatt = int{at.nextPatt};
         refreshCurrBankPatt(m);
-        refreshPattern(m);
+    }
+}
+
+void stopAndTakeCues() {
+    transportState.write().transportRunning = false;
+    if (songPosition->songMode && recordingState->recordOn) endRecording();
+    QuenTimer(0);
+    releaseBassNotes();
+    if (songPosition->songMode) {
+        placeSong(barLine(songPosition->songTick));
+    } else {
+        showStepsAtZero();
+        takeCues();
     }
     for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), currentDrum().drumNote[d], 0);
     MidiMsgEnable(true);
     if (startedMeanwhile()) return;
-    moduleStep = {};
+    stepsToZero();
     showFrame(Control::startStopButton, 0, 0);
     refreshPlaySong();
+}
+
+// Where a stop in place leaves the modules.
+std::array<int, kModules> stepsAfterStop() {
+    std::array<int, kModules> steps{};
+    for (int m = 0; !songPosition->songMode && m < kModules; ++m) {
+        const int step = songPosition->moduleStep[m] - songPosition->playedTick % kTicksPerBar;
+        // A step before the bar's first counts back from 15, not from 16.
+        steps[m] = step < 0 ? step + kSteps - 1 : step;
+    }
+    return steps;
 }
 
 } // namespace
 
 void playButton() {
-    if (transportRunning) {
+    if (transportState->transportRunning) {
         stopAndTakeCues();
     } else {
         start();
@@ -103,20 +106,18 @@ void playButton() {
 }
 
 void StopPlay() {
-    if (!transportRunning) return;
-    while (inTick && !programClosing) shell().waitForEvents(1);
+    if (!transportState->transportRunning) return;
+    while (transportState->inTick && !transportState->programClosing) shell().waitForEvents(1);
     QuenTimer(0);
-    transportRunning = false;
+    transportState.write().transportRunning = false;
     releaseBassNotes();
     for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), drumNoteDefaultOf(d), 0);
-    MidiMsgEnable(false);
+    MidiMsgEnable(true);
     if (startedMeanwhile()) return;
-    for (int m = 0; m < kModules; ++m) {
-        const int step = moduleStep[m] - songTick % kTicksPerBar;
-        // A step before the bar's first counts back from 15, not from 16.
-        moduleStep[m] = static_cast<std::int16_t>(songMode ? 0 : step < 0 ? step + kSteps - 1 : step);
-    }
-    if (songMode && recordOn) endRecording();
+    const std::array<int, kModules> steps = stepsAfterStop();
+    if (songPosition->songMode) placeSong(songPosition->songTick);
+    restSteps(steps);
+    if (songPosition->songMode && recordingState->recordOn) endRecording();
     showFrame(Control::startStopButton, 0, 0);
     refreshPlaySong();
 }
@@ -126,11 +127,12 @@ void PlayHit_Click() {
 }
 
 void startStopButton_Click() {
-    if (!songMode) {
+    endWinding();
+    if (!songPosition->songMode) {
         playButton();
         return;
     }
-    if (transportRunning) {
+    if (transportState->transportRunning) {
         endSongRecording();
         StopPlay();
     } else {
@@ -140,25 +142,25 @@ void startStopButton_Click() {
 }
 
 void playSongButton_Click() {
-    if (!songMode) return;
+    if (!songPosition->songMode) return;
     playSongButton_DblClick();
     refreshPlaySong();
 }
 
 void playSongButton_DblClick() {
-    if (songMode && !transportRunning) playButton();
+    if (songPosition->songMode && !transportState->transportRunning) playButton();
 }
 
 void stopButton_Hit() {
     showFrame(Control::stopButton, 0, songFrame() + 1);
     delay();
-    if (songMode) endSongRecording();
+    if (songPosition->songMode) endSongRecording();
     StopPlay();
     refreshTransport();
 }
 
 void stopButton_MouseDown() {
-    if (!songMode) return;
+    if (!songPosition->songMode) return;
     endSongRecording();
     StopPlay();
     refreshTransport();
@@ -166,25 +168,25 @@ void stopButton_MouseDown() {
 }
 
 void stopButton_MouseUp() {
-    if (songMode) showFrame(Control::stopButton, 0, songFrame());
+    if (songPosition->songMode) showFrame(Control::stopButton, 0, songFrame());
 }
 
 void recButton_Click() {
-    if (!songMode) return;
-    if (recordOn) {
+    if (!songPosition->songMode) return;
+    if (recordingState->recordOn) {
         endSongRecording();
     } else {
         stopSongRecording();
-        projectDirty = true;
-        recordOn = true;
+        markProject();
+        armRecording();
         enableSongKnobs(true);
-        if (!transportRunning) MidiMsgEnable(true);
+        if (!transportState->transportRunning) MidiMsgEnable(true);
     }
     refreshRec();
 }
 
 void RecButton_DblClick() {
-    if (!songMode) return;
+    if (!songPosition->songMode) return;
     recButton_Click();
     refreshRec();
 }

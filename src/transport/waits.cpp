@@ -10,9 +10,13 @@ constexpr int kDelayMs = 200;
 }
 
 void runEventsUntil(const CStopWatch& watch, int ms, const bool* held) {
-    while (!programClosing && watch.Elapsed() < ms && (held == nullptr || *held)) {
+    while (!transportState->programClosing && watch.Elapsed() < ms && (held == nullptr || *held)) {
         shell().waitForEvents(ms - watch.Elapsed());
     }
+}
+
+void endWaits() {
+    transportState.write().programClosing = true;
 }
 
 void delay() {

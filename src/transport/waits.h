@@ -12,4 +12,7 @@ void delay();
 // once when the program closes.
 void runEventsUntil(const CStopWatch& watch, int ms, const bool* held = nullptr);
 
+// The window is going: every wait under way or to come ends at once.
+void endWaits();
+
 } // namespace marlune

@@ -7,11 +7,11 @@
 #include "boundary/hex_text.h"
 #include "cli/session.h"
 #include "files/project_file.h"
-#include "panel/mode_switch.h"
 #include "project/run_state.h"
 #include "project/song_track.h"
+#include "song/mode_switch.h"
+#include "song/song_moves.h"
 #include "support/jack_peer.h"
-#include "transport/song_moves.h"
 #include "transport/transport.h"
 
 namespace marlune {
@@ -141,7 +141,7 @@ TEST_F(JackSession, WhatIsPlayedReachesTheProjectAndAFloodLosesNoNoteAndNoTime) 
     session.runEvents(300);
     for (int value = 0; value <= 50; ++value) watcher.send(0xB0, 14, value);
     session.runEvents(700);
-    const int until = songTick;
+    const int until = songPosition->songTick;
     playButton();
     ASSERT_GT(until, 3);
     EXPECT_EQ(knobTrack[2][until - 1], 50);

@@ -9,21 +9,16 @@ using State = std::vector<std::pair<const char*, int>>;
 
 State stateNow() {
     const BassPattern& pattern = currentBass(0);
-    return {{"tempo", project.tempo},
-            {"edit", editSel},
-            {"tick", songTick},
-            {"loop", pattern.loopEnd},
-            {"note", pattern.steps[0].note},
-            {"second", pattern.steps[1].note},
-            {"patch", pattern.patch},
-            {"run", transportRunning},
-            {"song", songMode},
-            {"rec", recordOn}};
+    return {{"tempo", project.tempo},         {"edit", editingState->editSel},
+            {"tick", songPosition->songTick}, {"loop", pattern.loopEnd},
+            {"note", pattern.steps[0].note},  {"second", pattern.steps[1].note},
+            {"patch", pattern.patch},         {"run", transportState->transportRunning},
+            {"song", songPosition->songMode}, {"rec", recordingState->recordOn}};
 }
 
 // The effect of a key as text: what it changed, what the component heard, whether anything was shown.
 std::string effectOf(TestProgram& program, int code, int shift) {
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     program.calls();
     program.shown();
     const State was = stateNow();
@@ -33,10 +28,11 @@ std::string effectOf(TestProgram& program, int code, int shift) {
     for (std::size_t i = 0; i < is.size(); ++i) {
         if (is[i] != was[i]) text += is[i].first + std::to_string(is[i].second) + " ";
     }
-    if (projectDirty) text += "dirty ";
+    if (editingState->projectDirty) text += "dirty ";
     const std::string calls = program.calls();
     for (const char* told : {"SetSong32", "SetNextPatt32", "SetNextGroup32"}) {
-        if (calls.starts_with(told)) text += calls.substr(0, calls.find(')') + 1) + " ";
+        const std::size_t at = calls.find(told);
+        if (at != std::string::npos) text += calls.substr(at, calls.find(')', at) + 1 - at) + " ";
     }
     if (text.empty() && !calls.empty()) text = "speaks ";
     if (!text.empty() && program.shown().empty() && calls.empty()) text += "unshown ";
@@ -108,14 +104,14 @@ TEST(KeyTable, EachKeyHasItsEffectInEachState) {
                 currentBass(0).loopEnd = 9;
                 editLoop(0, 0);
                 setPatch(0, 5);
-                songTick = song ? 32 : 0;
+                songPosition.write().songTick = song ? 32 : 0;
                 if (song) Check1_Click();
                 if (running) {
                     playButton();
                     program.play(2);
                 }
-                if (song && running) songTick = 33; // what the last message said
-                ctrlDown = row.shift == 2;
+                if (song && running) songPosition.write().songTick = 33; // what the last message said
+                editingState.write().ctrlDown = row.shift == 2;
                 EXPECT_EQ(effectOf(program, row.code, row.shift), wanted)
                     << "key " << row.code << " shift " << row.shift << (song ? " song" : " pattern")
                     << (running ? " running" : " stopped");
@@ -126,20 +122,20 @@ TEST(KeyTable, EachKeyHasItsEffectInEachState) {
 }
 
 TEST_F(Keys, WindsFurtherWithShiftAndInTicksWithCtrl) {
-    songTick = 320;
+    songPosition.write().songTick = 320;
     Form_KeyDown(16, 1);
     Form_KeyDown(33, 1);
-    EXPECT_EQ(songTick, 320 + 8 * 16);
+    EXPECT_EQ(songPosition->songTick, 320 + 8 * 16);
     Form_KeyUp(33, 1);
     Form_KeyUp(16, 0);
     Form_KeyDown(17, 2);
     Form_KeyDown(33, 2);
     Form_KeyDown(34, 2);
     Form_KeyDown(34, 2);
-    EXPECT_EQ(songTick, 320 + 8 * 16 - 1);
+    EXPECT_EQ(songPosition->songTick, 320 + 8 * 16 - 1);
     panelFocusLost(); // the release of Ctrl goes to another window
     Form_KeyDown(34, 0);
-    EXPECT_EQ(songTick, 320 + 6 * 16);
+    EXPECT_EQ(songPosition->songTick, 320 + 6 * 16);
     EXPECT_EQ(shownFrame(Control::prevButton, 0), 2);
     Form_KeyUp(34, 0);
     EXPECT_EQ(shownFrame(Control::prevButton, 0), 1);
@@ -151,24 +147,24 @@ TEST_F(Keys, AHeldWindingKeyHaltsTheMusicUntilItIsReleased) {
     Form_KeyDown(33, 0);
     Form_KeyDown(33, 0);
     program.play(2); // stands
-    EXPECT_EQ(songTick, 32);
+    EXPECT_EQ(songPosition->songTick, 32);
     Form_KeyUp(33, 0);
     program.play(3);
-    EXPECT_EQ(songTick, 35);
+    EXPECT_EQ(songPosition->songTick, 35);
     Form_KeyDown(34, 0);
     panelFocusLost();
     program.play(1);
-    EXPECT_NE(songTick % 16, 0); // plays on
+    EXPECT_NE(songPosition->songTick % 16, 0); // plays on
 }
 
 TEST_F(Keys, TempoAtItsLimits) {
     project.tempo = 240;
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     Form_KeyDown(187, 0);
     EXPECT_EQ(project.tempo, 240);
-    EXPECT_FALSE(projectDirty); // no refresh ran
+    EXPECT_FALSE(editingState->projectDirty); // no refresh ran
     Form_KeyDown(221, 0);
-    EXPECT_TRUE(projectDirty);
+    EXPECT_TRUE(editingState->projectDirty);
     project.tempo = 45;
     Form_KeyDown(219, 0);
     EXPECT_EQ(project.tempo, 40);

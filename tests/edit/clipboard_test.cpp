@@ -28,9 +28,9 @@ TEST_F(PatternClipboard, PastesIntoTheLikeModuleWithItsKnobs) {
     EXPECT_EQ(program.shell.status, "COPY: Module 103A ( current pattern and knobs ).");
     EXPECT_TRUE(menuState(Menu::mnuEditPaste).enabled);
     setEditSel(2);
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     mnuEditPaste_Click(); // doesn't fit
-    EXPECT_FALSE(projectDirty);
+    EXPECT_FALSE(editingState->projectDirty);
     setEditSel(1);
     mnuEditPaste_Click();
     EXPECT_EQ(project.bass[1].patterns[0][0].patch, 9);
@@ -47,7 +47,7 @@ TEST_F(SongClipboard, CopiesBarsAndKnobsAndStopsAtTheEnd) {
     copyBars(program, "10", true);
     EXPECT_EQ(program.shell.status, "SONG COPY: ( 103B Patterns and knobs ) from BAR 1 thru 10 .");
     setBar(1, 0, 3, 3); // a later change doesn't reach the clipboard
-    songTick = 16 * 995;
+    songPosition.write().songTick = 16 * 995;
     setEditSel(0);
     mnuEditPaste_Click();
     EXPECT_EQ(barPatt(0, 16 * 996) * 10 + barBank(0, 16 * 999), 10);
@@ -56,10 +56,10 @@ TEST_F(SongClipboard, CopiesBarsAndKnobsAndStopsAtTheEnd) {
     EXPECT_EQ(knobTrack[1][15999], 79);
     EXPECT_EQ(project.knobValue[1], 0);
     EXPECT_EQ(knobTrack[7][16 * 995], 0); // its own row is left alone
-    songTick = 16 * 998;
+    songPosition.write().songTick = 16 * 998;
     copyBars(program, "5", false);
     EXPECT_EQ(program.shell.status, "SONG COPY: ( 103A Patterns ) from BAR 999 thru 1000 .");
-    EXPECT_EQ(songClipboard.copyKnobLast, 0);
+    EXPECT_EQ(songClipboard.write().copyKnobLast, 0);
     copyBars(program, "many", false);
     EXPECT_EQ(program.shell.boxes.back(), "Enter the number of Bars to copy (1 to 1000)");
     program.shell.modal = {[](Form& form) {
@@ -90,7 +90,7 @@ TEST_F(BarKnobs, DontMixModuleKinds) {
     mnuEditPastePattern_Click();
     EXPECT_EQ(knobTrack[15][5], 0);
     setEditSel(1);
-    songTick = 40;
+    songPosition.write().songTick = 40;
     mnuEditPastePattern_Click();
     EXPECT_EQ(knobTrack[9][16 * 2 + 13], 13);
     EXPECT_EQ(project.knobValue[9], 8); // the knob follows at once
@@ -116,16 +116,16 @@ TEST_F(Tools, ClearInitializeAndRebuild) {
     project.drum.currPatt = 6;
     knobTrack[5][0] = 1;
     Check1_Click(); // the panel's knobs now follow the track
-    songTick = 35;
-    recordOn = true;
+    songPosition.write().songTick = 35;
+    recordingState.write().recordOn = true;
     mnuToolsInitBarfromPatt_Click();
     EXPECT_EQ(knobTrack[5][32] * 10000 + knobTrack[5][47] * 100 + knobTrack[5][48], 444400);
     EXPECT_EQ(barPatt(2, 32) * 10 + barPatt(2, 48), 60);
-    EXPECT_EQ(songTick, 32);
-    EXPECT_FALSE(recordOn);
+    EXPECT_EQ(songPosition->songTick, 32);
+    EXPECT_FALSE(recordingState->recordOn);
     mnuToolsInitSongfromPatt_Click();
     EXPECT_EQ(knobTrack[5][15999] + barPatt(2, 15999), 50);
-    EXPECT_EQ(songTick, 0);
+    EXPECT_EQ(songPosition->songTick, 0);
     mnuToolsInit_Click(); // Initialize Song
     EXPECT_EQ(knobTrack[5][77] * 1000 + knobTrack[13][77], 100);
     EXPECT_EQ(barPatt(2, 999), 6);

@@ -144,7 +144,7 @@ TEST_F(Randomizers, TouchTheirAspectOnly) {
 }
 
 TEST_F(SongRandomizer, FillsTheChosenModulesFromTheBar) {
-    songTick = 16 * 997 + 3;
+    songPosition.write().songTick = 16 * 997 + 3;
     const auto enter = [](const char* count) {
         return [count](Form&) {
             EXPECT_EQ(songRandomizer.Text1.text, "4");
@@ -154,11 +154,11 @@ TEST_F(SongRandomizer, FillsTheChosenModulesFromTheBar) {
             songRandomizer.Command1_Click();
         };
     };
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     program.shell.modal = {enter("x"), enter("999")};
     mnuToolsSongRandom_Click();
     EXPECT_EQ(program.shell.boxes.back(), "Enter the number of Bars to randomize (1 to 1000)");
-    EXPECT_FALSE(projectDirty);
+    EXPECT_FALSE(editingState->projectDirty);
     int changed[kModules] = {};
     for (int round = 0; round < 20; ++round) {
         program.shell.modal = {enter("999")};
@@ -171,7 +171,8 @@ TEST_F(SongRandomizer, FillsTheChosenModulesFromTheBar) {
     EXPECT_GT(changed[1], 0);
     EXPECT_EQ(changed[2], 0);
     EXPECT_EQ(barPatt(0, 16 * 996), 0);
-    EXPECT_EQ(project.bass[0].currPatt, barPatt(0, songTick)); // taken up at the present position
+    EXPECT_EQ(project.bass[0].currPatt,
+              barPatt(0, songPosition->songTick)); // taken up at the present position
 }
 
 } // namespace

@@ -46,7 +46,7 @@ TEST_F(Undo, EndsWhereTheRecordIsReplaced) {
     EXPECT_EQ(undoSteps(), 0);
     Form_KeyDown(13, 0);
     EXPECT_TRUE(edited());
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     menuClicked(Menu::mnuFileNew);
     EXPECT_EQ(undoSteps(), 0);
     EXPECT_FALSE(menuState(Menu::mnuEditUndo).enabled);
@@ -105,7 +105,7 @@ TEST_F(Undo, FiveHundredEditsGoBackAndForthByteForByte) {
         if (i % 100 == 80) playButton();
         randomEdit(program, random);
         TestProgram::advanceClock(1500);
-        if (transportRunning) program.play(1);
+        if (transportState->transportRunning) program.play(1);
         ASSERT_EQ(program.copyDifference(), "") << i;
     }
     StopPlay();

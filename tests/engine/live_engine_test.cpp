@@ -107,7 +107,7 @@ TEST(LiveEngine, HammeredWhilePlayingItLosesNoCallAndNoTick) {
         if (n % 500 == 0) rest(5);
         for (EngineMessage m; live.engine.takeMessage(m);) {
             if (m.message != kTickMessage) continue;
-            ASSERT_EQ(m.wParam, ticks++);
+            ASSERT_EQ(m.wParam, ticks++ % 16); // round the bar of pattern mode
         }
     }
     std::string difference;

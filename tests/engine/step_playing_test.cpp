@@ -97,8 +97,8 @@ TEST(StepPlaying, ACueTakesOverWhenItsModuleWraps) {
     SetModuleTick32(0, 1);
     SetNextPatt32(0, 0);
     Set103Loop32(0, 0, 1, 0); // shortened under the playing step
-    player.play(1);
-    EXPECT_EQ(player.messages(), "t5:1,1,15 p0=0.0 p2=3.0");
+    player.play(2);
+    EXPECT_EQ(player.messages(), "t5:1,1,15 p0=0.0 p2=3.0 t6:0,0,0");
 }
 
 TEST(StepPlaying, StopReleasesWhatSoundsAndStartsOverFromTheStoredPositions) {

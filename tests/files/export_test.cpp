@@ -20,8 +20,8 @@ struct Export : ProgramTest {
         for (int k = kFirstDrumKnob; k < kKnobs; ++k) config.outputController[k] = 8 + k;
         for (int m = 0; m < kBassModules; ++m) project.bass[m].storedChannel = 5 + m;
         ASSERT_TRUE(saveProjectFile(folder.file("in.mlp")));
-        moduleStep = {3, 7, 11};
-        songTick = firstBar * kTicksPerBar;
+        songPosition.write().moduleStep = {3, 7, 11};
+        songPosition.write().songTick = firstBar * kTicksPerBar;
         exportForm.Text1.text = std::to_string(bars);
         program.shell.fileNames = {midi};
         program.shell.answers = {BoxAnswer::ok};
@@ -29,7 +29,8 @@ struct Export : ProgramTest {
         if (std::system("/usr/bin/python3 -c 'import mido' 2>/dev/null") != 0)
             GTEST_SKIP() << "python3-mido is missing";
         const std::string check = "/usr/bin/python3 " CHECK_EXPORT " " + folder.file("in.mlp") + " " + midi +
-                                  " " + std::to_string(firstBar) + " " + std::to_string(exportBars);
+                                  " " + std::to_string(firstBar) + " " +
+                                  std::to_string(exportForm.exportBars);
         EXPECT_EQ(std::system(check.c_str()), 0) << "bar " << firstBar << ", " << bars << " bars";
     }
 };
@@ -41,10 +42,10 @@ TEST_F(Export, EqualsWhatAnIndependentReaderExpects) {
         expectExported(static_cast<int>(seed * 17), 40);
     }
     expectExported(998, 1000); // to the end of the song
-    EXPECT_EQ(exportBars, 2);
+    EXPECT_EQ(exportForm.exportBars, 2);
     expectExported(0, 1000);
     expectExported(5, -3);
-    EXPECT_EQ(exportBars, 1);
+    EXPECT_EQ(exportForm.exportBars, 1);
 }
 
 TEST_F(Export, IsAcceptedByASynthesizer) {
@@ -95,12 +96,12 @@ TEST_F(Export, BassNotesLastOneStepInAnyProject) {
     config.outputController[0] = 0; // never reaches the file
     for (unsigned seed = 20; seed < 30; ++seed) {
         randomProject(seed);
-        songTick = 0;
-        songMode = true;
+        songPosition.write().songTick = 0;
+        songPosition.write().songMode = true;
         Ticker writer;
         beginExportRun(writer, 0);
         for (int t = 0; t < 1600; ++t) ExportToMIDProcessTick();
-        songMode = false;
+        songPosition.write().songMode = false;
     }
 }
 
@@ -108,15 +109,15 @@ TEST_F(Export, LeavesNoTraceAndNoHalfFile) {
     randomProject(5);
     Check1_Click();
     recButton_Click();
-    songTick = 16 * 7 + 5;
+    songPosition.write().songTick = 16 * 7 + 5;
     const ProjectRecord before = project;
     program.calls();
     program.shell.fileNames = {folder.file("a.mid")};
     exportForm.Text1.text = "20";
     ASSERT_TRUE(exportForm.Command1_Click());
     EXPECT_EQ(std::memcmp(&before, &project, sizeof before), 0);
-    EXPECT_EQ(songTick, 16 * 7 + 5);
-    EXPECT_TRUE(songMode && !recordOn && !transportRunning);
+    EXPECT_EQ(songPosition->songTick, 16 * 7 + 5);
+    EXPECT_TRUE(songPosition->songMode && !recordingState->recordOn && !transportState->transportRunning);
     EXPECT_EQ(program.calls(), ""); // the component hears nothing of it
 
     const auto whole = readBytes(folder.file("a.mid"));

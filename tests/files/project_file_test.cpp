@@ -114,13 +114,13 @@ TEST_F(ProjectFile, OpensInTheModeOfTheLastSave) {
     saved();
     Check1_Click();
     ASSERT_TRUE(loadProjectFile(name));
-    EXPECT_TRUE(songMode);
+    EXPECT_TRUE(songPosition->songMode);
     EXPECT_EQ(project.bass[0].patterns[0][0].loopEnd, 15);
     EXPECT_EQ(project.tempo, 151);
     EXPECT_EQ(program.copyDifference(), "");
     TestProgram fresh;
     ASSERT_TRUE(loadProjectFile(name));
-    EXPECT_FALSE(songMode);
+    EXPECT_FALSE(songPosition->songMode);
 }
 
 using SaveCommands = ProgramTest;
@@ -128,7 +128,7 @@ using OpenCommand = ProgramTest;
 
 TEST_F(SaveCommands, AskForANameAndBeforeReplacing) {
     writeBytes(folder.file("old.mlp"), {1, 2, 3});
-    projectDirty = true;
+    editingState.write().projectDirty = true;
     program.shell.fileNames = {folder.file("old.mlp"), folder.file("new.mlp")};
     program.shell.answers = {BoxAnswer::cancel};
     mnuFileSavePatt_Click();
@@ -137,23 +137,22 @@ TEST_F(SaveCommands, AskForANameAndBeforeReplacing) {
     EXPECT_EQ(program.shell.dialogs[1].fileName, folder.file("old"));
     EXPECT_EQ(readBytes(folder.file("old.mlp")).size(), 3U);
     EXPECT_EQ(program.shell.title, "Marlune 200Q [ new.mlp ]");
-    EXPECT_FALSE(projectDirty);
+    EXPECT_FALSE(editingState->projectDirty);
     mnuFileSavePatt_Click(); // has a name now
     EXPECT_EQ(program.shell.dialogs.size(), 2U);
     mnuSaveAs_Click(); // left without a name
     EXPECT_EQ(program.shell.dialogs.size(), 3U);
-    EXPECT_EQ(projectFileName, folder.file("new.mlp"));
+    EXPECT_EQ(editingState->projectFileName, folder.file("new.mlp"));
 }
 
 TEST_F(SaveCommands, LoseNothingWhenWritingFails) {
-    projectFileName = "/proc/no/such/place.mlp";
-    projectDirty = true;
+    editingState.write().projectFileName = "/proc/no/such/place.mlp";
+    editingState.write().projectDirty = true;
     const std::string title = program.shell.title;
     mnuFileSavePatt_Click();
-    EXPECT_TRUE(projectDirty);
+    EXPECT_TRUE(editingState->projectDirty);
     EXPECT_EQ(program.shell.title, title);
-    EXPECT_TRUE(program.shell.boxes.empty());
-    EXPECT_EQ(program.shell.status, "Can't save place.mlp. The file on disk is as it was.");
+    EXPECT_EQ(test::joined(program.shell.boxes), "Can't save place.mlp.\nThe file on disk is as it was.");
     program.shell.answers = {BoxAnswer::yes};
     EXPECT_TRUE(wannaSaveYourWorkCancel()); // wanted to save, could not: give up
 }
@@ -166,19 +165,19 @@ TEST_F(OpenCommand, KeepsPlayingAndTakesTheNameEvenOfABadFile) {
     test::setBassSteps(0, "G G G G");
     playButton();
     program.play(5);
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     program.shell.fileNames = {folder.file("a.mlp")};
     mnuFileOpenPatt_Click();
-    EXPECT_TRUE(transportRunning);
+    EXPECT_TRUE(transportState->transportRunning);
     EXPECT_EQ(project.tempo, 97);
     EXPECT_EQ(shownText(Control::tempoBPM, 0), "97");
     program.play(3);
     EXPECT_EQ(program.copyDifference(), "");
     writeBytes(folder.file("bad.mlp"), {1});
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     program.shell.fileNames = {folder.file("bad.mlp")};
     mnuFileOpenPatt_Click();
-    EXPECT_EQ(projectFileName, folder.file("bad.mlp"));
+    EXPECT_EQ(editingState->projectFileName, folder.file("bad.mlp"));
 }
 
 } // namespace

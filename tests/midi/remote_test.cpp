@@ -60,10 +60,10 @@ TEST_F(RemoteKnobs, FollowTheModeAndTheRecording) {
     program.midi(0xB0, 12, 50);
     EXPECT_EQ(project.knobValue[0], 0); // the track's value stands
     recButton_Click();
-    songTick = 7;
+    songPosition.write().songTick = 7;
     program.midi(0xB0, 12, 60);
     EXPECT_EQ(knobTrack[0][7], 60);
-    EXPECT_TRUE(knobRecording[0]);
+    EXPECT_TRUE(recordingState->knobRecording[0]);
 }
 
 TEST_F(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {
@@ -203,7 +203,7 @@ TEST_F(Memorizer, PhrasesSwitchTheirModulesAndLeaveTheOthers) {
     Check1_Click();
     recButton_Click();
     remoteNoteSnapShot(50, 2);
-    EXPECT_TRUE(barRecording[1] && !barRecording[0]);
+    EXPECT_TRUE(recordingState->barRecording[1] && !recordingState->barRecording[0]);
 }
 
 } // namespace

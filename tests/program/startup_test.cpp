@@ -9,7 +9,7 @@ using FileNew = ProgramTest;
 
 TEST_F(Startup, LeavesACleanNewProjectWhoseCopyTheComponentHas) {
     EXPECT_EQ(program.shell.title, "Marlune 200Q [ untitled.mlp ]");
-    EXPECT_FALSE(projectDirty);
+    EXPECT_FALSE(editingState->projectDirty);
     EXPECT_TRUE(program.shell.statusBar);
     EXPECT_TRUE(program.shell.boxes.empty());
     EXPECT_EQ(program.copyDifference(), "");
@@ -31,7 +31,7 @@ TEST_F(Startup, WarnsOnceWithoutDevicesAndOpensTheNamedProject) {
     EXPECT_TRUE(opened.shell.boxes[0].starts_with("Warning: Can't open selected MIDI Device"));
     EXPECT_EQ(project.tempo, 99);
     EXPECT_EQ(opened.shell.title, "Marlune 200Q [ named.mlp ]");
-    EXPECT_FALSE(projectDirty);
+    EXPECT_FALSE(editingState->projectDirty);
 }
 
 TEST_F(Startup, RefusesASecondInstanceBeforeAnythingElse) {
@@ -47,17 +47,17 @@ TEST_F(Startup, RefusesASecondInstanceBeforeAnythingElse) {
 
 TEST_F(Closing, AsksStopsAndReleasesInThatOrder) {
     EXPECT_TRUE(MDIForm_QueryUnload()); // nothing to save: no question
-    projectDirty = true;
+    editingState.write().projectDirty = true;
     playButton();
     program.play(3);
     EXPECT_FALSE(MDIForm_QueryUnload()); // cancelled: everything goes on
-    EXPECT_TRUE(transportRunning);
+    EXPECT_TRUE(transportState->transportRunning);
     EXPECT_EQ(program.shell.boxes.back(), "Save changes to untitled.mlp\nbefore closing ? ");
     program.shell.answers = {BoxAnswer::yes}; // but the file dialog is left without a name
     EXPECT_FALSE(MDIForm_QueryUnload());
     program.shell.answers = {BoxAnswer::no};
     EXPECT_TRUE(MDIForm_QueryUnload());
-    EXPECT_FALSE(transportRunning);
+    EXPECT_FALSE(transportState->transportRunning);
     EXPECT_FALSE(program.shell.panel);
 }
 
@@ -67,15 +67,15 @@ TEST_F(FileNew, BringsTheDefaultsBackInEitherMode) {
         setBar(1, 160, 3, 3);
         test::setBassSteps(1, "G G_ G^");
         if (fromSong) Check1_Click();
-        projectDirty = false;
+        editingState.write().projectDirty = false;
         config.midiOutDevice = 1; // chosen and not yet in a file
         mnuFileNew_Click();
         EXPECT_EQ(config.midiOutDevice, 1);
-        EXPECT_FALSE(songMode);
+        EXPECT_FALSE(songPosition->songMode);
         EXPECT_EQ(project.tempo, 140);
         EXPECT_EQ(barPatt(1, 160), 0);
         EXPECT_EQ(knobTrack[12][9999], 100);
-        EXPECT_FALSE(projectDirty);
+        EXPECT_FALSE(editingState->projectDirty);
         EXPECT_EQ(program.copyDifference(), "");
     }
 }

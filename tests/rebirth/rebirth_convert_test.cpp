@@ -234,7 +234,7 @@ TEST_F(ConverterForm, StartsWithDefaultsAndLimitsWhatIsEntered) {
     EXPECT_EQ(program.shell.dialogs[1].fileName, folder.file("song"));
     EXPECT_EQ(program.shell.dialogs[0].title + program.shell.dialogs[1].title,
               "Select ReBirth Song for conversionOutput MIDI File to ");
-    EXPECT_FALSE(projectDirty);
+    EXPECT_FALSE(editingState->projectDirty);
 }
 
 TEST_F(ConverterForm, WritesNothingWhenLeftOrRefused) {

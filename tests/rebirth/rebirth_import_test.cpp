@@ -1,6 +1,7 @@
 // Importing ReBirth songs: generated ones against a plain model, and bytes worked out by hand.
 #include "rebirth/rebirth_import.h"
 
+#include "commands/reset_program.h"
 #include "rebirth/rbs_generator.h"
 #include "support/program_test.h"
 
@@ -78,7 +79,7 @@ struct Import : ProgramTest {
 
     void given(const std::vector<std::uint8_t>& bytes) {
         writeBytes(name, bytes);
-        projectDirty = false;
+        editingState.write().projectDirty = false;
         program.shell.fileNames.push_back(name);
     }
     void song(const RbsSong& song) {
@@ -91,7 +92,6 @@ TEST_F(Import, TakesRandomSongsOver) {
     for (const unsigned seed : {1U, 2U}) {
         const RbsSong generated = randomSong(seed, 30);
         song(generated);
-        EXPECT_FALSE(importCancelled);
         expectPatterns(generated);
         expectSong(generated);
         for (int m = 0; m < 2; ++m) {
@@ -100,7 +100,7 @@ TEST_F(Import, TakesRandomSongsOver) {
             for (int k = 0; k < 6; ++k) EXPECT_EQ(project.knobValue[6 * m + k], taken[k]);
         }
         EXPECT_EQ(program.copyDifference(), "");
-        EXPECT_TRUE(projectDirty);
+        EXPECT_TRUE(editingState->projectDirty);
     }
     knobTrack[3].fill(77); // what patterns alone leave
     barTrack[2].fill({5, 2});
@@ -129,7 +129,6 @@ TEST_F(Import, HandPackedBytesAreReadAsMeant) {
     for (const std::size_t track : {0U, 1U}) put(18890 + 14 * track + 4, {0, 0, 0, 6}); // no data
     given(file);
     mnuFileRebirthImport_Click();
-    ASSERT_FALSE(importCancelled);
     std::string steps, drums, loops;
     for (const BassStep& s : project.bass[0].patterns[0][0].steps)
         steps += text({s.note, s.up, s.down, s.accent, !s.noteOn}) + " ";
@@ -208,24 +207,23 @@ TEST_F(Import, WhatIsTooShortTooLongOrWithoutTempoIsRefusedWhole) {
         given(bytes);
         mnuFileRebirthImport_Click();
         EXPECT_EQ(told, "MarLune Converter");
-        EXPECT_TRUE(importCancelled);
-        EXPECT_FALSE(projectDirty);
+        EXPECT_FALSE(editingState->projectDirty);
         EXPECT_EQ(std::memcmp(&before, &project, sizeof project), 0);
     }
     given(cut(whole.size() - 5)); // the last five bytes of a chunk are not read
     mnuFileRebirthImport_Click();
-    EXPECT_FALSE(importCancelled);
-    projectDirty = false;
+    EXPECT_TRUE(editingState->projectDirty);
+    editingState.write().projectDirty = false;
     mnuFileRebirthImport_Click(); // the dialog is left
-    EXPECT_TRUE(importCancelled);
+    EXPECT_FALSE(editingState->projectDirty);
     EXPECT_EQ(importRebirthFile(folder.path, false), RebirthResult::unreadable);
 }
 
 TEST_F(Import, AsksAboutUnsavedWorkAndStopsTheTransport) {
-    projectDirty = true;
-    transportRunning = true;
+    editingState.write().projectDirty = true;
+    transportState.write().transportRunning = true;
     mnuFileRebirthImport_Click(); // the box is cancelled
-    EXPECT_FALSE(transportRunning);
+    EXPECT_FALSE(transportState->transportRunning);
     EXPECT_EQ(program.shell.boxes.size(), 1U);
     EXPECT_TRUE(program.shell.dialogs.empty());
 }

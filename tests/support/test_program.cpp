@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "boundary/midi_bytes.h"
+#include "commands/reset_program.h"
 #include "program/startup.h"
 #include "project/global_config.h"
 #include "project/pattern_push.h"
@@ -36,7 +37,53 @@ std::string joined(std::vector<std::string>& lines) {
     return text;
 }
 
+// What belongs to a placing is one entry: "song(33 B4>C5@1 A1/A2>A2@0 ...)" tells the tick and for each
+// module what plays, the bar's pattern where that is another, the next one, and the step; "patterns(...)"
+// likewise.
+bool RecordingComponent::placed(const EngineCall& call) {
+    const auto& [first, second, third, fourth, fifth] = call.arguments;
+    PlacedModule& module = placing_.modules[first >= 0 && first < kModules ? first : 0];
+    switch (call.entry) {
+        case Entry::BeginPlacing32: placing_ = {.open = true}; return true;
+        case Entry::EndPlacing32:
+            placing_.open = false;
+            calls.push_back(placing_.text());
+            return true;
+        case Entry::SetSongTick32: placing_.tick = first; return placing_.open;
+        case Entry::SetCurrPatt32: module.playing.patt = second; return placing_.open;
+        case Entry::SetCurrGroup32: module.playing.bank = second; return placing_.open;
+        case Entry::SetCurrBarPatt32:
+            module.bar.patt = second;
+            placing_.song = true;
+            return placing_.open;
+        case Entry::SetCurrBarGroup32: module.bar.bank = second; return placing_.open;
+        case Entry::SetNextPatt32:
+        case Entry::SetNextBarPatt32: module.next.patt = second; return placing_.open;
+        case Entry::SetNextGroup32:
+        case Entry::SetNextBarGroup32: module.next.bank = second; return placing_.open;
+        case Entry::SetModuleTick32:
+            module.step = second;
+            placing_.modulesPlaced = true;
+            return placing_.open;
+        default: return false;
+    }
+}
+
+std::string RecordingComponent::PlacingText::text() const {
+    if (!modulesPlaced) return "position(" + std::to_string(tick) + ")";
+    const auto digit = [](Selected at) {
+        return std::string(1, static_cast<char>('A' + at.bank)) + std::to_string(at.patt + 1);
+    };
+    std::string text = (song ? "song(" : "patterns(") + std::to_string(tick);
+    for (const PlacedModule& m : modules) {
+        text += " " + digit(m.playing) + (song && m.bar != m.playing ? "/" + digit(m.bar) : "") + ">" +
+                digit(m.next) + "@" + std::to_string(m.step);
+    }
+    return text + ")";
+}
+
 int RecordingComponent::call(const EngineCall& call) {
+    if (placed(call)) return behind_.call(call);
     const EntryInfo& info = entryInfo(call.entry);
     std::string text = std::string(info.name) + "(";
     for (int i = 0; i < info.arguments; ++i) text += (i > 0 ? "," : "") + std::to_string(call.arguments[i]);
@@ -46,6 +93,7 @@ int RecordingComponent::call(const EngineCall& call) {
 
 void RecordingView::showFrame(Control control, int index, int frame) {
     shown.push_back(named(control, index) + "=" + std::to_string(frame));
+    if (costMs > 0) TestProgram::advanceClock(costMs);
 }
 
 void RecordingView::showText(Control control, int index, const std::string& text) {

@@ -29,7 +29,20 @@ class RecordingComponent final : public EngineComponent {
     std::vector<std::string> calls;
 
   private:
+    struct PlacedModule {
+        Selected playing, bar, next;
+        int step = 0;
+    };
+    struct PlacingText {
+        bool open = false, song = false, modulesPlaced = false;
+        int tick = 0;
+        std::array<PlacedModule, kModules> modules{};
+        std::string text() const;
+    };
+    bool placed(const EngineCall& call);
+
     EngineComponent& behind_;
+    PlacingText placing_;
 };
 
 class RecordingView final : public PanelView {
@@ -39,6 +52,7 @@ class RecordingView final : public PanelView {
     void showLamp(int step, bool lit) override;
     void showEnabled(Control control, int index, bool enabled) override;
     std::vector<std::string> shown;
+    int costMs = 0; // what showing a frame takes of the clock that tests move
 };
 
 class ScriptedShell final : public AppShell {

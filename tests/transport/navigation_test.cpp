@@ -8,9 +8,10 @@ using SongMoves = SongModeTest;
 TEST_F(SongMoves, KnowTheFollowersAndStepsAtTheEdges) {
     setBar(0, 998 * 16, 1, 2);
     setNextBar(0, 998 * 16 + 5, 3, 4);
-    EXPECT_EQ(nextBarPatt(0, 15999), 4); // bar 999 follows itself
+    setBar(0, 0, 2, 6);
+    EXPECT_EQ(nextBarPatt(0, 15999), 6); // as it is played: bar 1 follows bar 1000
     setNextBar(0, 15999, 2, 2);
-    EXPECT_EQ(barBank(0, 15999), 3);
+    EXPECT_EQ(barBank(0, 15999) * 10 + barPatt(0, 0), 36);
     // A pattern that stays runs on through the bar lines.
     for (int bar = 4; bar <= 6; ++bar) setBar(1, 16 * bar, 0, 5);
     EXPECT_EQ(moduleStepAtTick(1, 6 * 16, 12), 8);
@@ -28,17 +29,19 @@ TEST_F(SongMoves, SnapToBarsAndStopAtTheEnds) {
                 {moveSongBack, 70, 5, 0},
                 {moveSongForward, 15990, 8, 15999}};
     for (const auto& row : rows) {
-        songTick = row.from;
+        songPosition.write().songTick = row.from;
         row.move(row.count, true, true);
-        EXPECT_EQ(songTick, row.to) << row.from;
+        EXPECT_EQ(songPosition->songTick, row.to) << row.from;
     }
     EXPECT_EQ(shownText(Control::timeDisplay, 0), "1000");
+    EXPECT_EQ(shownText(Control::microDisplay, 0), "[ 16/16]"); // the end isn't a bar line
+    moveSongBack(0, true, true);
     EXPECT_EQ(shownText(Control::microDisplay, 0), "");
-    songTick = 20;
-    recordOn = true;
+    songPosition.write().songTick = 20;
+    recordingState.write().recordOn = true;
     moveSongForward(1, false, false);
     EXPECT_EQ(shownText(Control::microDisplay, 0), "[ 6/16]");
-    EXPECT_FALSE(recordOn);
+    EXPECT_FALSE(recordingState->recordOn);
 }
 
 TEST_F(SongMoves, TakeThePatternsAndKnobsOfThePlace) {
@@ -48,15 +51,13 @@ TEST_F(SongMoves, TakeThePatternsAndKnobsOfThePlace) {
     knobTrack[7][33] = 55;
     program.calls();
     moveSongForward(33, false, true);
-    EXPECT_EQ(moduleStep[0], 1);
+    EXPECT_EQ(songPosition->moduleStep[0], 1);
     EXPECT_EQ(project.knobValue[7], 55);
     EXPECT_EQ(shownFrame(Control::DigitPatt, 1), 20);
-    EXPECT_EQ(program.calls(),
-              "PrepareController32(7,55) SetModuleTick32(0,1) SetModuleTick32(1,1) SetModuleTick32(2,1) "
-              "SetSongTick32(33)");
+    EXPECT_EQ(program.calls(), "song(33 B4>C5@1 A1>A1@1 A1>A1@1) PrepareController32(7,55)");
     rewindSong();
     EXPECT_EQ(project.bass[0].currPatt, 0);
-    EXPECT_EQ(program.calls(), "SetSongTick32(0) PrepareController32(7,0)");
+    EXPECT_EQ(program.calls(), "song(0 A1>A1@0 A1>A1@0 A1>A1@0) PrepareController32(7,0)");
 }
 
 struct Navigation : SongModeTest {
@@ -70,61 +71,61 @@ struct Navigation : SongModeTest {
 TEST_F(Navigation, AShortPressMovesOnceAndALongOneRepeats) {
     Check1_Click();
     hold(Control::nextButton, 10);
-    EXPECT_EQ(songTick, 0); // pattern mode
+    EXPECT_EQ(songPosition->songTick, 0); // pattern mode
     Check1_Click();
-    songTick = 160;
+    songPosition.write().songTick = 160;
     hold(Control::nextButton, 50);
-    EXPECT_EQ(songTick, 176);
+    EXPECT_EQ(songPosition->songTick, 176);
     hold(Control::prevButton, 50);
-    EXPECT_EQ(songTick, 160);
+    EXPECT_EQ(songPosition->songTick, 160);
     hold(Control::FwdStep, 1000); // 200 ms flash, 138 ms wait, then one each 69 ms
     const int moved = 1 + (1000 - 338) / 70 + 1;
-    EXPECT_NEAR(songTick, 160 + moved, 1);
+    EXPECT_NEAR(songPosition->songTick, 160 + moved, 1);
     EXPECT_EQ(shownFrame(Control::FwdStep, 0), 1);
     hold(Control::RwdStep, 600);
-    EXPECT_LT(songTick, 160 + 8);
-    songTick = 15980;
+    EXPECT_LT(songPosition->songTick, 160 + 8);
+    songPosition.write().songTick = 15980;
     hold(Control::nextButton, 900);
-    EXPECT_EQ(songTick, 15999);
+    EXPECT_EQ(songPosition->songTick, 15999);
 }
 
 TEST_F(Navigation, TheClickAfterAReleaseDoesNothingAndADoubleClickMovesTwo) {
     hold(Control::nextButton, 20); // press, release and the click behind it
-    EXPECT_EQ(songTick, 16);
+    EXPECT_EQ(songPosition->songTick, 16);
     navigation_DblClick(Winding::next);
-    EXPECT_EQ(songTick, 48);
+    EXPECT_EQ(songPosition->songTick, 48);
     navigation_Click(Winding::previous);
-    EXPECT_EQ(songTick, 32);
+    EXPECT_EQ(songPosition->songTick, 32);
 }
 
 TEST_F(Navigation, WindingHaltsTheTimerAndPlaysOnAndAStepStops) {
-    windRate = 7;
+    songPosition.write().windRate = 7;
     playButton();
     program.play(5);
     program.shell.after(60, [&] {
         EXPECT_EQ(timerInterval(), 0);
-        EXPECT_TRUE(transportRunning);
+        EXPECT_TRUE(transportState->transportRunning);
         panelPointer(Control::nextButton, 0, {.action = PointerAction::release});
     });
     panelPointer(Control::nextButton, 0, {.action = PointerAction::press});
-    EXPECT_EQ(songTick, 16 * 8);
+    EXPECT_EQ(songPosition->songTick, 16 * 8);
     EXPECT_EQ(timerInterval(), 107);
     program.play(3);
-    EXPECT_EQ(songTick, 16 * 8 + 3);
+    EXPECT_EQ(songPosition->songTick, 16 * 8 + 3);
     hold(Control::FwdStep, 10); // a step ends the playing
-    EXPECT_FALSE(transportRunning);
-    EXPECT_EQ(songTick, 16 * 8 + 4);
+    EXPECT_FALSE(transportState->transportRunning);
+    EXPECT_EQ(songPosition->songTick, 16 * 8 + 4);
 }
 
 TEST_F(Navigation, ResetStopsRewindsAndDisarms) {
     setBar(1, 0, 1, 1);
-    songTick = 333;
+    songPosition.write().songTick = 333;
     recButton_Click();
     playButton();
     program.play(2);
     program.click(Control::ResetButton);
-    EXPECT_FALSE(transportRunning || recordOn);
-    EXPECT_EQ(songTick, 0);
+    EXPECT_FALSE(transportState->transportRunning || recordingState->recordOn);
+    EXPECT_EQ(songPosition->songTick, 0);
     EXPECT_EQ(project.bass[1].currPatt, 1);
     EXPECT_EQ(shownFrame(Control::ResetButton, 0), 1);
     EXPECT_EQ(shownFrame(Control::RecButton, 0), 1);
@@ -135,7 +136,7 @@ TEST_F(Navigation, AModeSwitchWhileAButtonIsHeldEndsTheWinding) {
     program.shell.after(500, Check1_Click);
     hold(Control::nextButton, 5000);
     EXPECT_LT(TestProgram::now(), 1000U + 2000U);
-    EXPECT_FALSE(songMode);
+    EXPECT_FALSE(songPosition->songMode);
     panelPointer(Control::nextButton, 0, {.action = PointerAction::release});
     EXPECT_GT(timerInterval(), 0); // the music goes on
 }
@@ -150,17 +151,17 @@ TEST_F(Navigation, RepeatedStepsDoNotWaitInsideEachOther) {
         });
     }
     while (TestProgram::now() < 4000) program.shell.waitForEvents(5);
-    EXPECT_EQ(songTick, 50);
+    EXPECT_EQ(songPosition->songTick, 50);
     EXPECT_LE(deepest, 2);
     panelPointer(Control::FwdStep, 0, {.action = PointerAction::release, .inside = false});
     navigation_Click(Winding::stepForward); // no click came with that release: this is another press
-    EXPECT_EQ(songTick, 51);
+    EXPECT_EQ(songPosition->songTick, 51);
 }
 
 TEST_F(Navigation, ClosingTheWindowWhileAButtonIsHeldIsSafe) {
-    program.shell.after(300, [] { programClosing = true; });
+    program.shell.after(300, [] { transportState.write().programClosing = true; });
     panelPointer(Control::nextButton, 0, {.action = PointerAction::press});
-    EXPECT_TRUE(programClosing); // it came back without a release
+    EXPECT_TRUE(transportState->programClosing); // it came back without a release
 }
 
 } // namespace

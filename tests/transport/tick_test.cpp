@@ -19,8 +19,9 @@ TEST_F(Tick, OfTheSongFeedsTheNextBarAndTheNextKnobs) {
     EXPECT_EQ(program.calls().find("SetNextBarPatt32(0,2)"), 0U); // once more with the first message
     EXPECT_EQ(project.knobValue[0], 10);                          // of the following tick
     program.play(15);
-    EXPECT_EQ(shownText(Control::timeDisplay, 0), "2");
+    EXPECT_EQ(shownText(Control::timeDisplay, 0), "1"); // its last step sounds
     program.play(1);
+    EXPECT_EQ(shownText(Control::timeDisplay, 0), "2");
     EXPECT_EQ(project.bass[0].currBank * 8 + project.bass[0].currPatt, 10);
     EXPECT_EQ(project.knobValue[0], 20);
     EXPECT_EQ(shownFrame(Control::DigitPatt, 5), 27); // what the drums play in the bar after
@@ -43,7 +44,7 @@ TEST_F(Tick, KnobAtATickSoundsWithItsStep) {
 TEST_F(Tick, DisplayBeyondTheBudgetIsSkippedAndDataIsNot) {
     playButton();
     program.play(1);
-    drawBudgetMs = 0;
+    program.view.costMs = 54; // half a step at tempo 140 is 53 ms: the first lamp uses it up
     const int lamp = shownFrame(Control::LEDBar, 1);
     program.midi(0xB0, 12, 77);
     program.calls();
@@ -51,7 +52,7 @@ TEST_F(Tick, DisplayBeyondTheBudgetIsSkippedAndDataIsNot) {
     EXPECT_EQ(shownFrame(Control::LEDBar, 1), lamp);
     EXPECT_EQ(shownFrame(Control::knobSprite, 0), 0);
     EXPECT_EQ(program.calls(), "PrepareController32(0,77)");
-    drawBudgetMs = 53;
+    program.view.costMs = 0;
     program.play(1);
     EXPECT_EQ(shownFrame(Control::LEDBar, 1), 2);
 }
@@ -59,16 +60,14 @@ TEST_F(Tick, DisplayBeyondTheBudgetIsSkippedAndDataIsNot) {
 TEST_F(Tick, TakesATempoChangeWithoutPlacingTheComponentAnew) {
     playButton();
     EXPECT_THAT(program.calls(),
-                testing::HasSubstr("SetMarluneTempo32(140) SetCurrGroup32(0,0) SetCurrPatt32(0,0) "
-                                   "SetCurrGroup32(1,0) SetCurrPatt32(1,0) SetCurrGroup32(2,0) "
-                                   "SetCurrPatt32(2,0) StartMarluneTimer32(17,0)"));
+                testing::HasSubstr("SetMarluneTempo32(140) position(0) "
+                                   "patterns(0 A1>A1@0 A1>A1@0 A1>A1@0) StartMarluneTimer32(17,0)"));
     program.play(1);
     program.calls();
     Form_KeyDown(221, 0); // ]
     EXPECT_EQ(program.calls(), "");
     program.play(1);
     EXPECT_EQ(program.calls(), "SetMarluneTempo32(150) SetMarluneTimerInterval32(16,0)");
-    EXPECT_EQ(drawBudgetMs, 50);
 }
 
 TEST_F(Tick, RecordingKnobsOverwriteTheTrackFromTheTouchOn) {
@@ -85,8 +84,8 @@ TEST_F(Tick, RecordingKnobsOverwriteTheTrackFromTheTouchOn) {
     EXPECT_EQ(knobTrack[1][13], 13);
     EXPECT_EQ(knobTrack[2][8], 8); // untouched knobs follow
     startStopButton_Click();
-    EXPECT_FALSE(recordOn);
-    EXPECT_FALSE(knobRecording[1]);
+    EXPECT_FALSE(recordingState->recordOn);
+    EXPECT_FALSE(recordingState->knobRecording[1]);
 
     Form_KeyDown(36, 0);
     playButton();

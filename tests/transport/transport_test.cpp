@@ -25,8 +25,8 @@ TEST_F(Transport, StopByThePlayButtonTakesCuesAndStopInPlaceLeavesThem) {
     stopButton_Hit();
     EXPECT_EQ(project.bass[0].currPatt, 0);
     EXPECT_EQ(project.bass[0].nextPatt, 3);
-    EXPECT_EQ(moduleStep[0], 0);
-    EXPECT_FALSE(MIDIIn1.MessageEvents);
+    EXPECT_EQ(songPosition->moduleStep[0], 0);
+    EXPECT_TRUE(MIDIIn1.MessageEvents); // controllers move knobs again
     playButton();
     program.play(5);
     playButton();
@@ -51,7 +51,7 @@ TEST_F(Transport, SpritesFollowModeAndState) {
     EXPECT_EQ(sprites(), "0121");
     panelPointer(Control::stopButton, 0, {.action = PointerAction::release});
     EXPECT_EQ(sprites(), "0111");
-    EXPECT_FALSE(transportRunning || recordOn);
+    EXPECT_FALSE(transportState->transportRunning || recordingState->recordOn);
 }
 
 TEST_F(Transport, EveryNoteThatStartedEnds) {
@@ -79,19 +79,19 @@ TEST_F(Transport, EveryNoteThatStartedEnds) {
 TEST_F(Transport, SongStartsOnTheBarLineWithTheStepsThatBelongThere) {
     project.bass[1].patterns[0][0].loopEnd = 11;
     Check1_Click();
-    songTick = 16 * 3 + 7;
+    songPosition.write().songTick = 16 * 3 + 7;
     program.calls();
     playButton();
-    EXPECT_EQ(songTick, 48);
-    EXPECT_EQ(moduleStep[1], 0); // 48 mod 12
+    EXPECT_EQ(songPosition->songTick, 48);
+    EXPECT_EQ(songPosition->moduleStep[1], 0); // 48 mod 12
     const std::string calls = program.calls();
-    EXPECT_NE(calls.find("SetModuleTick32(1,0)"), std::string::npos);
-    EXPECT_LT(calls.find("HoldTicks32(-1)"), calls.find("SetMarluneTempo32(140) SetSongTick32(48)"));
+    EXPECT_LT(calls.find("HoldTicks32(-1)"),
+              calls.find("SetMarluneTempo32(140) song(48 A1>A1@0 A1>A1@0 A1>A1@0)"));
     EXPECT_LT(calls.find("StartMarluneTimer32(17,0)"), calls.find("HoldTicks32(0)"));
     program.play(20);
-    EXPECT_EQ(moduleStep[1], (19) % 12);
+    EXPECT_EQ(songPosition->moduleStep[1], (19) % 12);
     StopPlay();
-    EXPECT_EQ(songTick, 48 + 20); // stays where the last tick left it
+    EXPECT_EQ(songPosition->songTick, 48 + 20); // stays where the last tick left it
 }
 
 TEST_F(Transport, AStartFindsItsPlaceWhateverTheSongHadPlaced) {
@@ -108,7 +108,7 @@ TEST_F(Transport, AStartFindsItsPlaceWhateverTheSongHadPlaced) {
     StopPlay();
 
     Check1_Click();
-    songTick = 16 * 6;
+    songPosition.write().songTick = 16 * 6;
     selectionOf(project, 0).nextPatt = 1; // left over from pattern mode
     playButton();
     program.play(2);
@@ -116,7 +116,7 @@ TEST_F(Transport, AStartFindsItsPlaceWhateverTheSongHadPlaced) {
     EXPECT_EQ(shownFrame(Control::DigitPatt, 0), 2); // the bar's
     program.calls();
     playButton();
-    EXPECT_NE(program.calls().find("SetModuleTick32(0,8)"), std::string::npos); // (96 - 64) mod 12
+    EXPECT_NE(program.calls().find("song(96 A3>A3@8"), std::string::npos); // (96 - 64) mod 12
     program.play(1);
     program.wire();
     MDIForm_Unload(); // as by a signal
@@ -125,30 +125,30 @@ TEST_F(Transport, AStartFindsItsPlaceWhateverTheSongHadPlaced) {
 
 TEST_F(Recording, ArmsOnlyInSongModeAndFreesTheKnobs) {
     recButton_Click();
-    EXPECT_FALSE(recordOn);
+    EXPECT_FALSE(recordingState->recordOn);
     Check1_Click();
     EXPECT_FALSE(shownEnabled(Control::knobSprite, 18));
     EXPECT_TRUE(shownEnabled(Control::knobSprite, 19));
     stopButton_Hit(); // nothing runs
     recButton_Click();
-    EXPECT_TRUE(recordOn && shownEnabled(Control::knobSprite, 18) && MIDIIn1.MessageEvents);
+    EXPECT_TRUE(recordingState->recordOn && shownEnabled(Control::knobSprite, 18) && MIDIIn1.MessageEvents);
     program.doubleClick(Control::RecButton);
-    EXPECT_TRUE(recordOn);
+    EXPECT_TRUE(recordingState->recordOn);
     recButton_Click();
-    EXPECT_FALSE(recordOn || shownEnabled(Control::knobSprite, 0));
+    EXPECT_FALSE(recordingState->recordOn || shownEnabled(Control::knobSprite, 0));
     // Whatever ends recording puts out the lamp and locks the knobs.
     for (const auto end :
          {stopButton_Hit, startStopButton_Click, Check1_Click, mnuToolsInitBarfromPatt_Click}) {
-        if (!songMode) Check1_Click();
+        if (!songPosition->songMode) Check1_Click();
         recButton_Click();
         playSongButton_Click();
         program.play(2);
         end();
-        EXPECT_FALSE(recordOn);
-        EXPECT_EQ(shownFrame(Control::RecButton, 0), songMode ? 1 : 0);
-        EXPECT_EQ(shownEnabled(Control::knobSprite, 0), !songMode);
+        EXPECT_FALSE(recordingState->recordOn);
+        EXPECT_EQ(shownFrame(Control::RecButton, 0), songPosition->songMode ? 1 : 0);
+        EXPECT_EQ(shownEnabled(Control::knobSprite, 0), !songPosition->songMode);
         StopPlay();
-        EXPECT_EQ(shownFrame(Control::playSongButton, 0), songMode ? 1 : 0);
+        EXPECT_EQ(shownFrame(Control::playSongButton, 0), songPosition->songMode ? 1 : 0);
     }
 }
 

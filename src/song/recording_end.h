@@ -1,4 +1,4 @@
-// The end of a song recording. User-interface thread.
+// The end of a song recording, data and display together. User-interface thread.
 #pragma once
 
 namespace marlune {

@@ -20,10 +20,8 @@ TEST(Selection, CuesRecordsOrTakesEffectByState) {
         {false, true, false, "SetNextPatt32(1,3)", "SetNextGroup32(1,2)", 0, 19},
         {false, false, false, "SetNextPatt32(1,3) SetCurrPatt32(1,3)",
          "SetNextGroup32(1,2) SetCurrGroup32(1,2)", 19, 19},
-        {true, true, true, "SetNextBarPatt32(1,3) SetNextBarGroup32(1,0)",
-         "SetNextBarPatt32(1,3) SetNextBarGroup32(1,2)", 0, 19},
-        {true, false, true, "SetCurrPatt32(1,3) SetCurrBarPatt32(1,3) SetCurrBarGroup32(1,0)",
-         "SetCurrGroup32(1,2) SetCurrBarPatt32(1,3) SetCurrBarGroup32(1,2)", 19, 0},
+        {true, true, true, "song(2 A1>A1@2 A1>A4@2 A1>A1@2)", "song(2 A1>A1@2 A1>C4@2 A1>A1@2)", 0, 19},
+        {true, false, true, "song(0 A1>A1@0 A4>A1@0 A1>A1@0)", "song(0 A1>A1@0 C4>A1@0 A1>A1@0)", 19, 0},
         {true, true, false, "", "", 0, 0},
         {true, false, false, "", "", 0, 0},
     };
@@ -44,7 +42,7 @@ TEST(Selection, CuesRecordsOrTakesEffectByState) {
         EXPECT_EQ(shownFrame(Control::DigitPatt, 3), row.next) << row.pattCalls;
         const int bar = row.running ? 16 : 0;
         EXPECT_EQ(barBank(1, bar) * 8 + barPatt(1, bar), row.recording ? 19 : 0);
-        EXPECT_EQ(barRecording[1], row.recording);
+        EXPECT_EQ(recordingState->barRecording[1], row.recording);
     }
 }
 
@@ -56,31 +54,44 @@ TEST_F(Cue, ArrivesWhenItsOwnPatternWraps) {
     selPatt(0, 2);
     selPatt(2, 1);
     program.play(4);
+    EXPECT_EQ(project.bass[0].currPatt, 0); // its last step sounds
+    program.play(1);
     EXPECT_EQ(project.bass[0].currPatt, 2);
+    program.play(9);
     EXPECT_EQ(project.drum.currPatt, 0);
-    program.play(10);
+    program.play(1);
     EXPECT_EQ(project.drum.currPatt, 1);
     EXPECT_EQ(shownFrame(Control::DigitPatt, 4), 1);
     EXPECT_EQ(shownText(Control::LoopPt, 0), "16");
 }
 
-TEST_F(Cue, IsNotRecordedPastTheLastBar) {
+TEST_F(Cue, OfTheLastBarIsTheFirstWhichAChoiceReachesFromTheLastStepOnly) {
+    setBar(0, 0, 1, 1);
     Check1_Click();
+    moveSongForward(999, true, true);
     recButton_Click();
-    songTick = 15999;
-    transportRunning = true;
+    playButton();
+    EXPECT_EQ(shownFrame(Control::DigitPatt, 1), 9); // bar 1 follows
+    program.play(15);
     program.calls();
-    selPatt(0, 4);
-    EXPECT_EQ(program.calls(), "SetNextBarPatt32(0,4) SetNextBarGroup32(0,0)");
-    EXPECT_EQ(barPatt(0, 15999), 0);
+    selPatt(0, 4); // there is no bar behind
+    EXPECT_EQ(program.calls() + program.shell.status, "Bar 1000 is the last.");
+    EXPECT_EQ(barPatt(0, 15999) * 10 + barPatt(0, 0), 1);
+    program.play(1);
+    EXPECT_EQ(shownText(Control::timeDisplay, 0), "1000");
+    selPatt(0, 4); // the last sixteenth: what comes is bar 1
+    program.play(1);
+    EXPECT_EQ(shownText(Control::timeDisplay, 0), "1");
+    EXPECT_EQ(shownFrame(Control::DigitPatt, 0), 12);
+    EXPECT_EQ(barPatt(0, 0), 4);
 }
 
 TEST_F(DigitDrag, PassesThroughThePatternsAndStartsFromTheCueWhilePlaying) {
-    projectDirty = false;
+    editingState.write().projectDirty = false;
     program.drag(Control::DigitPatt, 2, 2000, 2000 - 1100 * 4.0 / 7 - 1, 8);
     EXPECT_EQ(project.bass[1].currPatt, 4);
-    EXPECT_EQ(editSel, 1);
-    EXPECT_FALSE(projectDirty); // a drag leaves the mark alone, a key sets it
+    EXPECT_EQ(editingState->editSel, 1);
+    EXPECT_FALSE(editingState->projectDirty); // a drag leaves the mark alone, a key sets it
     playButton();
     program.play(1);
     selPatt(1, 6);

@@ -4,8 +4,6 @@
 // once. Song mode: it works while recording is armed only, and goes into the bar track.
 #pragma once
 
-#include "panel/key_slider.h"
-
 namespace marlune {
 
 void selPatt(int module, int pattern); // leaves projectDirty alone; callers that want it set it
@@ -14,7 +12,8 @@ void bankClick(int module, int bank);
 // Adds delta to loopEnd of the current pattern, limited to 0..15; sent and shown.
 void editLoop(int module, int delta);
 
-// Drags on the digits and the loop point. index of a digit: 2 x module, + 1 for the cued one. y: twips.
+// Drags on the digits and the loop point; a loop drag edits the pattern on which it began, whatever plays at
+// its end. index of a digit: 2 x module, + 1 for the cued one. y: twips.
 void DigitPatt_MouseDown(int index, double y);
 void DigitPatt_MouseMove(int index, double y); // and MouseUp
 void LoopPt_MouseDown(int module, double y);
@@ -23,8 +22,5 @@ void LoopPt_MouseUp(int module);
 
 // One notch of the wheel on a digit.
 void stepDigit(int index, int steps);
-
-// The slider that all these drags share.
-marluneKeySlider& panelSlider();
 
 } // namespace marlune

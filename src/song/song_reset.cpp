@@ -1,19 +1,20 @@
-#include "project/song_reset.h"
+#include "song/song_reset.h"
 
 #include "project/clipboard_state.h"
+#include "project/recording.h"
 #include "project/song_track.h"
+#include "song/song_place.h"
 
 namespace marlune {
 
 void resetSongState() {
-    windBaseTempo = project.tempo;
-    songMode = false;
-    recordOn = false;
-    knobRecording = {};
-    windRate = 0;
-    songTick = 0;
-    songClipboard.songCopyReady = false;
-    songClipboard.copyBarCount = 1;
+    noteBaseTempo();
+    leaveSongMode();
+    disarmRecording();
+    for (int knob = 0; knob < kKnobs; ++knob) endKnobRecording(knob);
+    setWindRate(0);
+    placeSong(0);
+    forgetSongCopy();
 }
 
 void resetSongFromProject() {

@@ -1,14 +1,19 @@
-#include "panel/mode_switch.h"
+#include "song/mode_switch.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "boundary/app_shell.h"
 #include "boundary/engine_component.h"
-#include "panel/knobs.h"
+#include "panel/editing.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
 #include "project/clipboard_state.h"
 #include "project/pattern_push.h"
+#include "project/recording.h"
+#include "project/song_track.h"
+#include "song/song_moves.h"
+#include "song/song_place.h"
 
 namespace marlune {
 
@@ -46,15 +51,18 @@ constexpr MenuRule kMenuRules[] = {
 };
 
 void showModeMenus() {
-    const auto holds = [](Shows when) { return when == Shows::both || (when == Shows::song) == songMode; };
+    const auto holds = [](Shows when) {
+        return when == Shows::both || (when == Shows::song) == songPosition->songMode;
+    };
     for (const MenuRule& rule : kMenuRules) {
         setMenuVisible(rule.menu, holds(rule.visible));
         setMenuEnabled(rule.menu, holds(rule.enabled));
     }
-    setMenuCaption(Menu::mnuEditCut, songMode ? "Copy Pattern" : "Copy");
-    setMenuCaption(Menu::mnuEditPaste, songMode ? "Paste Pattern" : "Paste");
-    setMenuEnabled(Menu::mnuEditPaste, songMode ? songClipboard.songCopyReady : !patternClipboard.copyEmpty);
-    setMenuCaption(Menu::mnuToolsInit, songMode ? "Initialize Song" : "Initialize Pattern");
+    setMenuCaption(Menu::mnuEditCut, songPosition->songMode ? "Copy Pattern" : "Copy");
+    setMenuCaption(Menu::mnuEditPaste, songPosition->songMode ? "Paste Pattern" : "Paste");
+    setMenuEnabled(Menu::mnuEditPaste,
+                   songPosition->songMode ? songClipboard->songCopyReady : !patternClipboard->copyEmpty);
+    setMenuCaption(Menu::mnuToolsInit, songPosition->songMode ? "Initialize Song" : "Initialize Pattern");
 }
 
 void showModeSprites() {
@@ -73,39 +81,24 @@ void pushCurrentPatterns() {
     }
 }
 
-void followTracks() {
-    for (int knob = 0; knob < kKnobs; ++knob) {
-        if (project.knobValue[knob] == knobTrack[knob][songTick]) continue;
-        project.knobValue[knob] = knobTrack[knob][songTick];
-        refreshKnob(knob);
-    }
-    for (int m = 0; m < kModules; ++m) {
-        const Selection at = selectionOf(project, m);
-        at.currPatt = barPatt(m, songTick);
-        at.currBank = barBank(m, songTick);
-        at.nextPatt = nextBarPatt(m, songTick);
-        at.nextBank = nextBarBank(m, songTick);
-    }
+// Running, the tick that comes; at rest the step that the drums have reached in the bar of the position.
+int tickOfSwitch() {
+    const SongPosition& at = songPosition.read();
+    if (transportState->transportRunning) return at.songTick;
+    return std::min(barLine(at.songTick) + at.moduleStep[kDrumModule], kSongTicks - 1);
 }
 
 void toSongMode() {
     patternImage = project;
-    songMode = true;
-    SetSong32(-1);
     cueCurrent(patternImage);
-    songTick = barLine(songTick) + moduleStep[kDrumModule];
-    SetSongTick32(songTick);
-    recordOn = false;
+    disarmRecording();
     enableSongDisplays(true);
     enableSongKnobs(false);
-    followTracks();
+    enterSongMode(tickOfSwitch());
+    refreshKnobsAtSongTick();
     showModeMenus();
     refreshAll();
-    for (int m = 0; m < kModules; ++m) {
-        refreshCurrBankPatt(m);
-        setNextBankPatt(m, nextBarBank(m, songTick), nextBarPatt(m, songTick));
-    }
-    shell().showStatus(songCopyStatus);
+    shell().showStatus(editingState->songCopyStatus);
     pushCurrentPatterns();
     showModeSprites();
 }
@@ -124,46 +117,28 @@ void pushEdited(const Module& now, const Module& image, int module) {
 }
 
 void toPatternMode() {
-    songMode = false;
-    SetSong32(0);
-    recordOn = false;
-    enableSongDisplays(false);
-    showModeMenus();
     const ProjectRecord edited = project;
     project = patternImage;
     project.tempo = edited.tempo;
     project.tempoChanged = edited.tempoChanged; // still to be told
-    enableSongKnobs(true);
     cueCurrent(project);
+    disarmRecording();
     pushCurrentPatterns();
     for (int m = 0; m < kBassModules; ++m) pushEdited(edited.bass[m], project.bass[m], m);
     pushEdited(edited.drum, project.drum, kDrumModule);
-    for (int m = 0; m < kModules; ++m) {
-        SetCurrGroup32(m, selectionOf(project, m).currBank);
-        SetCurrPatt32(m, selectionOf(project, m).currPatt);
-    }
-    for (int m = 0; m < kModules; ++m) {
-        SetNextGroup32(m, selectionOf(project, m).currBank);
-        SetNextPatt32(m, selectionOf(project, m).currPatt);
-    }
+    leaveSongMode();
+    enableSongDisplays(false);
+    enableSongKnobs(true);
+    showModeMenus();
     refreshAll();
-    for (int m = 0; m < kModules; ++m) {
-        refreshCurrBankPatt(m);
-        refreshNextBankPatt(m);
-    }
-    shell().showStatus(patternCopyStatus);
+    shell().showStatus(editingState->patternCopyStatus);
     showModeSprites();
 }
 
 } // namespace
 
 void Check1_Click() {
-    ++recordGeneration;
-    if (songMode) {
-        toPatternMode();
-    } else {
-        toSongMode();
-    }
+    SongSwitch(!songPosition->songMode);
 }
 
 void Check1_DblClick() {
@@ -171,8 +146,12 @@ void Check1_DblClick() {
 }
 
 void SongSwitch(bool song) {
-    songMode = !song;
-    Check1_Click();
+    recordReplaced();
+    if (song) {
+        toSongMode();
+    } else {
+        toPatternMode();
+    }
 }
 
 } // namespace marlune

@@ -1,16 +1,10 @@
-// Moving through the song: position, patterns of the bar, knobs, display and component together.
-// User-interface thread.
+// Moving through the song. User-interface thread.
 #pragma once
 
 namespace marlune {
 
-void DisplaySongTime(int bar); // timeDisplay shows bar + 1
-
 // Where the track's value at the song position differs from a knob's, the knob takes it.
 void refreshKnobsAtSongTick();
-
-// After a step of one tick: on a bar line takes over the bar's patterns; copies a recorded choice on.
-void applySongBar();
 
 // To tick 0 with the bar and knobs there; recording ends.
 void rewindSong();

@@ -31,23 +31,23 @@ TEST_F(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
 }
 
 TEST_F(ModeSwitch, TakesPositionPatternsAndKnobsFromTheSong) {
-    songTick = 35;
-    moduleStep[2] = 7;
+    songPosition.write().songTick = 35;
+    songPosition.write().moduleStep[2] = 7;
     knobTrack[4][39] = 88;
     setBar(1, 32, 1, 1);
     setBar(1, 48, 1, 2);
     program.calls();
     Check1_Click();
-    EXPECT_EQ(songTick, 39);
-    const std::string calls = program.calls();
-    EXPECT_EQ(calls.substr(0, 60), "SetSong32(-1) SetSongTick32(39) PrepareController32(4,88) Pr");
+    EXPECT_EQ(songPosition->songTick, 39);
+    EXPECT_EQ(program.calls().substr(0, 75),
+              "SetSong32(-1) song(39 A1>A1@7 B2>B3@7 A1>A1@7) PrepareController32(4,88) Pr");
     EXPECT_EQ(shownFrame(Control::DigitPatt, 2) * 100 + shownFrame(Control::DigitPatt, 3), 910);
     EXPECT_TRUE(shownEnabled(Control::timeDisplay, 0));
     for (const Control c : {Control::Check1, Control::RecButton, Control::FwdStep, Control::ResetButton}) {
         EXPECT_EQ(shownFrame(c, 0), 1);
     }
     program.doubleClick(Control::Check1); // goes and comes back
-    EXPECT_TRUE(songMode);
+    EXPECT_TRUE(songPosition->songMode);
 }
 
 TEST_F(ModeSwitch, WorksWhilePlaying) {
@@ -60,7 +60,7 @@ TEST_F(ModeSwitch, WorksWhilePlaying) {
     Check1_Click();
     program.play(40);
     EXPECT_EQ(project.bass[0].currBank * 8 + project.bass[0].currPatt,
-              barBank(0, songTick - 1) * 8 + barPatt(0, songTick - 1));
+              barBank(0, songPosition->songTick - 1) * 8 + barPatt(0, songPosition->songTick - 1));
     Check1_Click();
     program.play(40);
     EXPECT_EQ(project.bass[0].currPatt, 5);

@@ -1,13 +1,14 @@
-#include "transport/recording.h"
+#include "song/recording_end.h"
 
 #include "panel/refresh.h"
+#include "project/recording.h"
 #include "project/run_state.h"
 
 namespace marlune {
 
 void endRecording() {
-    recordOn = false;
-    if (!songMode) return;
+    disarmRecording();
+    if (!songPosition->songMode) return;
     enableSongKnobs(false);
     refreshRec();
 }

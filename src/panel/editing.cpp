@@ -1,0 +1,53 @@
+#include "panel/editing.h"
+
+#include "boundary/app_shell.h"
+#include "project/run_state.h"
+#include "util/whole_file.h"
+
+namespace marlune {
+
+void markProject() {
+    editingState.write().projectDirty = true;
+}
+
+void nameProject(const std::string& fileName) {
+    editingState.write().projectFileName = fileName;
+    forgetUnsavedChanges();
+    showProjectTitle(extractFileName(fileName));
+}
+
+void showProjectTitle(const std::string& fileName) {
+    shell().showTitle("Marlune 200Q [ " + fileName + " ]");
+}
+
+void forgetUnsavedChanges() {
+    editingState.write().projectDirty = false;
+}
+
+void recordReplaced() {
+    ++editingState.write().recordGeneration;
+}
+
+void setCtrlDown(bool down) {
+    editingState.write().ctrlDown = down;
+}
+
+void releaseCtrl() {
+    setCtrlDown(false);
+}
+
+void noteSavedMode() {
+    editingState.write().savedSongMode = songPosition->songMode;
+}
+
+void notePatternCopy(const std::string& status) {
+    editingState.write().patternCopyStatus = status;
+    shell().showStatus(status);
+}
+
+void noteSongCopy(const std::string& status) {
+    editingState.write().songCopyStatus = status;
+    shell().showStatus(status);
+}
+
+} // namespace marlune
