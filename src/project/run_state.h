@@ -38,6 +38,7 @@ struct SongPosition {
     int windBaseTempo = 0;                           // tempo to which the timer returns after winding
     int windRate = 0;                                // 7 while Shift is held, else 0
     int ticksTaken = 0;                              // tick messages taken since the timer started
+    int cuedBar = -1;                                // the bar whose follower the component knows
     int placing = 0; // number of the last placing; what the component reports from before it is stale
 };
 extern Owned<SongPosition> songPosition;

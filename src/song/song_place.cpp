@@ -41,13 +41,15 @@ void setCurrent(int module, SongBar bar) {
     at.currPatt = bar.patt;
 }
 
-void setCue(int module, SongBar bar) {
+void showCue(int module, SongBar bar) {
     const Selection at = selectionOf(project, module);
     at.nextBank = bar.bank;
     at.nextPatt = bar.patt;
+    refreshNextBankPatt(module);
 }
 
 void tellModule(int module, SongBar bar, SongBar next) {
+    place().cuedBar = barOf(songPosition->songTick);
     const SongBar current = currentOf(module);
     SetCurrPatt32(module, current.patt);
     SetCurrGroup32(module, current.bank);
@@ -66,7 +68,7 @@ void takeBar(int module, SongBar bar) {
 
 void showModule(int module, SongBar cue) {
     refreshCurrBankPatt(module);
-    cueSongBar(module, cue);
+    showCue(module, cue);
 }
 
 void placeModules(int tick) {
@@ -110,9 +112,12 @@ void takeUpSong() {
     refreshSongTime();
 }
 
-void cueSongBar(int module, SongBar bar) {
-    setCue(module, bar);
-    setNextBankPatt(module, bar.bank, bar.patt);
+void cueNextBar(int module, int tick) {
+    const SongBar next = nextSongBarAt(module, tick);
+    SetNextBarPatt32(module, next.patt);
+    SetNextBarGroup32(module, next.bank);
+    showCue(module, next);
+    place().cuedBar = barOf(tick);
 }
 
 bool barsSoundAsWritten() {

@@ -22,8 +22,8 @@ void placeSong(int tick);
 // next step on, everything else plays on as it was. A bar that begins with the next step comes with it.
 void takeUpSong();
 
-// The bar that follows has been told to the component: the module's cue, stored and shown.
-void cueSongBar(int module, SongBar bar);
+// Tells and shows what follows the bar of `tick`, while that bar plays.
+void cueNextBar(int module, int tick);
 
 // Whether the modules play what the bar track says of the bar that sounds. The tick asks at each bar line: a
 // choice written behind the component's back, a moment too late for its bar line, is made good by takeUpSong.
@@ -32,8 +32,8 @@ bool barsSoundAsWritten();
 // Pattern mode: the modules play what the record says, from the steps that are due.
 void placePatterns();
 
-// Song mode begins at tick, placed like a move, as one with the change of mode; or it ends, and the modules play
-// what the record says as by placePatterns.
+// Song mode begins at tick, placed like a move, as one with the change of mode; or it ends, and the modules
+// play what the record says as by placePatterns.
 void enterSongMode(int tick);
 void leaveSongMode();
 

@@ -19,22 +19,20 @@ bool withinBudget() {
     return transportState->tickWatch.Elapsed() < stepMilliseconds(project.tempo) / 2;
 }
 
-// line: the bar line that has just sounded, or that comes first.
-void cueNextBar(int module, int line) {
+// A choice that is being recorded goes on into the bar behind the one of `tick`.
+void copyChoiceOn(int module, int tick) {
     const RecordingState& recording = recordingState.read();
-    const bool copyOn = recording.barRecording[module] && recording.recordOn &&
-                        transportState->transportRunning && barOf(line) + 1 < kSongBars;
-    if (copyOn) setNextBar(module, line, barBank(module, line), barPatt(module, line));
-    const SongBar next = nextSongBarAt(module, line);
-    SetNextBarPatt32(module, next.patt);
-    SetNextBarGroup32(module, next.bank);
-    cueSongBar(module, next);
+    if (recording.barRecording[module] && recording.recordOn && transportState->transportRunning)
+        setNextBar(module, tick, barBank(module, tick), barPatt(module, tick));
 }
 
+// A bar has begun, or is about to: what follows it is told. The message of the bar line itself may have been
+// dropped with those of an earlier place.
 void followSong() {
-    const int line = songPosition->holdSongTick ? songPosition->songTick : songPosition->playedTick;
-    if (isBarLine(line)) {
-        for (int m = 0; m < kModules; ++m) cueNextBar(m, line);
+    const int tick = songPosition->holdSongTick ? songPosition->songTick : songPosition->playedTick;
+    if (isBarLine(tick) || barOf(tick) != songPosition->cuedBar) {
+        for (int m = 0; m < kModules; ++m) copyChoiceOn(m, tick);
+        for (int m = 0; m < kModules; ++m) cueNextBar(m, tick);
         if (!barsSoundAsWritten()) takeUpSong();
     }
     songKnobTick(recordingState->recordOn);
