@@ -12,6 +12,7 @@ class SilentShell final : public AppShell {
     void showTitle(const std::string& /*title*/) override {}
     void showPointer(Pointer /*pointer*/) override {}
     void showStatus(const std::string& /*text*/) override {}
+    void showPassing(const std::string& /*text*/) override {}
     void showStatusBar(bool /*visible*/) override {}
     void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
     void showPanel(bool /*visible*/) override {}
@@ -24,6 +25,7 @@ class SilentShell final : public AppShell {
     void showModeless(Form& /*form*/) override {}
     void formChanged(Form& /*form*/) override {}
     void letEventsRun() override {}
+    void letPaintRun() override {}
     void waitForEvents(int /*ms*/) override {}
     void closeWindow() override {}
     void openHelp() override {}

@@ -33,7 +33,10 @@ class AppShell {
     virtual ~AppShell() = default;
     virtual void showTitle(const std::string& title) = 0;
     virtual void showPointer(Pointer pointer) = 0;
-    virtual void showStatus(const std::string& text) = 0; // MarluneStatus
+    virtual void showStatus(const std::string& text) = 0; // MarluneStatus, until the next one
+    // Of what has happened: shown for some seconds, then the lasting text is back. What comes while another
+    // one stands is read behind it.
+    virtual void showPassing(const std::string& text) = 0;
     virtual void showStatusBar(bool visible) = 0;
     virtual void showMenu(Menu menu, const MenuState& state) = 0;
     virtual void showPanel(bool visible) = 0;
@@ -47,7 +50,8 @@ class AppShell {
     virtual void showModeless(Form& form) = 0;
     virtual void formChanged(Form& form) = 0; // contents were changed from outside its own handlers
 
-    virtual void letEventsRun() = 0;        // handles what is pending, waits for nothing
+    virtual void letEventsRun() = 0; // handles what is pending, waits for nothing
+    virtual void letPaintRun() = 0;  // only painting and timers: nothing reaches data that is not whole
     virtual void waitForEvents(int ms) = 0; // sleeps in the event loop until something came, at most ms
     virtual void closeWindow() = 0;         // as the window's close box: may be refused by the user
     virtual void openHelp() = 0;

@@ -11,6 +11,7 @@ class ConsoleShell final : public AppShell {
     void showTitle(const std::string& /*title*/) override {}
     void showPointer(Pointer /*pointer*/) override {}
     void showStatus(const std::string& text) override { status_ = text; }
+    void showPassing(const std::string& text) override { status_ = text; }
     void showStatusBar(bool /*visible*/) override {}
     void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
     void showPanel(bool /*visible*/) override {}
@@ -21,6 +22,7 @@ class ConsoleShell final : public AppShell {
     void showModeless(Form& /*form*/) override {}
     void formChanged(Form& /*form*/) override {}
     void letEventsRun() override {}
+    void letPaintRun() override {}
     void waitForEvents(int ms) override;
     void closeWindow() override {}
     void openHelp() override {}

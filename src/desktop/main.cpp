@@ -69,7 +69,8 @@ class Machine {
         setOutputDevices(&platform_.outputs());
         MIDIIn1.attach(&platform_.inputs(), midiWake_.fd);
         QObject::connect(&devicePoll_, &QTimer::timeout, [this] {
-            for (const std::string& line : platform_.poll()) shell().showStatus(line);
+            for (const std::string& line : platform_.poll()) shell().showPassing(line);
+            openMissingDevices();
         });
         devicePoll_.start(kDevicePollMs);
     }

@@ -27,6 +27,8 @@ int firstZoom() {
     return 50;
 }
 
+constexpr int kPassingMs = 8000;
+
 // What the panel stands on: as large as the panel, and more where a window manager insists on it.
 class Stage final : public QWidget {
   public:
@@ -55,6 +57,9 @@ MainWindow::MainWindow() : panel_(new PanelWidget), stage_(new Stage(panel_)), s
     menuBar()->setFixedHeight(26);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(status_, 1);
+    status_->setTextFormat(Qt::PlainText); // names of devices and files come from outside
+    passing_.setSingleShot(true);
+    connect(&passing_, &QTimer::timeout, this, [this] { status_->setText(lasting_); });
     buildMenus();
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     setZoom(firstZoom());
@@ -109,7 +114,14 @@ void MainWindow::showMenu(Menu menu, const MenuState& state) {
 }
 
 void MainWindow::showStatus(const QString& text) {
-    status_->setText(text);
+    lasting_ = text;
+    if (!passing_.isActive()) status_->setText(text);
+}
+
+void MainWindow::showPassing(const QString& text) {
+    const QString before = passing_.isActive() ? status_->text() + QStringLiteral("   ") : QString();
+    status_->setText(before + text);
+    passing_.start(kPassingMs);
 }
 
 void MainWindow::showCentred() {

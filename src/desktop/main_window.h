@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QString>
+#include <QTimer>
 #include <array>
 #include <functional>
 
@@ -26,7 +28,8 @@ class MainWindow final : public QMainWindow {
     [[nodiscard]] QAction* action(Menu menu) const { return actions_[static_cast<std::size_t>(menu)]; }
     void showMenu(Menu menu, const MenuState& state);
     void showStatus(const QString& text);
-    void showCentred(); // on the screen
+    void showPassing(const QString& text); // for some seconds, in front of the lasting text
+    void showCentred();                    // on the screen
     void setZoom(int percent);
     void stepZoom(int direction); // to the next of kZooms
 
@@ -43,6 +46,8 @@ class MainWindow final : public QMainWindow {
     PanelWidget* panel_;
     QWidget* stage_;
     QLabel* status_;
+    QString lasting_; // what the status line shows when nothing has just happened
+    QTimer passing_;
     std::array<QAction*, kMenus> actions_{};
 };
 

@@ -122,6 +122,10 @@ void QtShell::showStatus(const std::string& status) {
     window_->showStatus(text(status));
 }
 
+void QtShell::showPassing(const std::string& passing) {
+    window_->showPassing(text(passing));
+}
+
 void QtShell::showStatusBar(bool visible) {
     window_->findChild<QStatusBar*>()->setVisible(visible);
 }
@@ -163,9 +167,16 @@ void QtShell::openHelp() {
 
 // --- questions
 
+QWidget* QtShell::front() const {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    QWidget* active = QApplication::activeWindow();
+    const bool stays = active != nullptr && active != splash_.get() && active->isVisible();
+    return stays ? active : window_.get();
+}
+
 BoxAnswer QtShell::messageBox(const std::string& message, BoxIcon icon, BoxButtons buttons) {
     const ArrowWhile arrow(hourglass_);
-    QMessageBox box(iconOf(icon), QStringLiteral("Marlune 200Q"), {}, buttonsOf(buttons), window_.get());
+    QMessageBox box(iconOf(icon), QStringLiteral("Marlune 200Q"), {}, buttonsOf(buttons), front());
     box.setTextFormat(Qt::PlainText);
     box.setText(text(message));
     return answerOf(box.exec(), buttons);
@@ -174,7 +185,7 @@ BoxAnswer QtShell::messageBox(const std::string& message, BoxIcon icon, BoxButto
 std::string QtShell::fileDialog(const FileDialog& asked) {
     const ArrowWhile arrow(hourglass_);
     const QFileInfo proposed(text(asked.fileName));
-    QFileDialog dialog(window_.get(), text(asked.title), proposed.path(), nativeFilter(asked.filter));
+    QFileDialog dialog(front(), text(asked.title), proposed.path(), nativeFilter(asked.filter));
     dialog.setAcceptMode(asked.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(asked.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // the command itself asks
@@ -198,8 +209,7 @@ void QtShell::retire(FormWindow* window) {
 
 void QtShell::runModal(Form& form) {
     const ArrowWhile arrow(hourglass_);
-    QWidget* above = QApplication::activeModalWidget();
-    auto* window = new FormWindow(form, above != nullptr ? above : window_.get());
+    auto* window = new FormWindow(form, front());
     forms_.push_back(window);
     window->setWindowModality(Qt::ApplicationModal);
     QEventLoop loop;
@@ -232,12 +242,21 @@ void QtShell::formChanged(Form& form) {
 
 // --- events
 
-void QtShell::letEventsRun() {
+void QtShell::run(QEventLoop::ProcessEventsFlags events) {
     if (ended_) return;
     ++waits_;
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(events);
     --waits_;
     settleCloseWish();
+}
+
+void QtShell::letEventsRun() {
+    run(QEventLoop::AllEvents);
+}
+
+void QtShell::letPaintRun() {
+    // Engine and MIDI input come by descriptors, pointer and keys as user input.
+    run(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
 }
 
 void QtShell::waitForEvents(int ms) {

@@ -3,6 +3,7 @@
 // One instance, built after the QApplication and before anything is shown. User-interface thread only.
 #pragma once
 
+#include <QEventLoop>
 #include <QObject>
 #include <functional>
 #include <memory>
@@ -39,6 +40,7 @@ class QtShell final : public QObject, public AppShell {
     void showTitle(const std::string& title) override;
     void showPointer(Pointer pointer) override;
     void showStatus(const std::string& text) override;
+    void showPassing(const std::string& text) override;
     void showStatusBar(bool visible) override;
     void showMenu(Menu menu, const MenuState& state) override;
     void showPanel(bool visible) override;
@@ -49,12 +51,17 @@ class QtShell final : public QObject, public AppShell {
     void showModeless(Form& form) override;
     void formChanged(Form& form) override;
     void letEventsRun() override;
+    void letPaintRun() override;
     void waitForEvents(int ms) override;
     void closeWindow() override;
     void openHelp() override;
     void showAbout() override; // modal
 
   private:
+    // What a box or a dialog belongs to: the window in front, so that no window manager can hide it behind
+    // one.
+    [[nodiscard]] QWidget* front() const;
+    void run(QEventLoop::ProcessEventsFlags events);
     void closeWish();
     void settleCloseWish(); // after a wait
     void end();

@@ -156,7 +156,7 @@ bool marluneExport::Command1_Click() {
     exportBars = *bars;
     Command1.enabled = false;
     hide();
-    shell().letEventsRun();
+    shell().letPaintRun();
     return ExportToMID("", exportStartBar * kTicksPerBar, (exportStartBar + exportBars) * kTicksPerBar);
 }
 

@@ -58,7 +58,7 @@ bool takeFile(const FileBytes& file) {
     tellComponent();
     if (file.bytes.size() < kEntriesOffset) return false;
     const int count = packedCountOf(file.bytes);
-    shell().letEventsRun();
+    shell().letPaintRun();
     resetSongFromProject();
     if (count < kMinPackedCount || count > kMaxPackedCount) return false;
     const std::size_t size = kPackedEntrySize * static_cast<std::size_t>(count);
@@ -76,14 +76,14 @@ std::string askName(bool save) {
     dlgCommonDialog.filter = kFilter;
     dlgCommonDialog.defaultExtension = kExtension;
     std::string name = shell().fileDialog(dlgCommonDialog);
-    shell().letEventsRun();
+    shell().letPaintRun();
     if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);
     return name;
 }
 
 void saveAs(const std::string& name) {
     shell().showPointer(Pointer::hourglass);
-    shell().letEventsRun();
+    shell().letPaintRun();
     const bool saved = saveProjectFile(name);
     shell().showPointer(Pointer::normal);
     if (saved) nameProject(name);
@@ -140,7 +140,7 @@ void mnuFileOpenPatt_Click() {
     if (songPosition->songMode) SongSwitch(false);
     showFrame(Control::sel109, project.drum.selDrum, 0);
     shell().showPointer(Pointer::hourglass);
-    shell().letEventsRun();
+    shell().letPaintRun();
     loadProjectFile(name);
     refreshTempo();
     refreshAll();

@@ -82,7 +82,7 @@ void readQueueEmpty(Handler handle) {
     }
     const int dropped = MIDIIn1.takeDropped();
     if (dropped > 0) {
-        shell().showStatus("MIDI input is flooded: " + std::to_string(dropped) + " messages were dropped.");
+        shell().showPassing("MIDI input is flooded: " + std::to_string(dropped) + " messages were dropped.");
     }
 }
 

@@ -86,7 +86,7 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     shell().showPointer(Pointer::hourglass);
     MDIForm_Load(hooks);
     if (hooks.showMainWindow) hooks.showMainWindow();
-    shell().letEventsRun();
+    shell().letPaintRun();
     splash(true);
     shell().showPanel(false);
     resetMenus();
@@ -96,7 +96,7 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     resetSongState();
     showFirstState();
     shell().showPanel(true);
-    shell().letEventsRun();
+    shell().letPaintRun();
     if (hooks.configured) hooks.configured();
     if (hooks.openDevices) {
         listMidiDevices();

@@ -197,11 +197,13 @@ void Rebirth_to_MIDI::convertFile() {
         shell().formChanged(*this);
     };
     showProgress(0);
-    shell().letEventsRun();
+    shell().letPaintRun();
     if (!loaded()) return; // closed meanwhile
     const RebirthResult result = convertRebirthFile(inputFileName, outputFileName, options, showProgress);
     if (result == RebirthResult::notWritten) {
-        shell().showStatus("Can't write " + extractFileName(outputFileName) + ".");
+        shell().messageBox(
+            "Can't write " + extractFileName(outputFileName) + ".\nThe file on disk is as it was.",
+            BoxIcon::exclamation, BoxButtons::ok);
     } else if (result != RebirthResult::done) {
         showCorruptRebirthFile();
     }

@@ -192,7 +192,7 @@ void mnuFileRebirthImport_Click() {
     if (!startCommand()) return;
     RebirthImport job;
     const bool taken = job.RebirthToMarlune();
-    shell().letEventsRun();
+    shell().letPaintRun();
     if (!taken) return;
     shell().showPointer(Pointer::hourglass);
     spreadPatterns();

@@ -3,10 +3,10 @@
 #include <string>
 
 #include "boundary/app_shell.h"
-#include "midi/midi_input.h"
 #include "panel/editing.h"
 #include "project/global_config.h"
 #include "project/run_state.h"
+#include "setup/midi_devices.h"
 #include "transport/transport.h"
 
 namespace marlune {
@@ -19,12 +19,6 @@ constexpr const char* kNone = "NONE";
 
 std::string bankAndPattern(int bank, int patt) {
     return std::to_string(bank + 1) + " - " + std::to_string(patt + 1);
-}
-
-void reopenInput() {
-    if (MIDIIn1.isOpen()) return;
-    MIDIIn1.open();
-    MIDIIn1.start();
 }
 
 } // namespace
@@ -40,8 +34,7 @@ marluneSnapShot::marluneSnapShot() {
     caption = "1039R Memorizer";
     StoreButton.caption = "Store";
     EditButton.caption = "Edit";
-    constexpr const char* kNames[] = {"103A ", "103B ", "109 "};
-    for (int m = 0; m < kModules; ++m) pattMap[m].caption = kNames[m];
+    for (int m = 0; m < kModules; ++m) pattMap[m].caption = std::string(kModuleNames[m]) + " ";
 }
 
 void marluneSnapShot::describe(FormBuilder& builder) {
@@ -76,7 +69,7 @@ void marluneSnapShot::Form_Activate() {
 
 void marluneSnapShot::Form_Unload() {
     setPhraseLearner(nullptr);
-    reopenInput();
+    wakeInput();
     project.learnMode = false;
 }
 
@@ -136,7 +129,7 @@ void marluneSnapShot::pattMap_Click(int module) {
 
 void marluneSnapShot::EditButton_Click() {
     if (!EditButton.enabled) return;
-    MIDIIn1.close(); // no further note may replace this one while it is edited
+    restInput(); // no further note may replace this one while it is edited
     currMidiMessageText.text = kNone;
     for (int m = 0; m < kModules; ++m) {
         currMapped[m].text = kNone;
@@ -160,7 +153,7 @@ void marluneSnapShot::StoreButton_Click() {
         }
     }
     ShowCurrMidiMessage();
-    reopenInput();
+    wakeInput();
 }
 
 } // namespace marlune

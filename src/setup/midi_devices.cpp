@@ -27,6 +27,14 @@ constexpr int kMaxOffset = 4;
 constexpr int kSilentChannel = 15;
 OutputDevices* outputs = nullptr;
 
+// What stands open, as opposed to what is chosen.
+struct Opened {
+    bool wanted = false; // the devices are in use: one that is away is opened when it comes
+    bool sync = false, sequencer = false;
+    bool inputRests = false; // closed for a while on purpose
+};
+Opened opened;
+
 int outputCount() {
     return outputs != nullptr ? outputs->count() : 0;
 }
@@ -68,6 +76,14 @@ void startInput() {
     MIDIIn1.start();
 }
 
+void openInput() {
+    if (!MIDIIn1.isOpen() && config.midiInDevice >= 0) {
+        MIDIIn1.DeviceID = config.midiInDevice;
+        MIDIIn1.open();
+    }
+    if (MIDIIn1.isOpen()) startInput();
+}
+
 } // namespace
 
 void setOutputDevices(OutputDevices* devices) {
@@ -80,18 +96,15 @@ void listMidiDevices() {
 }
 
 bool openMidiDevices() {
-    const bool sync = OpenSyncPort32(config.syncOutDevice) != 0;
-    const bool sequencer = OpenMidiPort32(config.midiOutDevice) != 0;
+    opened = {.wanted = true,
+              .sync = OpenSyncPort32(config.syncOutDevice) != 0,
+              .sequencer = OpenMidiPort32(config.midiOutDevice) != 0};
     SetSyncOffset32(config.syncOffset);
     blockInput();
-    if (!MIDIIn1.isOpen() && config.midiInDevice >= 0) {
-        MIDIIn1.DeviceID = config.midiInDevice;
-        MIDIIn1.open();
-    }
-    if (MIDIIn1.isOpen()) startInput();
-    if (MIDIIn1.isOpen() && sync && sequencer) {
+    openInput();
+    if (MIDIIn1.isOpen() && opened.sync && opened.sequencer) {
         midiNoteOn(kSilentChannel, 1, 0);
-        shell().letEventsRun();
+        shell().letPaintRun();
         return true;
     }
     shell().messageBox(
@@ -101,7 +114,30 @@ bool openMidiDevices() {
     return false;
 }
 
+void openMissingDevices() {
+    if (!opened.wanted) return;
+    const bool was = opened.sequencer;
+    if (!opened.sequencer && config.midiOutDevice >= 0)
+        opened.sequencer = OpenMidiPort32(config.midiOutDevice) != 0;
+    if (!opened.sync && config.syncOutDevice >= 0) opened.sync = OpenSyncPort32(config.syncOutDevice) != 0;
+    if (opened.sequencer && !was)
+        for (int knob = 0; knob < kKnobs; ++knob) midiKnobUpdate(knob);
+    if (!opened.inputRests && !MIDIIn1.isOpen()) openInput();
+}
+
+void restInput() {
+    opened.inputRests = true;
+    MIDIIn1.close();
+}
+
+void wakeInput() {
+    if (!opened.inputRests) return;
+    opened.inputRests = false;
+    openInput();
+}
+
 void closeMidiDevices() {
+    opened = {};
     CloseMidiPort32();
     CloseSyncPort32();
     MIDIIn1.close();

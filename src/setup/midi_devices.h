@@ -14,6 +14,13 @@ void setOutputDevices(OutputDevices* devices);
 void listMidiDevices(); // fills the lists of the dialog and fits the chosen indices to them
 bool openMidiDevices(); // all three; true when the outputs and the input are open, else warns
 void closeMidiDevices();
+
+// About once a second: a chosen device that was away when it was to be opened is opened when it has come.
+void openMissingDevices();
+
+// Closes the input for a while, and opens it again if it was closed so.
+void restInput();
+void wakeInput();
 void MidiInit(); // close, open (twice when it went well), then the state of the panel goes out
 
 void sendPanelState(); // shows the patterns and the tempo, sends all knobs

@@ -35,7 +35,7 @@ template <typename Change>
 void recordChoice(int module, Change change) {
     const std::optional<int> tick = barOfChoice();
     if (!tick) {
-        shell().showStatus("Bar 1000 is the last.");
+        shell().showPassing("Bar 1000 is the last.");
         return;
     }
     SongBar bar = songBarAt(module, *tick);

@@ -139,7 +139,7 @@ TEST_F(InputQueue, TellsOfAFloodInTheStatusLine) {
     for (int i = 0; i < 9000; ++i) program.midi(0xB0, 12, 1);
     MIDIIn1.setMessageEvents(true);
     MIDIIn1_Message();
-    EXPECT_EQ(program.shell.status, "MIDI input is flooded: 808 messages were dropped.");
+    EXPECT_EQ(test::joined(program.shell.passing), "MIDI input is flooded: 808 messages were dropped.");
 }
 
 std::string memorizerState() {
@@ -186,6 +186,22 @@ TEST_F(Memorizer, GoesThroughItsFourStates) {
     EXPECT_TRUE(MIDIIn1.isOpen());
     EXPECT_FALSE(project.noteMap[60].mapUsed);
     EXPECT_TRUE(project.noteMap[0].mapUsed);
+}
+
+TEST_F(Memorizer, OpenedWhilePlayingHearsAtOnceAndLeavesTheInputAsItWas) {
+    playButton();
+    program.play(3);
+    program.shell.modal = {[&](Form&) {
+        program.midi(0x90, 61, 64);
+        EXPECT_EQ(memorizerState(), "61(1) oNONE oNONE oNONE store");
+    }};
+    mnuToolsLearn_Click();
+    EXPECT_FALSE(transportState->transportRunning);
+    EXPECT_TRUE(MIDIIn1.isOpen() && MIDIIn1.MessageEvents);
+    closeMidiDevices();
+    program.shell.modal = {[&](Form&) { memorizer.Form_KeyDown('E'); }}; // without effect: no note is known
+    mnuToolsLearn_Click();
+    EXPECT_FALSE(MIDIIn1.isOpen());
 }
 
 TEST_F(Memorizer, PhrasesSwitchTheirModulesAndLeaveTheOthers) {

@@ -171,5 +171,27 @@ TEST_F(CustomizeDialog, RenamesTheKnobsOnOkOnly) {
     EXPECT_EQ(shownText(Control::UserTitle, 0), "Wow");
 }
 
+TEST_F(SetupDialog, ADeviceThatWasAwayIsOpenedWhenItComes) {
+    program.devices.devices = 0;
+    closeMidiDevices();
+    EXPECT_FALSE(openMidiDevices());
+    openMissingDevices();
+    EXPECT_FALSE(MIDIIn1.isOpen());
+    program.devices.devices = 2;
+    program.wire();
+    openMissingDevices();
+    EXPECT_TRUE(MIDIIn1.isOpen());
+    playButton();
+    program.play(1);
+    EXPECT_NE(program.wire().find("90 24"), std::string::npos);
+    playButton();
+    program.calls();
+    openMissingDevices();
+    EXPECT_EQ(program.calls(), ""); // all are open
+    closeMidiDevices();
+    openMissingDevices();
+    EXPECT_FALSE(MIDIIn1.isOpen()); // closed on purpose
+}
+
 } // namespace
 } // namespace marlune

@@ -75,7 +75,7 @@ TEST_F(Cue, OfTheLastBarIsTheFirstWhichAChoiceReachesFromTheLastStepOnly) {
     program.play(15);
     program.calls();
     selPatt(0, 4); // there is no bar behind
-    EXPECT_EQ(program.calls() + program.shell.status, "Bar 1000 is the last.");
+    EXPECT_EQ(program.calls() + test::joined(program.shell.passing), "Bar 1000 is the last.");
     EXPECT_EQ(barPatt(0, 15999) * 10 + barPatt(0, 0), 1);
     program.play(1);
     EXPECT_EQ(shownText(Control::timeDisplay, 0), "1000");

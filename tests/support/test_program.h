@@ -60,6 +60,7 @@ class ScriptedShell final : public AppShell {
     void showTitle(const std::string& text) override { title = text; }
     void showPointer(Pointer /*pointer*/) override {}
     void showStatus(const std::string& text) override { status = text; }
+    void showPassing(const std::string& text) override { passing.push_back(text); }
     void showStatusBar(bool visible) override { statusBar = visible; }
     void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
     void showPanel(bool visible) override { panel = visible; }
@@ -72,12 +73,14 @@ class ScriptedShell final : public AppShell {
     }
     void formChanged(Form& /*form*/) override {}
     void letEventsRun() override;
+    void letPaintRun() override {}
     void waitForEvents(int ms) override;
     void closeWindow() override {}
     void openHelp() override {}
     void showAbout() override {}
 
     std::string title, status;
+    std::vector<std::string> passing; // texts of what has happened
     bool statusBar = false, panel = false;
     std::vector<std::string> boxes;               // texts of the message boxes
     std::deque<BoxAnswer> answers;                // to the next boxes; then the refusing button
