@@ -14,7 +14,7 @@
 
 #include "engine/engine_core.h"
 #include "engine/playback_engine.h"
-#include "engine/semaphore.h"
+#include "util/semaphore.h"
 #include "util/spsc_ring.h"
 
 namespace marlune {

@@ -85,7 +85,7 @@ class JackClient : public PortSystem {
     void releaseInput(InLane& lane, std::uint32_t session, bool keepPort);
     bool connected(jack_port_t* port, const std::string& address, std::uint32_t session);
 
-    // The server's thread.
+    // The server's thread: jack_cycle.cpp.
     static int onProcess(jack_nframes_t frames, void* self);
     static void onShutdown(jack_status_t code, const char* reason, void* self);
     void process(jack_nframes_t frames) noexcept;
