@@ -5,6 +5,8 @@ RUN_PACKAGES="g++ cmake ninja-build pkg-config qt6-base-dev librtmidi-dev libjac
   libfluidsynth-dev timgm6mb-soundfont fonts-inter"
 TEST_PACKAGES="$RUN_PACKAGES clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev
   libbenchmark-dev python3 python3-mido fluidsynth jackd2 xvfb xauth xdotool"
+# For the emulated machine of ./test --machine.
+MACHINE_PACKAGES="debootstrap qemu-system-x86 gcc libasound2-dev python3"
 
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {
