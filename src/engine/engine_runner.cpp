@@ -26,8 +26,9 @@ bool takeRealTimePriority() noexcept {
     });
 }
 
-// More calls in a row than any edit makes.
+// More calls in a row than any edit makes, how far apart they may be, and how often they are looked for then.
 constexpr int kBulk = 256;
+constexpr std::int64_t kBulkGapNs = 5'000'000;
 constexpr std::int64_t kBulkRestNs = 1'000'000;
 
 } // namespace
@@ -126,6 +127,9 @@ void Engine::run() noexcept {
 }
 
 void Engine::obey(const Command& command, std::int64_t now) noexcept {
+    callsInARow_ = now - lastCallNs_ < kBulkGapNs ? callsInARow_ + 1 : 1;
+    lastCallNs_ = now;
+    setRealTime(core_.running() && callsInARow_ <= kBulk);
     switch (command.order) {
         case Order::entry: core_.apply(command.call, now); break;
         case Order::setWindow: window_ = command.call.arguments[0]; break;
@@ -138,7 +142,6 @@ void Engine::obey(const Command& command, std::int64_t now) noexcept {
             break;
     }
     halted_.store(core_.halted(), std::memory_order_release);
-    ++callsInARow_;
     setRealTime(core_.running() && callsInARow_ <= kBulk);
     if (command.acknowledge) done_.post();
 }
@@ -151,7 +154,6 @@ void Engine::setRealTime(bool wanted) noexcept {
 }
 
 void Engine::playPeriod(std::int64_t now) noexcept {
-    callsInARow_ = 0;
     setRealTime(core_.running());
     core_.period(now);
     halted_.store(core_.halted(), std::memory_order_release);
@@ -171,7 +173,7 @@ void Engine::post(const EngineMessage& message) noexcept {
 void Engine::sleep(std::int64_t now) noexcept {
     const std::int64_t deadline = core_.deadline();
     setRealTime(core_.running());
-    if (std::exchange(callsInARow_, 0) > kBulk && deadline > now + kBulkRestNs) {
+    if (callsInARow_ > kBulk && now - lastCallNs_ < kBulkGapNs && deadline > now + kBulkRestNs) {
         // More is likely to come: one look a while later costs less than a wake-up for each.
         wake_.waitFor(kBulkRestNs);
         return;

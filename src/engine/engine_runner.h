@@ -92,7 +92,8 @@ class Engine final : public PlaybackEngine, private MessageSink {
     EngineCore core_; // engine thread
     int window_ = -1;
     bool posted_ = false;
-    int callsInARow_ = 0; // since the last period or rest
+    int callsInARow_ = 0;
+    std::int64_t lastCallNs_ = 0;
     bool wantsRealTime_ = false;
     bool quit_ = false;
     std::thread thread_; // last: everything stands before it runs
