@@ -106,9 +106,10 @@ void EngineCore::stalled(std::int64_t nowNs) noexcept {
     const std::int64_t late = nowNs - clock_.deadline();
     time_ = nowNs;
     if (state_ == State::waiting || late > kMaxSkipNs) {
-        sequencer_.releaseAll(sinks());
         clock_.shift(late);
-        if (firstStep_ != kNever) firstStep_ += late;
+        if (firstStep_ != kNever)
+            firstStep_ += late; // before anything is logged: its time runs on from there
+        sequencer_.releaseAll(sinks());
         return;
     }
     sequencer_.interrupt(sinks());

@@ -78,9 +78,13 @@ void Engine::limitSteps(int steps) {
     hand({.order = Order::limit, .call = {Entry{}, {steps}}});
 }
 
+void Engine::settle() {
+    hand({.order = Order::settle, .acknowledge = true});
+}
+
 bool Engine::equalsRecord(const ProjectRecord& record, std::string* difference) {
     // Only calls write the patterns, and none is under way then: the engine thread may go on playing them.
-    hand({.order = Order::settle, .acknowledge = true});
+    settle();
     return core_.patterns().equalsRecord(record, difference);
 }
 

@@ -48,7 +48,8 @@ class Engine final : public PlaybackEngine, private MessageSink {
     void limitSteps(int steps) override;
     bool halted() const override { return halted_.load(std::memory_order_acquire); }
 
-    // Waits until all calls made before are carried out.
+    void settle() override;
+    // Settles first.
     bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) override;
 
     // Whether the engine thread has real-time priority now. Settled by the calls that wait.

@@ -109,7 +109,8 @@ bool JackClient::open() {
     ++session_;
     left_ = entered_.load();
     first_ = true;
-    time_.rate = std::max<std::int64_t>(1, jack_get_sample_rate(client_));
+    rate_ = std::max<std::int64_t>(1, jack_get_sample_rate(client_));
+    time_.rate = rate_;
     period_ = jack_get_buffer_size(client_);
     const std::int64_t apart = monotonicNs() - static_cast<std::int64_t>(jack_get_time()) * 1000;
     clockOffset_ = std::abs(apart) < kSameClockNs ? 0 : apart;
@@ -117,7 +118,10 @@ bool JackClient::open() {
     outLanes_[0]->port = registerPort(kVirtualOutName, JackPortIsOutput);
     inLanes_[0].port = registerPort(kVirtualInName, JackPortIsInput);
     jack_set_process_callback(client_, onProcess, this);
-    jack_on_info_shutdown(client_, onShutdown, this);
+    // Not every library calls both.
+    jack_on_shutdown(client_, onShutdown, this);
+    jack_on_info_shutdown(client_, onInfoShutdown, this);
+    jack_set_sample_rate_callback(client_, onSampleRate, this);
     online_ = true;
     if (jack_activate(client_) != 0) close();
     return client_ != nullptr;
@@ -150,11 +154,18 @@ void JackClient::drain(const OutLane& lane) {
 }
 
 int JackClient::sampleRate() const noexcept {
-    return online() ? static_cast<int>(time_.rate) : 0;
+    return online() ? static_cast<int>(rate_) : 0;
 }
 
 std::int64_t JackClient::latencyNs() const noexcept {
-    return period_.load() * FrameTime::kSecond / time_.rate + kLookAheadNs;
+    return period_ * FrameTime::kSecond / rate_ + kLookAheadNs;
+}
+
+bool JackClient::settled() const noexcept {
+    return !online() || std::none_of(outActive_.begin(), outActive_.end(), [](const auto& active) {
+        const OutLane* lane = active;
+        return lane != nullptr && lane->port != nullptr && lane->settling > 0;
+    });
 }
 
 std::vector<PortSystem::Port> JackClient::list(unsigned long flags) {
@@ -216,7 +227,7 @@ std::unique_ptr<OutputLink> JackClient::openOutput(const std::string& address) {
         return nullptr;
     }
     lane->ring.clear();
-    lane->settling = time_.rate / kSettleParts;
+    lane->settling = rate_ / kSettleParts;
     lane->taken = true;
     lane->port = port;
     return std::make_unique<Output>(*this, *lane, address, session_);

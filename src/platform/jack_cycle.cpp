@@ -26,8 +26,17 @@ int JackClient::onProcess(jack_nframes_t frames, void* self) {
     return 0;
 }
 
-void JackClient::onShutdown(jack_status_t /*code*/, const char* /*reason*/, void* self) {
+void JackClient::onShutdown(void* self) {
     static_cast<JackClient*>(self)->online_ = false;
+}
+
+void JackClient::onInfoShutdown(jack_status_t /*code*/, const char* /*reason*/, void* self) {
+    onShutdown(self);
+}
+
+int JackClient::onSampleRate(jack_nframes_t rate, void* self) {
+    if (rate > 0) static_cast<JackClient*>(self)->rate_ = rate;
+    return 0;
 }
 
 void JackClient::process(jack_nframes_t frames) noexcept {
@@ -52,6 +61,8 @@ std::int64_t JackClient::followServer(jack_nframes_t frames) noexcept {
     if (first_) serverFrame_ = serverFrame, frame_ = 0;
     frame_ += static_cast<std::int32_t>(serverFrame - serverFrame_);
     serverFrame_ = serverFrame;
+    if (const std::int64_t rate = rate_.load(std::memory_order_relaxed); rate != time_.rate)
+        time_.changeRate(frame_, rate);
 
     // The server's smoothed time of the cycle's start is the better one, but strays far off when cycles fail.
     const std::int64_t now = monotonicNs();
@@ -73,8 +84,8 @@ void JackClient::write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle)
     void* buffer = jack_port_get_buffer(port, frames);
     if (buffer == nullptr) return;
     jack_midi_clear_buffer(buffer);
-    if (lane.settling > 0) {
-        lane.settling -= frames; // what waits meanwhile goes out late, but whole
+    if (lane.settling.load(std::memory_order_relaxed) > 0) {
+        lane.settling.fetch_sub(frames); // what waits meanwhile goes out late, but whole
         return;
     }
     const std::int64_t latency = frames + kLookAheadNs * time_.rate / FrameTime::kSecond;

@@ -102,7 +102,7 @@ void Synth::poll() {
     stalledPolls_ = running_ && callbacks != seenCallbacks_ ? 0 : stalledPolls_ + 1;
     seenCallbacks_ = callbacks;
     const bool online = jack_ != nullptr && jack_->online();
-    const bool serverLeft = onJack() && !online;
+    const bool serverLeft = onJack() && (!online || jack_->sampleRate() != time_.rate);
     const bool serverCame = !running_ && online;
     if (!serverLeft && !serverCame && stalledPolls_ < kStalledPolls) return;
     stop();
