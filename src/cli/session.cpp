@@ -25,7 +25,7 @@ namespace {
 
 constexpr int kPollMs = 1000;   // how often the devices are looked after
 constexpr int kEventMs = 20;    // how often the progress is shown
-constexpr int kSettleMs = 1000; // a server that stands still is waited for no longer
+constexpr int kSettleMs = 3000; // a server that stands still is waited for no longer
 constexpr int kSettleStepMs = 5;
 constexpr int kFarewellMs = 120; // longer than any port holds a message back
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 #include "platform/port_names.h"
 
@@ -104,7 +105,11 @@ void JackClient::poll() {
 }
 
 bool JackClient::open() {
-    client_ = jack_client_open(kClientName, JackNoStartServer, nullptr);
+    const bool again = opening_.underWay(); // it was waited for before
+    if (!again)
+        opening_.start([] { return jack_client_open(kClientName, JackNoStartServer, nullptr); },
+                       closeBounded);
+    client_ = opening_.take(again ? std::chrono::milliseconds(0) : kPatience).value_or(nullptr);
     if (client_ == nullptr) return false;
     ++session_;
     left_ = entered_.load();
@@ -129,13 +134,16 @@ bool JackClient::open() {
 
 void JackClient::close() {
     online_ = false;
-    if (client_ != nullptr) jack_client_close(client_);
-    client_ = nullptr;
+    closeBounded(std::exchange(client_, nullptr));
     audio_ = nullptr;
     audioPorts_ = {};
     for (auto& lane : outLanes_)
         if (lane) lane->port = nullptr;
     for (InLane& lane : inLanes_) lane.port = nullptr;
+}
+
+void JackClient::closeBounded(jack_client_t* client) {
+    if (client != nullptr) runBounded([client] { jack_client_close(client); }, 4 * kPatience);
 }
 
 // Returns when no cycle is under way that began before the call.

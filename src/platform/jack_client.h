@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/audio_source.h"
+#include "platform/awaited.h"
 #include "platform/frame_time.h"
 #include "platform/message_ring.h"
 #include "platform/play_clock.h"
@@ -79,6 +80,7 @@ class JackClient : public PortSystem {
 
     bool open();
     void close();
+    static void closeBounded(jack_client_t* client);
     void quiesce() noexcept;
     void drain(const OutLane& lane);
     std::vector<Port> list(unsigned long flags);
@@ -106,6 +108,7 @@ class JackClient : public PortSystem {
     static constexpr int kLazyPolls = 5;   // otherwise one in so many looks
     int eagerPolls_ = 0;
     int lazyPolls_ = 0;
+    Awaited<jack_client_t*> opening_; // a server that stands still holds its callers up for ever
     jack_client_t* client_ = nullptr;
     std::uint32_t session_ = 0; // counts the servers seen; a link of an earlier one is dead
     std::atomic<bool> online_{false};

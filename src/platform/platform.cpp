@@ -72,7 +72,7 @@ InputDevices& Platform::inputs() {
     return parts_->inputs;
 }
 bool Platform::settled() const {
-    return !parts_->jack || parts_->jack->settled();
+    return (!parts_->jack || parts_->jack->settled()) && !parts_->synth.opening();
 }
 std::string Platform::soundDriver() const {
     return parts_->synth.driverName();

@@ -87,6 +87,17 @@ TEST_F(Jack, DevicesOfOtherClientsAreReachedAndHeard) {
     EXPECT_EQ(sink.count, 1);
 }
 
+TEST_F(Jack, AServerThatStandsStillHoldsNobodyUpAndIsFoundOnceItGoesOn) {
+    Server server;
+    server.signal(SIGSTOP);
+    { const JackClient jack(clock); } // begins and ends
+    JackClient jack(clock);
+    jack.poll();
+    EXPECT_FALSE(jack.online());
+    server.signal(SIGCONT);
+    EXPECT_TRUE(reach(jack));
+}
+
 TEST_F(Jack, AServerThatDiesAndReturnsStopsNeitherMidiNorSound) {
     if (findSoundFont().empty()) GTEST_SKIP() << "no sound font on this machine";
     testing::internal::CaptureStderr();

@@ -84,6 +84,7 @@ class Server {
         ::kill(child_, SIGTERM); // it takes its shared memory with it
         if (!waitFor([&] { return waitpid(child_, nullptr, WNOHANG) == child_; })) kill();
     }
+    void signal(int number) const { ::kill(child_, number); }
     void kill() {
         ::kill(child_, SIGKILL);
         waitpid(child_, nullptr, 0);
