@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <thread>
-#include <utility>
 
 #include "platform/port_names.h"
 
@@ -134,7 +133,8 @@ bool JackClient::open() {
 
 void JackClient::close() {
     online_ = false;
-    closeBounded(std::exchange(client_, nullptr));
+    closeBounded(client_);
+    client_ = nullptr; // not before: cycles may have gone on until then
     audio_ = nullptr;
     audioPorts_ = {};
     for (auto& lane : outLanes_)

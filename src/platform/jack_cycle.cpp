@@ -40,6 +40,7 @@ int JackClient::onSampleRate(jack_nframes_t rate, void* self) {
 }
 
 void JackClient::process(jack_nframes_t frames) noexcept {
+    if (!online()) return; // a client that a hung server has kept from being closed
     entered_.fetch_add(1);
     const std::int64_t cycle = followServer(frames);
     for (auto& active : outActive_)

@@ -32,7 +32,7 @@ Synth::~Synth() {
 void Synth::addUser() {
     ++users_;
     idlePolls_ = 0;
-    if (!running_) start();
+    if (!running_ && !driver_.opening()) start(); // a port is often closed to be opened again at once
 }
 
 void Synth::removeUser() {
