@@ -1,10 +1,12 @@
 # shellcheck shell=bash disable=SC2034
 # What the program needs from Debian, for run and test to source: nothing is downloaded from anywhere else.
 
-RUN_PACKAGES="g++ cmake ninja-build pkg-config qt6-base-dev librtmidi-dev libjack-jackd2-dev
+RUN_PACKAGES="g++ cmake ninja-build pkg-config qt6-base-dev librtmidi-dev libasound2-dev libjack-jackd2-dev
   libfluidsynth-dev timgm6mb-soundfont fonts-inter"
 TEST_PACKAGES="$RUN_PACKAGES clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev
   libbenchmark-dev python3 python3-mido fluidsynth jackd2 xvfb xauth xdotool"
+# For the emulated machine of ./test --machine.
+MACHINE_PACKAGES="debootstrap qemu-system-x86 e2fsprogs gcc libasound2-dev python3"
 
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {

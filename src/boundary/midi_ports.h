@@ -42,11 +42,23 @@ class OutputDevices {
     virtual void close(OutputPort* port) = 0;
 };
 
-// Takes what an input device receives. Called on a thread of the device, one at a time.
+// Takes what one link to an input device delivers. Called on a thread of the link, one at a time, and
+// real-time safe: a server's cycle may call it.
 class InputSink {
   public:
     virtual ~InputSink() = default;
     virtual void received(const MidiMessage& message) noexcept = 0;
+};
+
+// A device may be heard over several links at once (our own port on each system), each with a thread of its
+// own.
+inline constexpr int kInputLinks = 2;
+class InputSinks {
+  public:
+    virtual InputSink& link(int number) noexcept = 0; // number: 0..kInputLinks-1
+
+  protected:
+    ~InputSinks() = default;
 };
 
 // The input devices in a stable order. User-interface thread.
@@ -56,8 +68,8 @@ class InputDevices {
     virtual int count() = 0;
     virtual std::string name(int index) = 0;
 
-    // Opens a device; messages reach the sink until close() has returned. False where it cannot be opened.
-    virtual bool open(int index, InputSink& sink) = 0;
+    // Opens a device; messages reach the sinks until close() has returned. False where it cannot be opened.
+    virtual bool open(int index, InputSinks& sinks) = 0;
     virtual void close() = 0;
 };
 

@@ -72,8 +72,9 @@ int playVerb(const Words& words) {
     Arguments arguments;
     if (const auto wrong = arguments.parse(words, kPlayOptions, 1)) return refuse(*wrong);
     if (arguments.has("--bar") && !arguments.has("--song")) return refuse("--bar goes with --song");
-    Session session(
-        SessionOptions{!arguments.has("--fast"), arguments.text("--config"), arguments.text("--out")});
+    SessionOptions options{!arguments.has("--fast"), arguments.text("--config"), arguments.text("--out")};
+    options.log = arguments.has("--log");
+    Session session(options);
     if (!session.error().empty()) return refuse(session.error());
     if (!takeProject(arguments.files[0], arguments)) return 1;
     const bool terminal = ::isatty(STDOUT_FILENO) == 1 && !arguments.has("--fast");

@@ -23,8 +23,10 @@ namespace marlune {
 
 namespace {
 
-constexpr int kPollMs = 1000;    // how often the devices are looked after
-constexpr int kEventMs = 20;     // how often the progress is shown
+constexpr int kPollMs = 1000;   // how often the devices are looked after
+constexpr int kEventMs = 20;    // how often the progress is shown
+constexpr int kSettleMs = 3000; // a server that stands still is waited for no longer
+constexpr int kSettleStepMs = 5;
 constexpr int kFarewellMs = 120; // longer than any port holds a message back
 
 void drain(int descriptor) {
@@ -47,7 +49,7 @@ class Session::RenderDevices final : public OutputDevices {
     OutputPort* port_;
 };
 
-Session::Session(const SessionOptions& options) {
+Session::Session(const SessionOptions& options) : logs_(options.log) {
     setAppShell(&shell);
     resetProgram();
     if (options.live) {
@@ -113,7 +115,8 @@ void Session::chooseDevice(const std::string& device) {
 
 void Session::play(int bars, const std::function<void()>& each) {
     engine_->limitSteps(bars * kSteps);
-    log.begin();
+    if (live_) waitForConnections();
+    if (logs_) log.begin();
     playButton();
     if (live_) {
         playLive(each);
@@ -125,7 +128,14 @@ void Session::play(int bars, const std::function<void()>& each) {
         }
     }
     StopPlay();
+    engine_->settle(); // the last releases go into the log as well
     log.collect();
+}
+
+// A new connection carries nothing at first, and what waits meanwhile would go out in a burst.
+void Session::waitForConnections() {
+    const CStopWatch watch;
+    while (!platform_->settled() && watch.Elapsed() < kSettleMs) runEvents(kSettleStepMs);
 }
 
 void Session::runEvents(int ms) {

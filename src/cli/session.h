@@ -19,6 +19,7 @@ struct SessionOptions {
     std::string configFolder;     // where marlune.cfg is read from; "" keeps the defaults
     std::string device;           // output by name or index; "" for the configured one
     OutputPort* render = nullptr; // virtual time: everything goes there
+    bool log = false;             // keep what is played in `log`; it grows with every message
 };
 
 class Session {
@@ -49,9 +50,11 @@ class Session {
     class RenderDevices;
     void startLive(const SessionOptions& options);
     void chooseDevice(const std::string& device);
+    void waitForConnections();
     void playLive(const std::function<void()>& each);
 
     std::string error_;
+    bool logs_ = false;
     std::unique_ptr<Platform> platform_;
     std::unique_ptr<RenderDevices> renderDevices_;
     std::unique_ptr<Engine> live_;

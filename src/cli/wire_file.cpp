@@ -1,6 +1,10 @@
 #include "cli/wire_file.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "boundary/hex_text.h"
+#include "engine/engine_core.h"
 
 namespace marlune {
 
@@ -12,12 +16,22 @@ void WireFile::sent(std::int64_t ns, Role role, const MidiMessage& message) noex
 void WireFile::collect() {
     Sent entry;
     while (ring_.pop(entry)) {
-        constexpr std::int64_t kNsPerUs = 1000;
-        // Rounded down, before the first step as well.
-        const std::int64_t us = (entry.ns - (entry.ns < 0 ? kNsPerUs - 1 : 0)) / kNsPerUs;
-        text_ += std::to_string(us) + (entry.role == Role::seq ? " seq " : " sync ") +
-                 hexText(entry.message) + '\n';
+        if (!inSight_ && entry.ns == -kStartDelayNs) {
+            early_.push_back(entry);
+            continue;
+        }
+        inSight_ = true;
+        for (const Sent& each : std::exchange(early_, {})) add(each, std::min(each.ns, entry.ns));
+        add(entry, entry.ns);
     }
+}
+
+void WireFile::add(const Sent& entry, std::int64_t ns) {
+    constexpr std::int64_t kNsPerUs = 1000;
+    // Rounded down, before the first step as well.
+    const std::int64_t us = (ns - (ns < 0 ? kNsPerUs - 1 : 0)) / kNsPerUs;
+    text_ +=
+        std::to_string(us) + (entry.role == Role::seq ? " seq " : " sync ") + hexText(entry.message) + '\n';
 }
 
 } // namespace marlune

@@ -9,7 +9,6 @@ namespace {
 constexpr int kTopTempo = 1000;    // far above anything playable
 constexpr int kTopPeriodMs = 1000; // far below
 constexpr int kMostCounted = 1024; // steps that a caller may be behind, 64 bars
-constexpr std::int64_t kMaxCatchUpNs = 1'000'000'000;
 
 constexpr std::size_t indexOf(Role role) {
     return static_cast<std::size_t>(role);
@@ -94,15 +93,41 @@ std::int64_t EngineCore::deadline() const noexcept {
 }
 
 void EngineCore::period(std::int64_t nowNs) noexcept {
-    const std::int64_t late = nowNs - clock_.deadline();
-    if (late > kMaxCatchUpNs) {
-        clock_.shift(late);
-        firstStep_ += late;
+    if (nowNs - clock_.deadline() > kMaxCatchUpNs) {
+        stalled(nowNs);
+        if (deadline() > nowNs) return;
     }
+    beginPeriod();
+    sequencer_.period(sinks());
+    endPeriod();
+}
+
+void EngineCore::stalled(std::int64_t nowNs) noexcept {
+    const std::int64_t late = nowNs - clock_.deadline();
+    time_ = nowNs;
+    if (state_ == State::waiting || late > kMaxSkipNs) {
+        clock_.shift(late);
+        if (firstStep_ != kNever)
+            firstStep_ += late; // before anything is logged: its time runs on from there
+        sequencer_.releaseAll(sinks());
+        return;
+    }
+    sequencer_.interrupt(sinks());
+    while (deadline() < nowNs) {
+        beginPeriod();
+        time_ = nowNs; // of what goes out nevertheless
+        sequencer_.skipPeriod(sinks());
+        endPeriod();
+    }
+}
+
+void EngineCore::beginPeriod() noexcept {
     time_ = clock_.deadline();
     // A change of rate in the periods before it moves the first step.
     if (sequencer_.sync().periodsToFirstStep() == 0) firstStep_ = time_;
-    sequencer_.period(sinks());
+}
+
+void EngineCore::endPeriod() noexcept {
     clock_.advance();
     state_ = limit_ > 0 && sequencer_.sync().stepsCompleted() >= limit_ ? State::halted : State::playing;
 }

@@ -11,6 +11,9 @@
 namespace marlune {
 
 inline constexpr std::int64_t kStartDelayNs = 25'000'000; // from the start to the first period
+inline constexpr std::int64_t kMaxCatchUpNs = 50'000'000;
+// One bar at the highest tempo: at most one bar line is skipped, and what comes behind it is cued already.
+inline constexpr std::int64_t kMaxSkipNs = 1'000'000'000;
 inline constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
 class EngineCore final : private MidiSink, private MessageSink {
@@ -25,9 +28,15 @@ class EngineCore final : private MidiSink, private MessageSink {
     // Time of the next period; kNever while the timer stands, waits for a release of the hold, or is halted.
     std::int64_t deadline() const noexcept;
 
-    // Plays the period that deadline() names, with its ideal time on every message. A timer that is behind by
-    // more than a second (the process was stopped) goes on from now instead of rushing through what it
-    // missed.
+    // Plays the period that deadline() names, with its ideal time on every message. Lateness up to
+    // kMaxCatchUpNs is caught up, period by period. What a longer stall has missed is not sent in a burst:
+    // what sounds is released, and then
+    //  - up to kMaxSkipNs the missed periods are skipped (see Sequencer::skipPeriod()): the grid of time, the
+    //    position and the user interface go on as if they had been heard; who follows the clock gets Stop,
+    //    and position and Continue with the next step;
+    //  - after a longer one, or before the first period of a run, time moves on instead: the timer goes on
+    //  now
+    //    with the period it was to play, and who follows the clock has waited as well.
     void period(std::int64_t nowNs) noexcept;
 
     // Opens (port) or closes (null) a role. What sounds is released before the sequencer port changes.
@@ -37,6 +46,9 @@ class EngineCore final : private MidiSink, private MessageSink {
     // or started again; 0 for no limit.
     void limitSteps(int steps) noexcept { limit_ = steps; }
     bool halted() const noexcept { return state_ == State::halted; }
+
+    // Whether the timer runs: from a start to the stop, in a hold and at the limit as well.
+    bool running() const noexcept { return state_ != State::standing; }
 
     const PatternStore& patterns() const noexcept { return sequencer_.patterns(); }
 
@@ -53,6 +65,9 @@ class EngineCore final : private MidiSink, private MessageSink {
     void stop() noexcept;
     void hold(bool on) noexcept;
     void placeFirstPeriod() noexcept;
+    void stalled(std::int64_t nowNs) noexcept;
+    void beginPeriod() noexcept;
+    void endPeriod() noexcept;
     void endPlacing() noexcept;
 
     // A placing on its way: what belongs to it waits here until it is whole.

@@ -8,13 +8,15 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <utility>
 
 namespace marlune {
 
 namespace {
 
-// The highest first; a limit for normal users often allows a low one only.
-constexpr int kPriorities[] = {50, 10, 1};
+// Below the clients of a JACK server at its usual priority of 10, which have 5, and far below the server.
+// A limit for normal users may allow the lowest only.
+constexpr int kPriorities[] = {4, 1};
 
 bool takeRealTimePriority() noexcept {
     return std::any_of(std::begin(kPriorities), std::end(kPriorities), [](int priority) {
@@ -23,6 +25,11 @@ bool takeRealTimePriority() noexcept {
         return pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters) == 0;
     });
 }
+
+// More calls in a row than any edit makes, how far apart they may be, and how often they are looked for then.
+constexpr int kBulk = 256;
+constexpr std::int64_t kBulkGapNs = 5'000'000;
+constexpr std::int64_t kBulkRestNs = 1'000'000;
 
 } // namespace
 
@@ -71,9 +78,13 @@ void Engine::limitSteps(int steps) {
     hand({.order = Order::limit, .call = {Entry{}, {steps}}});
 }
 
+void Engine::settle() {
+    hand({.order = Order::settle, .acknowledge = true});
+}
+
 bool Engine::equalsRecord(const ProjectRecord& record, std::string* difference) {
     // Only calls write the patterns, and none is under way then: the engine thread may go on playing them.
-    hand({.order = Order::settle, .acknowledge = true});
+    settle();
     return core_.patterns().equalsRecord(record, difference);
 }
 
@@ -105,7 +116,6 @@ void Engine::hand(const Command& command) {
 void Engine::run() noexcept {
     prctl(PR_SET_NAME, "marlune-engine");
     prctl(PR_SET_TIMERSLACK, 1UL);
-    realTime_.store(takeRealTimePriority(), std::memory_order_release);
     Command command;
     while (!quit_) {
         // Periods that are due come first, so that due times on a port never run backwards.
@@ -121,6 +131,9 @@ void Engine::run() noexcept {
 }
 
 void Engine::obey(const Command& command, std::int64_t now) noexcept {
+    callsInARow_ = now - lastCallNs_ < kBulkGapNs ? callsInARow_ + 1 : 1;
+    lastCallNs_ = now;
+    setRealTime(core_.running() && callsInARow_ <= kBulk);
     switch (command.order) {
         case Order::entry: core_.apply(command.call, now); break;
         case Order::setWindow: window_ = command.call.arguments[0]; break;
@@ -133,10 +146,19 @@ void Engine::obey(const Command& command, std::int64_t now) noexcept {
             break;
     }
     halted_.store(core_.halted(), std::memory_order_release);
+    setRealTime(core_.running() && callsInARow_ <= kBulk);
     if (command.acknowledge) done_.post();
 }
 
+void Engine::setRealTime(bool wanted) noexcept {
+    if (std::exchange(wantsRealTime_, wanted) == wanted) return;
+    const sched_param normal{};
+    if (!wanted) pthread_setschedparam(pthread_self(), SCHED_OTHER, &normal);
+    realTime_.store(wanted && takeRealTimePriority(), std::memory_order_release);
+}
+
 void Engine::playPeriod(std::int64_t now) noexcept {
+    setRealTime(core_.running());
     core_.period(now);
     halted_.store(core_.halted(), std::memory_order_release);
     if (!posted_ && !core_.halted()) return;
@@ -153,9 +175,15 @@ void Engine::post(const EngineMessage& message) noexcept {
 }
 
 void Engine::sleep(std::int64_t now) noexcept {
+    const std::int64_t deadline = core_.deadline();
+    setRealTime(core_.running());
+    if (callsInARow_ > kBulk && now - lastCallNs_ < kBulkGapNs && deadline > now + kBulkRestNs) {
+        // More is likely to come: one look a while later costs less than a wake-up for each.
+        wake_.waitFor(kBulkRestNs);
+        return;
+    }
     asleep_.exchange(true, std::memory_order_acq_rel);
     if (commands_.empty()) {
-        const std::int64_t deadline = core_.deadline();
         if (deadline == kNever) {
             wake_.wait();
         } else {

@@ -4,8 +4,9 @@
 //   entry point --> ring of commands -------> carried out in order, at once
 //   takeMessage() <-- ring of messages <----- periods at their deadlines on the play clock
 //
-// The engine thread never allocates, logs, locks or waits for the other one. It runs with real-time priority
-// where the system grants that, and as a normal thread where not.
+// The engine thread never allocates, logs, locks or waits for the other one. While the timer runs it has
+// real-time priority where the system grants that, a low one: whatever a sound server does in real time comes
+// first. Calls in bulk, as a load makes them, are carried out as a normal thread, playing or not.
 #pragma once
 
 #include <array>
@@ -14,7 +15,7 @@
 
 #include "engine/engine_core.h"
 #include "engine/playback_engine.h"
-#include "engine/semaphore.h"
+#include "util/semaphore.h"
 #include "util/spsc_ring.h"
 
 namespace marlune {
@@ -47,10 +48,11 @@ class Engine final : public PlaybackEngine, private MessageSink {
     void limitSteps(int steps) override;
     bool halted() const override { return halted_.load(std::memory_order_acquire); }
 
-    // Waits until all calls made before are carried out.
+    void settle() override;
+    // Settles first.
     bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) override;
 
-    // Whether the engine thread got real-time priority. Known after the first call that waits.
+    // Whether the engine thread has real-time priority now. Settled by the calls that wait.
     bool hasRealTimePriority() const { return realTime_.load(std::memory_order_acquire); }
 
   private:
@@ -73,6 +75,7 @@ class Engine final : public PlaybackEngine, private MessageSink {
     void obey(const Command& command, std::int64_t now) noexcept;
     void playPeriod(std::int64_t now) noexcept;
     void sleep(std::int64_t now) noexcept;
+    void setRealTime(bool wanted) noexcept;
     void post(const EngineMessage& message) noexcept override;
 
     PlayClock& clock_;
@@ -90,6 +93,9 @@ class Engine final : public PlaybackEngine, private MessageSink {
     EngineCore core_; // engine thread
     int window_ = -1;
     bool posted_ = false;
+    int callsInARow_ = 0;
+    std::int64_t lastCallNs_ = 0;
+    bool wantsRealTime_ = false;
     bool quit_ = false;
     std::thread thread_; // last: everything stands before it runs
 };

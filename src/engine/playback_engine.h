@@ -19,6 +19,9 @@ class PlaybackEngine : public EngineComponent {
     // Whether the limit was reached since the last start or stop.
     virtual bool halted() const = 0;
 
+    // Waits until all calls made before are carried out, so that what they send has been logged.
+    virtual void settle() = 0;
+
     // Whether the component's copy of the patterns is that of the record; where not, difference (when given)
     // names the first place.
     virtual bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) = 0;

@@ -7,6 +7,22 @@
 
 namespace marlune {
 
+namespace {
+
+// Lets pass what sets a state, and keeps back what sounds.
+class Noteless final : public MidiSink {
+  public:
+    explicit Noteless(MidiSink& next) : next_(next) {}
+    void midi(Role role, const MidiMessage& message) noexcept override {
+        if (statusKind(message.bytes[0]) != kNoteOn) next_.midi(role, message);
+    }
+
+  private:
+    MidiSink& next_;
+};
+
+} // namespace
+
 void Sequencer::apply(const EngineCall& call, Sinks sinks) noexcept {
     TrackedSink midi(sounding_, sinks.midi);
     if (patterns_.apply(call) || knobs_.apply(call, midi) || applyVoice(call)) return;
@@ -67,6 +83,16 @@ void Sequencer::stop(Sinks sinks) noexcept {
 void Sequencer::period(Sinks sinks) noexcept {
     TrackedSink midi(sounding_, sinks.midi);
     if (sync_.period(places_.position(), places_.songMode(), midi)) playStep(midi, sinks.messages);
+}
+
+void Sequencer::interrupt(Sinks sinks) noexcept {
+    releaseAll(sinks);
+    sync_.stop(sinks.midi);
+}
+
+void Sequencer::skipPeriod(Sinks sinks) noexcept {
+    Noteless midi(sinks.midi);
+    if (sync_.skip(places_.position(), places_.songMode())) playStep(midi, sinks.messages);
 }
 
 void Sequencer::playStep(MidiSink& midi, MessageSink& messages) noexcept {

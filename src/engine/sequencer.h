@@ -40,6 +40,12 @@ class Sequencer {
     void skipSteps(int steps, Sinks sinks) noexcept;
     int stepsPlayed() const noexcept { return stepsPlayed_; } // since the start
 
+    // For a stretch of time that nobody will hear. interrupt() releases what sounds and stops the clock
+    // stream; skipPeriod() then does all that period() does, but for the clock and the notes: positions,
+    // cues, messages, programs and controllers stay what they would have been. The stream goes on by itself.
+    void interrupt(Sinks sinks) noexcept;
+    void skipPeriod(Sinks sinks) noexcept;
+
     // Releases everything that sounds, one by one.
     void releaseAll(Sinks sinks) noexcept {
         sounding_.releaseAll([&](const MidiMessage& message) { sinks.midi.midi(Role::seq, message); });

@@ -23,7 +23,11 @@ class SyncStream {
     // Continue.
     bool period(int position, bool songMode, MidiSink& sink) noexcept;
 
-    // Sends Stop if the stream was opened.
+    // One period that nobody hears: no clock goes out. Says whether a step begins with it.
+    bool skip(int position, bool songMode) noexcept;
+
+    // Sends Stop if the stream was opened. Where periods go on, it opens again with the next of its steps, by
+    // the position and Continue.
     void stop(MidiSink& sink) noexcept;
 
     // Periods from the next one to the first step, 0 when it is the next; negative afterwards.
@@ -32,7 +36,8 @@ class SyncStream {
     std::int64_t stepsCompleted() const noexcept;
 
   private:
-    void open(MidiSink& sink) const noexcept;
+    bool count(int position, bool songMode) noexcept;
+    static void open(MidiSink& sink, std::int64_t position) noexcept;
 
     int offset_ = 0;
     int noteDelay_ = 0, clockDelay_ = 0;

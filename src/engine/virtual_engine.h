@@ -23,6 +23,7 @@ class VirtualEngine final : public PlaybackEngine, private MessageSink {
     bool takeMessage(EngineMessage& message) override;
     void limitSteps(int steps) override { core_.limitSteps(steps); }
     bool halted() const override { return core_.halted(); }
+    void settle() override {}
     bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) override {
         return core_.patterns().equalsRecord(record, difference);
     }

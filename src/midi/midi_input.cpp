@@ -1,9 +1,8 @@
 #include "midi/midi_input.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "boundary/app_shell.h"
 #include "boundary/midi_bytes.h"
@@ -21,23 +20,20 @@ bool isNoteOn(const MidiMessage& message) {
 } // namespace
 
 MidiInput::MidiInput() {
-    arrived_.reserve(kQueueSize);
-    reading_.reserve(kQueueSize);
+    for (Link& link : links_) link.owner = this;
     for (auto& status : blocked_) status = false;
 }
 
 void MidiInput::attach(InputDevices* devices, int wakeDescriptor) {
     close();
     devices_ = devices;
-    wake_ = wakeDescriptor;
+    wake_.setDescriptor(wakeDescriptor);
     DeviceID = -1;
     for (auto& status : blocked_) status = false;
     started_ = true;
     setMessageEvents(true);
-    const std::lock_guard lock(mutex_);
-    arrived_.clear();
-    reading_.clear();
-    readPos_ = 0;
+    takeArrived();
+    queue_.clear();
     dropped_ = 0;
     learnt_ = -1;
 }
@@ -70,26 +66,45 @@ void MidiInput::stop() {
 }
 
 int MidiInput::MessageCount() {
-    if (readPos_ == reading_.size()) {
-        readPos_ = 0;
-        reading_.clear();
-        const std::lock_guard lock(mutex_);
-        std::swap(reading_, arrived_);
+    if (queue_.empty()) takeArrived();
+    return static_cast<int>(queue_.size());
+}
+
+void MidiInput::takeArrived() {
+    wake_.looking();
+    std::vector<InputLane::Arrival> arrived;
+    InputLane::Arrival next;
+    for (Link& link : links_)
+        while (link.lane.take(next, dropped_)) arrived.push_back(next);
+    std::sort(arrived.begin(), arrived.end(),
+              [](const auto& one, const auto& other) { return one.number < other.number; });
+    for (const InputLane::Arrival& each : arrived) queue_.push_back(each.message);
+    trim();
+}
+
+// The oldest controllers go first, notes only where nothing else is left.
+void MidiInput::trim() {
+    for (const bool notesToo : {false, true}) {
+        if (queue_.size() <= kQueueSize) return;
+        auto excess = static_cast<std::ptrdiff_t>(queue_.size() - kQueueSize);
+        dropped_ += static_cast<int>(std::erase_if(queue_, [&](const MidiMessage& message) {
+            return (notesToo || !isNoteOn(message)) && excess-- > 0;
+        }));
     }
-    return static_cast<int>(reading_.size() - readPos_);
 }
 
 MidiMessage MidiInput::oldest() {
-    return reading_[readPos_];
+    return queue_.front();
 }
 
 void MidiInput::removeOldest() {
-    if (readPos_ < reading_.size()) ++readPos_;
+    if (!queue_.empty()) queue_.pop_front();
 }
 
 void MidiInput::setMessageEvents(bool events) {
     MessageEvents = events;
     events_ = events;
+    wake_.looking(); // a wake-up of the polled mode's time may have passed unheard
 }
 
 void MidiInput::BlockStatus(int status, bool blocked) {
@@ -97,7 +112,6 @@ void MidiInput::BlockStatus(int status, bool blocked) {
 }
 
 int MidiInput::takeDropped() {
-    const std::lock_guard lock(mutex_);
     return std::exchange(dropped_, 0);
 }
 
@@ -105,28 +119,14 @@ int MidiInput::takeLearnt() {
     return learnt_.exchange(-1);
 }
 
-void MidiInput::received(const MidiMessage& message) noexcept {
+void MidiInput::received(InputLane& lane, const MidiMessage& message) noexcept {
     const int status = message.bytes[0];
     if (message.size != midiMessageLength(status) || message.size == 0) return;
     if (((message.bytes[1] | message.bytes[2]) & 0x80) != 0) return; // data bytes index tables of 128
     if (statusKind(status) == kControlChange) learnt_ = message.bytes[1];
     if (!started_ || blocked_[status]) return;
-    push(message);
-    if (events_ && wake_ >= 0) {
-        const std::uint64_t one = 1;
-        [[maybe_unused]] const ssize_t written = ::write(wake_, &one, sizeof one);
-    }
-}
-
-void MidiInput::push(const MidiMessage& message) {
-    const std::lock_guard lock(mutex_);
-    if (arrived_.size() == kQueueSize) {
-        ++dropped_;
-        const auto victim = std::find_if_not(arrived_.begin(), arrived_.end(), isNoteOn);
-        if (victim == arrived_.end() && !isNoteOn(message)) return;
-        arrived_.erase(victim == arrived_.end() ? arrived_.begin() : victim);
-    }
-    arrived_.push_back(message);
+    lane.push({arrivals_.fetch_add(1, std::memory_order_relaxed), message});
+    if (events_) wake_.announce();
 }
 
 void MidiMsgEnable(bool enable) {

@@ -1,27 +1,31 @@
 // The MIDI input: chosen device, block list, and the queue between the device's thread and the program.
 //
-// received() comes from a thread of the device; everything else belongs to the user-interface thread.
+// User-interface thread, except for what arrives: each link of the open device delivers into a lane of its
+// own, from a thread of its own, which neither waits nor makes a system call beyond a semaphore's post.
 #pragma once
 
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <mutex>
+#include <cstdint>
+#include <deque>
 #include <string>
-#include <vector>
 
 #include "boundary/midi_ports.h"
+#include "midi/input_lane.h"
+#include "midi/input_wake.h"
 
 namespace marlune {
 
-class MidiInput final : public InputSink {
+class MidiInput final : public InputSinks {
   public:
     static constexpr std::size_t kQueueSize = 8192;
 
     MidiInput();
 
-    // The devices to choose from (null: none) and a descriptor that gets eight bytes when a message arrives
-    // in event mode (-1: none). Closes what is open.
+    // The devices to choose from (null: none) and a descriptor that gets eight bytes when messages arrive in
+    // event mode, once for all that come before MessageCount() is asked again (-1: none). Closes what is
+    // open.
     void attach(InputDevices* devices, int wakeDescriptor);
 
     int DeviceCount();
@@ -53,26 +57,31 @@ class MidiInput final : public InputSink {
     // the block list and whether receiving is started or not.
     int takeLearnt();
 
-    void received(const MidiMessage& message) noexcept override;
+    InputSink& link(int number) noexcept override { return links_[number]; }
 
   private:
-    void push(const MidiMessage& message);
+    struct Link final : InputSink {
+        void received(const MidiMessage& message) noexcept override { owner->received(lane, message); }
+        MidiInput* owner = nullptr;
+        InputLane lane;
+    };
+
+    void received(InputLane& lane, const MidiMessage& message) noexcept; // the link's thread
+    void takeArrived();
+    void trim();
 
     InputDevices* devices_ = nullptr;
-    int wake_ = -1;
     bool open_ = false;
     std::array<std::atomic<bool>, 256> blocked_;
     std::atomic<bool> started_{true};
     std::atomic<bool> events_{true};
     std::atomic<int> learnt_{-1};
 
-    // The device fills `arrived_`; the reader takes it as a whole by exchanging the two, so that the lock is
-    // held for a few instructions. Neither ever grows beyond its first capacity.
-    std::mutex mutex_;
-    std::vector<MidiMessage> arrived_;
+    std::array<Link, kInputLinks> links_;
+    std::atomic<std::uint64_t> arrivals_{0};
+    std::deque<MidiMessage> queue_;
     int dropped_ = 0;
-    std::vector<MidiMessage> reading_;
-    std::size_t readPos_ = 0;
+    InputWake wake_; // last: its thread ends before the rest
 };
 
 extern MidiInput MIDIIn1;

@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <vector>
 
+#include "platform/alsa_announce.h"
 #include "platform/port_names.h"
 
 namespace marlune {
@@ -65,43 +67,61 @@ std::unique_ptr<Port> connected(const std::string& address, const char* ownName)
     return open && port->isPortOpen() ? std::move(port) : nullptr;
 }
 
+// Whether the port at an address is still the one it was when this was made. Empty address: our own port.
+class Peer {
+  public:
+    Peer(RtMidi& list, const AlsaAnnounce& announce, std::string address)
+        : list_(list), announce_(announce), address_(std::move(address)), departures_(departures()) {}
+
+    bool alive() const {
+        if (address_.empty()) return true;
+        if (departures() != departures_) return false;
+        const auto names = rawNames(list_);
+        return std::find(names.begin(), names.end(), address_) != names.end();
+    }
+
+  private:
+    // The address ends with the numbers: "client:port 128:0".
+    std::uint32_t departures() const {
+        int client = -1;
+        int port = -1;
+        const std::size_t blank = address_.rfind(' ');
+        if (blank == std::string::npos) return 0;
+        if (std::sscanf(address_.c_str() + blank, "%d:%d", &client, &port) != 2) return 0;
+        return announce_.departures(client, port);
+    }
+
+    RtMidi& list_;
+    const AlsaAnnounce& announce_;
+    std::string address_;
+    std::uint32_t departures_;
+};
+
 class AlsaOutput : public OutputLink {
   public:
-    AlsaOutput(std::unique_ptr<RtMidiOut> port, RtMidi& list, std::string address)
-        : port_(std::move(port)), list_(list), address_(std::move(address)) {}
+    AlsaOutput(std::unique_ptr<RtMidiOut> port, Peer peer) : port_(std::move(port)), peer_(std::move(peer)) {}
 
     void send(const MidiMessage& message, std::int64_t /*due*/) noexcept override {
         if (!port_ || message.size == 0) return;
         attempt([&] { port_->sendMessage(message.bytes, message.size); });
     }
 
-    bool alive() noexcept override {
-        if (address_.empty()) return true;
-        const auto names = rawNames(list_);
-        return std::find(names.begin(), names.end(), address_) != names.end();
-    }
+    bool alive() noexcept override { return peer_.alive(); }
 
   private:
     std::unique_ptr<RtMidiOut> port_; // null: swallows all
-    RtMidi& list_;
-    std::string address_; // empty: the virtual port
+    Peer peer_;
 };
 
 class AlsaInput : public InputLink {
   public:
-    AlsaInput(std::unique_ptr<RtMidiIn> port, RtMidi& list, std::string address)
-        : port_(std::move(port)), list_(list), address_(std::move(address)) {}
+    AlsaInput(std::unique_ptr<RtMidiIn> port, Peer peer) : port_(std::move(port)), peer_(std::move(peer)) {}
 
-    bool alive() noexcept override {
-        if (address_.empty()) return true;
-        const auto names = rawNames(list_);
-        return std::find(names.begin(), names.end(), address_) != names.end();
-    }
+    bool alive() noexcept override { return peer_.alive(); }
 
   private:
     std::unique_ptr<RtMidiIn> port_; // its end joins the thread that calls the sink
-    RtMidi& list_;
-    std::string address_;
+    Peer peer_;
 };
 
 // The library's thread.
@@ -161,33 +181,36 @@ class AlsaPorts : public PortSystem {
         : outList_(std::move(outList)), inList_(std::move(inList)) {
         auto port = newPort<RtMidiOut>();
         if (port && !attempt([&] { port->openVirtualPort(kVirtualOutName); })) port = nullptr;
-        virtualOutput_ = std::make_unique<AlsaOutput>(std::move(port), *outList_, "");
+        virtualOutput_ = std::make_unique<AlsaOutput>(std::move(port), Peer(*outList_, announce_, ""));
     }
 
     std::vector<Port> outputs() override { return listed(*outList_); }
     std::vector<Port> inputs() override { return listed(*inList_); }
 
     std::unique_ptr<OutputLink> openOutput(const std::string& address) override {
+        Peer peer(*outList_, announce_, address); // before: who leaves while we connect is missed as well
         auto port = connected<RtMidiOut>(address, "to device");
         if (!port) return nullptr;
-        return std::make_unique<AlsaOutput>(std::move(port), *outList_, address);
+        return std::make_unique<AlsaOutput>(std::move(port), std::move(peer));
     }
 
     std::unique_ptr<InputLink> openInput(const std::string& address, InputSink& sink) override {
+        Peer peer(*inList_, announce_, address);
         auto port = connected<RtMidiIn>(address, "from device");
         if (!port) return nullptr;
         port->ignoreTypes(true, false, false);
         port->setCallback(deliver, &sink);
-        return std::make_unique<AlsaInput>(std::move(port), *inList_, address);
+        return std::make_unique<AlsaInput>(std::move(port), std::move(peer));
     }
 
     OutputLink& virtualOutput() override { return *virtualOutput_; }
     std::unique_ptr<InputLink> openVirtualInput(InputSink& sink) override {
         return std::make_unique<VirtualInputLink>(virtualInput_, sink);
     }
-    void poll() override {}
+    void poll() override { announce_.poll(); }
 
   private:
+    AlsaAnnounce announce_;
     std::unique_ptr<RtMidiOut> outList_; // asked for names only
     std::unique_ptr<RtMidiIn> inList_;
     std::unique_ptr<AlsaOutput> virtualOutput_;

@@ -103,12 +103,13 @@ bool SystemInputs::refresh() {
 bool SystemInputs::connect() {
     links_.clear();
     if (list_.isFixed(index_)) {
-        for (PortSystem* system : world_.systems)
-            if (auto link = system->openVirtualInput(*sink_)) links_.push_back(std::move(link));
+        for (std::size_t i = 0; i < world_.systems.size() && i < kInputLinks; ++i)
+            if (auto link = world_.systems[i]->openVirtualInput(sinks_->link(static_cast<int>(i))))
+                links_.push_back(std::move(link));
         return true;
     }
     for (const DeviceList::Place& place : list_.places(index_)) {
-        auto link = world_.systems[place.system]->openInput(place.address, *sink_);
+        auto link = world_.systems[place.system]->openInput(place.address, sinks_->link(0));
         if (!link) continue;
         links_.push_back(std::move(link));
         return true;
@@ -116,11 +117,11 @@ bool SystemInputs::connect() {
     return false;
 }
 
-bool SystemInputs::open(int index, InputSink& sink) {
+bool SystemInputs::open(int index, InputSinks& sinks) {
     close();
     if (index < 0 || index >= count()) return false;
     index_ = index;
-    sink_ = &sink;
+    sinks_ = &sinks;
     if (!connect()) {
         close();
         return false;
@@ -132,7 +133,7 @@ bool SystemInputs::open(int index, InputSink& sink) {
 void SystemInputs::close() {
     links_.clear();
     index_ = -1;
-    sink_ = nullptr;
+    sinks_ = nullptr;
 }
 
 bool SystemInputs::poll(std::vector<std::string>& texts) {

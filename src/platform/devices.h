@@ -67,7 +67,7 @@ class SystemInputs : public InputDevices {
 
     int count() override { return list_.count(); }
     std::string name(int index) override { return list_.name(index); }
-    bool open(int index, InputSink& sink) override;
+    bool open(int index, InputSinks& sinks) override;
     void close() override;
     bool poll(std::vector<std::string>& texts);
     std::vector<std::string> remembered() const { return list_.remembered(); }
@@ -79,7 +79,7 @@ class SystemInputs : public InputDevices {
     DeviceWorld world_;
     DeviceList list_;
     int index_ = -1; // the open device
-    InputSink* sink_ = nullptr;
+    InputSinks* sinks_ = nullptr;
     std::vector<std::unique_ptr<InputLink>> links_; // several for the virtual port; empty while it is gone
 };
 

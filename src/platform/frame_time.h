@@ -26,6 +26,13 @@ struct FrameTime {
         return base + seconds * kSecond + (rest * kSecond + rate / 2) / rate;
     }
 
+    // From this frame on the others pass at another rate; its own time stays.
+    void changeRate(std::int64_t frame, std::int64_t newRate) noexcept {
+        const std::int64_t ns = nsAt(frame);
+        rate = newRate;
+        base += ns - nsAt(frame);
+    }
+
     static constexpr std::int64_t kSecond = 1'000'000'000;
 };
 

@@ -1,11 +1,8 @@
 #include "platform/jack_client.h"
 
-#include <jack/midiport.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <thread>
 
 #include "platform/port_names.h"
@@ -14,13 +11,8 @@ namespace marlune {
 
 namespace {
 
-// A distance between the server's time and ours beyond which the two are joined anew, as after a machine's
-// sleep. In a shorter stall the clock stands until the server has caught up, so that no event leaves its
-// frame.
-constexpr std::int64_t kTearNs = 200'000'000;
-
-// How long after its start a cycle may reach us.
-constexpr std::int64_t kStrayNs = 2'000'000;
+// The server's time counts as the monotonic clock where the two are nearer than this.
+constexpr std::int64_t kSameClockNs = 200'000'000;
 
 // A new connection carries nothing for some cycles: this part of a second is allowed for it.
 constexpr std::int64_t kSettleParts = 10;
@@ -112,20 +104,28 @@ void JackClient::poll() {
 }
 
 bool JackClient::open() {
-    client_ = jack_client_open(kClientName, JackNoStartServer, nullptr);
+    const bool again = opening_.underWay(); // it was waited for before
+    if (!again)
+        opening_.start([] { return jack_client_open(kClientName, JackNoStartServer, nullptr); },
+                       closeBounded);
+    client_ = opening_.take(again ? std::chrono::milliseconds(0) : kPatience).value_or(nullptr);
     if (client_ == nullptr) return false;
     ++session_;
     left_ = entered_.load();
     first_ = true;
-    time_.rate = std::max<std::int64_t>(1, jack_get_sample_rate(client_));
+    rate_ = std::max<std::int64_t>(1, jack_get_sample_rate(client_));
+    time_.rate = rate_;
     period_ = jack_get_buffer_size(client_);
     const std::int64_t apart = monotonicNs() - static_cast<std::int64_t>(jack_get_time()) * 1000;
-    clockOffset_ = std::abs(apart) < kTearNs ? 0 : apart;
+    clockOffset_ = std::abs(apart) < kSameClockNs ? 0 : apart;
     outLanes_[0]->ring.clear();
     outLanes_[0]->port = registerPort(kVirtualOutName, JackPortIsOutput);
     inLanes_[0].port = registerPort(kVirtualInName, JackPortIsInput);
     jack_set_process_callback(client_, onProcess, this);
-    jack_on_info_shutdown(client_, onShutdown, this);
+    // Not every library calls both.
+    jack_on_shutdown(client_, onShutdown, this);
+    jack_on_info_shutdown(client_, onInfoShutdown, this);
+    jack_set_sample_rate_callback(client_, onSampleRate, this);
     online_ = true;
     if (jack_activate(client_) != 0) close();
     return client_ != nullptr;
@@ -133,13 +133,17 @@ bool JackClient::open() {
 
 void JackClient::close() {
     online_ = false;
-    if (client_ != nullptr) jack_client_close(client_);
-    client_ = nullptr;
+    closeBounded(client_);
+    client_ = nullptr; // not before: cycles may have gone on until then
     audio_ = nullptr;
     audioPorts_ = {};
     for (auto& lane : outLanes_)
         if (lane) lane->port = nullptr;
     for (InLane& lane : inLanes_) lane.port = nullptr;
+}
+
+void JackClient::closeBounded(jack_client_t* client) {
+    if (client != nullptr) runBounded([client] { jack_client_close(client); }, 4 * kPatience);
 }
 
 // Returns when no cycle is under way that began before the call.
@@ -158,11 +162,18 @@ void JackClient::drain(const OutLane& lane) {
 }
 
 int JackClient::sampleRate() const noexcept {
-    return online() ? static_cast<int>(time_.rate) : 0;
+    return online() ? static_cast<int>(rate_) : 0;
 }
 
 std::int64_t JackClient::latencyNs() const noexcept {
-    return period_.load() * FrameTime::kSecond / time_.rate + kLookAheadNs;
+    return period_ * FrameTime::kSecond / rate_ + kLookAheadNs;
+}
+
+bool JackClient::settled() const noexcept {
+    return !online() || std::none_of(outActive_.begin(), outActive_.end(), [](const auto& active) {
+        const OutLane* lane = active;
+        return lane != nullptr && lane->port != nullptr && lane->settling > 0;
+    });
 }
 
 std::vector<PortSystem::Port> JackClient::list(unsigned long flags) {
@@ -224,7 +235,7 @@ std::unique_ptr<OutputLink> JackClient::openOutput(const std::string& address) {
         return nullptr;
     }
     lane->ring.clear();
-    lane->settling = time_.rate / kSettleParts;
+    lane->settling = rate_ / kSettleParts;
     lane->taken = true;
     lane->port = port;
     return std::make_unique<Output>(*this, *lane, address, session_);
@@ -295,103 +306,6 @@ bool JackClient::setAudio(AudioSource* source) {
 
 OutputLink& JackClient::virtualOutput() {
     return *virtualOutput_;
-}
-
-// --- The server's thread ---
-
-int JackClient::onProcess(jack_nframes_t frames, void* self) {
-    static_cast<JackClient*>(self)->process(frames);
-    return 0;
-}
-
-void JackClient::onShutdown(jack_status_t /*code*/, const char* /*reason*/, void* self) {
-    static_cast<JackClient*>(self)->online_ = false;
-}
-
-void JackClient::process(jack_nframes_t frames) noexcept {
-    entered_.fetch_add(1);
-    const std::int64_t cycle = followServer(frames);
-    for (auto& active : outActive_)
-        if (OutLane* lane = active.load()) write(*lane, frames, cycle);
-    for (InLane& lane : inLanes_) read(lane, frames);
-    playAudio(frames);
-    left_.fetch_add(1);
-}
-
-// Counts the frames and hands the clock its new line; returns the frame at which the present cycle begins.
-std::int64_t JackClient::followServer(jack_nframes_t frames) noexcept {
-    jack_nframes_t serverFrame = 0;
-    jack_time_t begin = 0, end = 0;
-    float period = 0;
-    if (jack_get_cycle_times(client_, &serverFrame, &begin, &end, &period) != 0) {
-        serverFrame = jack_last_frame_time(client_);
-        begin = jack_get_time();
-    }
-    if (first_) serverFrame_ = serverFrame, frame_ = 0;
-    frame_ += static_cast<std::int32_t>(serverFrame - serverFrame_);
-    serverFrame_ = serverFrame;
-
-    // The server's smoothed time of the cycle's start is the better one, but strays far off when cycles fail.
-    const std::int64_t now = monotonicNs();
-    const std::int64_t monotonic =
-        std::clamp(static_cast<std::int64_t>(begin) * 1000 + clockOffset_, now - kStrayNs, now);
-    const std::int64_t apart = clock_.at(monotonic) - time_.nsAt(frame_);
-    if (first_ || std::abs(apart) > kTearNs) time_.base += apart;
-    first_ = false;
-    const double nominal = 1e6 * static_cast<double>(frames) / static_cast<double>(time_.rate);
-    const double rate = period > 0 ? nominal / static_cast<double>(period) : 1.0;
-    clock_.follow(monotonic, time_.nsAt(frame_), std::clamp(rate, 0.9, 1.1));
-    period_.store(frames, std::memory_order_relaxed);
-    return frame_;
-}
-
-void JackClient::write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept {
-    jack_port_t* port = lane.port.load();
-    if (port == nullptr) return;
-    void* buffer = jack_port_get_buffer(port, frames);
-    if (buffer == nullptr) return;
-    jack_midi_clear_buffer(buffer);
-    if (lane.settling > 0) {
-        lane.settling -= frames; // what waits meanwhile goes out late, but whole
-        return;
-    }
-    const std::int64_t latency = frames + kLookAheadNs * time_.rate / FrameTime::kSecond;
-    jack_nframes_t last = 0;
-    while (const StampedMessage* next = lane.ring.front()) {
-        std::int64_t offset = time_.frameAt(next->due) + latency - cycle;
-        if (offset > time_.rate) offset = 0; // nobody plans a second ahead: a stray stamp
-        if (offset >= frames) break;
-        if (offset < 0) late_.fetch_add(1, std::memory_order_relaxed);
-        last = std::max(last, static_cast<jack_nframes_t>(std::max<std::int64_t>(0, offset)));
-        // A full buffer leaves the rest to the next cycle.
-        if (jack_midi_event_write(buffer, last, next->message.bytes, next->message.size) != 0) break;
-        lane.ring.pop();
-    }
-}
-
-void JackClient::playAudio(jack_nframes_t frames) noexcept {
-    AudioSource* source = audio_.load();
-    if (source == nullptr) return;
-    auto* left = static_cast<float*>(jack_port_get_buffer(audioPorts_[0], frames));
-    auto* right = static_cast<float*>(jack_port_get_buffer(audioPorts_[1], frames));
-    if (left != nullptr && right != nullptr) source->fill(static_cast<int>(frames), left, right);
-}
-
-void JackClient::read(InLane& lane, jack_nframes_t frames) noexcept {
-    jack_port_t* port = lane.port.load();
-    InputSink* sink = lane.sink.load();
-    if (port == nullptr || sink == nullptr) return;
-    void* buffer = jack_port_get_buffer(port, frames);
-    const jack_nframes_t count = buffer == nullptr ? 0 : jack_midi_get_event_count(buffer);
-    for (jack_nframes_t i = 0; i < count; ++i) {
-        jack_midi_event_t event;
-        if (jack_midi_event_get(&event, buffer, i) != 0 || event.size == 0 || event.size > 3) continue;
-        if (midiMessageLength(event.buffer[0]) != static_cast<int>(event.size)) continue;
-        MidiMessage message;
-        message.size = static_cast<std::uint8_t>(event.size);
-        std::memcpy(message.bytes, event.buffer, event.size);
-        sink->received(message);
-    }
 }
 
 } // namespace marlune

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/audio_source.h"
+#include "platform/awaited.h"
 #include "platform/frame_time.h"
 #include "platform/message_ring.h"
 #include "platform/play_clock.h"
@@ -50,7 +51,10 @@ class JackClient : public PortSystem {
 
     bool online() const noexcept { return online_.load(); }
 
-    // Frames a second; 0 while no server is there.
+    // Whether every connection carries what it is given; a new one takes a tenth of a second.
+    bool settled() const noexcept;
+
+    // Frames a second; 0 while no server is there. A server may change it at any time.
     int sampleRate() const noexcept;
     std::int64_t latencyNs() const noexcept;
 
@@ -65,7 +69,7 @@ class JackClient : public PortSystem {
     struct OutLane {
         std::atomic<jack_port_t*> port{nullptr};
         MessageRing ring;
-        std::int64_t settling = 0; // frames until a new connection is known to carry
+        std::atomic<std::int64_t> settling{0}; // frames until a new connection is known to carry
         bool taken = false;
     };
     struct InLane {
@@ -76,6 +80,7 @@ class JackClient : public PortSystem {
 
     bool open();
     void close();
+    static void closeBounded(jack_client_t* client);
     void quiesce() noexcept;
     void drain(const OutLane& lane);
     std::vector<Port> list(unsigned long flags);
@@ -85,9 +90,11 @@ class JackClient : public PortSystem {
     void releaseInput(InLane& lane, std::uint32_t session, bool keepPort);
     bool connected(jack_port_t* port, const std::string& address, std::uint32_t session);
 
-    // The server's thread.
+    // The server's thread: jack_cycle.cpp.
     static int onProcess(jack_nframes_t frames, void* self);
-    static void onShutdown(jack_status_t code, const char* reason, void* self);
+    static void onShutdown(void* self);
+    static void onInfoShutdown(jack_status_t code, const char* reason, void* self);
+    static int onSampleRate(jack_nframes_t rate, void* self);
     void process(jack_nframes_t frames) noexcept;
     std::int64_t followServer(jack_nframes_t frames) noexcept;
     void write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept;
@@ -101,11 +108,13 @@ class JackClient : public PortSystem {
     static constexpr int kLazyPolls = 5;   // otherwise one in so many looks
     int eagerPolls_ = 0;
     int lazyPolls_ = 0;
+    Awaited<jack_client_t*> opening_; // a server that stands still holds its callers up for ever
     jack_client_t* client_ = nullptr;
     std::uint32_t session_ = 0; // counts the servers seen; a link of an earlier one is dead
     std::atomic<bool> online_{false};
     std::atomic<std::uint32_t> entered_{0}, left_{0}, late_{0};
-    std::atomic<std::int64_t> period_{0}; // frames
+    std::atomic<std::int64_t> period_{0};   // frames
+    std::atomic<std::int64_t> rate_{48000}; // frames a second, as the server says
     std::array<std::unique_ptr<OutLane>, kLanes> outLanes_;
     std::array<std::atomic<OutLane*>, kLanes> outActive_{};
     std::array<InLane, 2> inLanes_;

@@ -71,6 +71,9 @@ OutputDevices& Platform::outputs() {
 InputDevices& Platform::inputs() {
     return parts_->inputs;
 }
+bool Platform::settled() const {
+    return (!parts_->jack || parts_->jack->settled()) && !parts_->synth.opening();
+}
 std::string Platform::soundDriver() const {
     return parts_->synth.driverName();
 }

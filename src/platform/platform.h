@@ -33,6 +33,9 @@ class Platform {
     // mostly none.
     std::vector<std::string> poll();
 
+    // Whether what is sent now goes out at its time on every open connection: a new one needs a moment.
+    bool settled() const;
+
     // The audio driver of the built-in synthesizer, "" while it has none.
     std::string soundDriver() const;
 

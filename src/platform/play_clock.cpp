@@ -21,10 +21,10 @@ std::int64_t SystemPlayClock::at(std::int64_t monotonic) const noexcept {
     for (;;) {
         const std::uint32_t number = current_.load(std::memory_order_acquire);
         const Line& line = lines_[number % lines_.size()];
-        const std::int64_t from = line.monotonic.load(std::memory_order_relaxed);
-        const std::int64_t play = line.play.load(std::memory_order_relaxed);
-        const double rate = line.rate.load(std::memory_order_relaxed);
-        std::atomic_thread_fence(std::memory_order_acquire);
+        // A value of a later turn brings with it the number that was current when it was written.
+        const std::int64_t from = line.monotonic.load(std::memory_order_acquire);
+        const std::int64_t play = line.play.load(std::memory_order_acquire);
+        const double rate = line.rate.load(std::memory_order_acquire);
         if (current_.load(std::memory_order_relaxed) - number >= lines_.size() - 1) continue;
         // Only the deviation goes through floating point, so that a rate of 1 is exact for ever.
         const std::int64_t passed = monotonic - from;
@@ -42,10 +42,9 @@ std::int64_t SystemPlayClock::nowNs() noexcept {
 void SystemPlayClock::follow(std::int64_t monotonic, std::int64_t play, double rate) noexcept {
     const std::uint32_t next = current_.load(std::memory_order_relaxed) + 1;
     Line& line = lines_[next % lines_.size()];
-    std::atomic_thread_fence(std::memory_order_release);
-    line.monotonic.store(monotonic, std::memory_order_relaxed);
-    line.play.store(play, std::memory_order_relaxed);
-    line.rate.store(rate, std::memory_order_relaxed);
+    line.monotonic.store(monotonic, std::memory_order_release);
+    line.play.store(play, std::memory_order_release);
+    line.rate.store(rate, std::memory_order_release);
     current_.store(next, std::memory_order_release);
 }
 

@@ -1,38 +1,11 @@
 #include "platform/synth.h"
 
-#include <dirent.h>
-#include <dlfcn.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
-#include <string>
 
 namespace marlune {
 
 namespace {
-
-// Whether a sound server may be there: trying its driver costs a synthesizer, looking for its socket nothing.
-bool hasSocket(const char* variable, const char* name) {
-    if (std::getenv(variable) != nullptr) return true;
-    const char* folder = std::getenv("XDG_RUNTIME_DIR");
-    const std::string runtime = folder != nullptr ? folder : "/run/user/" + std::to_string(getuid());
-    return access((runtime + name).c_str(), F_OK) == 0;
-}
-
-struct SoundServer {
-    const char* driver;
-    bool (*mayRun)();
-};
-constexpr SoundServer kServers[] = {
-    {"pipewire", [] { return hasSocket("PIPEWIRE_REMOTE", "/pipewire-0"); }},
-    {"pulseaudio", [] { return hasSocket("PULSE_SERVER", "/pulse/native"); }},
-};
-
-constexpr int kUsualRate = 48000;
-constexpr int kPeriod = 256;
-constexpr int kPeriods = 4;
 
 // How late the engine thread may be without moving an event.
 constexpr std::int64_t kLookAheadNs = 5'000'000;
@@ -46,33 +19,10 @@ constexpr std::int64_t kSlowness = 2000;
 constexpr int kIdlePolls = 5;
 constexpr int kStalledPolls = 4;
 
-void ignoreAlsa(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
-                const char* /*format*/, ...) {}
-
-// The sound library writes to stderr by itself; it is here only if FluidSynth brought it along.
-void silenceAlsa() {
-    using Handler = void (*)(const char*, int, const char*, int, const char*, ...);
-    if (void* found = dlsym(RTLD_DEFAULT, "snd_lib_error_set_handler"))
-        reinterpret_cast<int (*)(Handler)>(found)(ignoreAlsa);
-}
-
-bool hasSoundCard() {
-    DIR* folder = opendir("/dev/snd");
-    if (folder == nullptr) return false;
-    bool found = false;
-    while (const dirent* entry = readdir(folder)) { // pcmC0D0p: playback
-        const std::size_t length = std::strlen(entry->d_name);
-        found = found || (std::strncmp(entry->d_name, "pcm", 3) == 0 && entry->d_name[length - 1] == 'p');
-    }
-    closedir(folder);
-    return found;
-}
-
 } // namespace
 
 Synth::Synth(PlayClock& clock, JackClient* jack, bool sound) : clock_(clock), jack_(jack), sound_(sound) {
     silenceFluidSynth();
-    silenceAlsa();
 }
 
 Synth::~Synth() {
@@ -82,15 +32,15 @@ Synth::~Synth() {
 void Synth::addUser() {
     ++users_;
     idlePolls_ = 0;
-    if (!running_) start();
+    if (!running_ && !driver_.opening()) start(); // a port is often closed to be opened again at once
 }
 
 void Synth::removeUser() {
     users_ = std::max(0, users_ - 1);
 }
 
-bool Synth::onJack() const {
-    return running_ && !driver_;
+const char* Synth::driverName() {
+    return onJack_ ? "jack" : driver_.name();
 }
 
 void Synth::poll() {
@@ -102,8 +52,9 @@ void Synth::poll() {
     stalledPolls_ = running_ && callbacks != seenCallbacks_ ? 0 : stalledPolls_ + 1;
     seenCallbacks_ = callbacks;
     const bool online = jack_ != nullptr && jack_->online();
-    const bool serverLeft = onJack() && !online;
+    const bool serverLeft = onJack_ && (!online || jack_->sampleRate() != time_.rate);
     const bool serverCame = !running_ && online;
+    if (driver_.opening()) stalledPolls_ = 0;
     if (!serverLeft && !serverCame && stalledPolls_ < kStalledPolls) return;
     stop();
     start();
@@ -112,16 +63,16 @@ void Synth::poll() {
 void Synth::start() {
     stalledPolls_ = 0;
     if (!sound_ || startJack()) return;
-    for (const SoundServer& server : kServers)
-        if (server.mayRun() && startDriver(server.driver)) return;
-    if (hasSoundCard()) startDriver("alsa");
+    prepare(SoundDriver::kRate);
+    running_ = false; // until the driver asks for its first frames
+    if (core_->ready()) driver_.open(*this);
 }
 
 void Synth::stop() {
-    if (onJack() && jack_ != nullptr) jack_->setAudio(nullptr);
+    if (onJack_) jack_->setAudio(nullptr);
+    onJack_ = false;
+    driver_.close();
     running_ = false;
-    driver_ = nullptr;
-    driverName_ = "";
     ring_.clear();
 }
 
@@ -138,27 +89,9 @@ void Synth::prepare(int sampleRate) {
 bool Synth::startJack() {
     if (jack_ == nullptr || !jack_->online()) return false;
     prepare(jack_->sampleRate());
-    if (core_->ready() && jack_->setAudio(this))
-        driverName_ = "jack";
-    else
-        stop();
-    return running_;
-}
-
-bool Synth::startDriver(const char* name) {
-    settings_.reset(new_fluid_settings());
-    if (fluid_settings_setstr(settings_.get(), "audio.driver", name) != FLUID_OK) return false;
-    fluid_settings_setnum(settings_.get(), "synth.sample-rate", kUsualRate);
-    fluid_settings_setint(settings_.get(), "audio.period-size", kPeriod);
-    fluid_settings_setint(settings_.get(), "audio.periods", kPeriods);
-    fluid_settings_setstr(settings_.get(), "audio.sample-format", "float");
-    prepare(kUsualRate);
-    if (core_->ready()) driver_.reset(new_fluid_audio_driver2(settings_.get(), onAudio, this));
-    if (driver_)
-        driverName_ = name;
-    else
-        stop();
-    return driver_ != nullptr;
+    onJack_ = core_->ready() && jack_->setAudio(this);
+    if (!onJack_) stop();
+    return onJack_;
 }
 
 void Synth::send(const MidiMessage& message, std::int64_t due) noexcept {
@@ -167,14 +100,10 @@ void Synth::send(const MidiMessage& message, std::int64_t due) noexcept {
 
 // --- Audio thread ---
 
-int Synth::onAudio(void* self, int frames, int /*effects*/, float** /*effect*/, int outputs, float** output) {
-    if (outputs >= 2) static_cast<Synth*>(self)->fill(frames, output[0], output[1]);
-    return FLUID_OK;
-}
-
 void Synth::fill(int frames, float* left, float* right) noexcept {
     callbacks_.fetch_add(1, std::memory_order_relaxed);
     if (!core_) return;
+    running_.store(true, std::memory_order_relaxed);
     // Devices ask in bursts, and their clocks drift: the frames' time follows ours slowly, so that the
     // distances between events stay even.
     const std::int64_t now = clock_.nowNs();

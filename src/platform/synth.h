@@ -1,8 +1,6 @@
 // The built-in synthesizer as a port that sounds on this machine's audio device.
 #pragma once
 
-#include <fluidsynth.h>
-
 #include <array>
 #include <atomic>
 #include <cstdint>
@@ -13,6 +11,7 @@
 #include "platform/jack_client.h"
 #include "platform/message_ring.h"
 #include "platform/port_system.h"
+#include "platform/sound_driver.h"
 #include "platform/synth_core.h"
 
 namespace marlune {
@@ -39,7 +38,10 @@ class Synth : public OutputLink, private AudioSource {
     bool alive() noexcept override { return true; }
 
     // The name of the audio driver in use, "" where there is none.
-    const char* driverName() const { return driverName_; }
+    const char* driverName();
+
+    // Whether a device is being opened, for at most some seconds: what is sent meanwhile is swallowed.
+    bool opening() { return driver_.opening(); }
 
     // Audio thread, for the driver; public for tests. Writes the next frames.
     void fill(int frames, float* left, float* right) noexcept override;
@@ -50,18 +52,8 @@ class Synth : public OutputLink, private AudioSource {
   private:
     void start();
     void stop();
-    bool onJack() const;
     bool startJack();
-    bool startDriver(const char* name);
     void nextBlock() noexcept;
-    static int onAudio(void* self, int frames, int effects, float** effect, int outputs, float** output);
-
-    struct DeleteDriver {
-        void operator()(fluid_audio_driver_t* driver) const noexcept { delete_fluid_audio_driver(driver); }
-    };
-    struct DeleteSettings {
-        void operator()(fluid_settings_t* settings) const noexcept { delete_fluid_settings(settings); }
-    };
 
     PlayClock& clock_;
     JackClient* jack_;
@@ -70,7 +62,7 @@ class Synth : public OutputLink, private AudioSource {
     int idlePolls_ = 0;
     int stalledPolls_ = 0;
     std::uint32_t seenCallbacks_ = 0;
-    const char* driverName_ = "";
+    bool onJack_ = false;
     std::atomic<bool> running_{false};
     std::atomic<std::uint32_t> callbacks_{0};
     MessageRing ring_;
@@ -83,8 +75,7 @@ class Synth : public OutputLink, private AudioSource {
     int taken_ = SynthCore::kBlock; // of the present block
     std::array<float, SynthCore::kBlock> left_{}, right_{};
 
-    std::unique_ptr<fluid_settings_t, DeleteSettings> settings_;
-    std::unique_ptr<fluid_audio_driver_t, DeleteDriver> driver_; // last: its thread ends before the rest
+    SoundDriver driver_; // last: its thread ends before the rest
 };
 
 } // namespace marlune

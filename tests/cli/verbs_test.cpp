@@ -5,7 +5,9 @@
 #include <cmath>
 #include <filesystem>
 
+#include "boundary/midi_bytes.h"
 #include "cli/arguments.h"
+#include "cli/wire_file.h"
 #include "support/test_program.h"
 
 namespace marlune {
@@ -45,6 +47,22 @@ TEST(Verbs, FastPlayingLogsItFromTheBarTheSameEveryTime) {
     EXPECT_EQ(bytes, readBytes(folder.file("b")));
     const std::string text(bytes.begin(), bytes.end());
     EXPECT_NE(text.find("0 sync f2 30 02\n0 seq f2 30 02\n0 sync fb\n"), std::string::npos); // tick 304
+}
+
+TEST(WireLog, KeepsOnlyWhatIsWantedInTheOrderOfTime) {
+    WireFile log;
+    const auto send = [&](int ms, int value) {
+        log.sent(ms * std::int64_t{1'000'000}, Role::seq, midiBytes(kControlChange, 7, value));
+    };
+    send(-25, 0);
+    log.collect();
+    EXPECT_EQ(log.text(), "");
+    log.begin();
+    for (const auto& [ms, value] : {std::pair(-25, 1), {-85, 2}, {-60, 3}, {-25, 4}, {0, 5}}) send(ms, value);
+    log.collect();
+    EXPECT_EQ(log.text(),
+              "-85000 seq b0 07 01\n-85000 seq b0 07 02\n-60000 seq b0 07 03\n-25000 seq b0 07 04\n0 seq b0 "
+              "07 05\n");
 }
 
 TEST(Verbs, ResaveGivesTheSameBytesAndExportAFile) {

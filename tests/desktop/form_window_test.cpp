@@ -86,7 +86,8 @@ TEST_F(FormWindows, ContentsGoIntoTheFormAndComeBackAfterEveryEvent) {
         const QList<QLineEdit*> lines = window.findChildren<QLineEdit*>();
         QTest::keyClicks(lines[1], "7x8");
         lines[0]->setText("new");
-        QTest::qWait(150); // what is half entered stays while the window follows the form
+        const int ticks = form.timer; // what is half entered stays while the window follows the form
+        EXPECT_TRUE(QTest::qWaitFor([&] { return form.timer > ticks + 1; }));
         window.findChild<QComboBox*>()->setCurrentIndex(2);
         window.findChildren<QPushButton*>()[0]->click();
         EXPECT_EQ(lines[1]->text(), "12780");
@@ -118,17 +119,16 @@ TEST_F(FormWindows, TheFocusSelectsAllAndAModelessFormIsFollowed) {
     ASSERT_NE(window, nullptr);
     auto* line = window->findChild<QLineEdit*>();
     EXPECT_EQ(form.log.find("focus"), std::string::npos); // by itself the dialog chooses nothing
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     QTest::mouseClick(line, Qt::LeftButton);
-    QTest::qWait(5);
-    EXPECT_EQ(line->selectedText(), "abc");
+    EXPECT_TRUE(QTest::qWaitFor([line] { return line->selectedText() == "abc"; }));
     EXPECT_NE(form.log.find("focus:abc"), std::string::npos);
     form.note.text = "second";
     shell.formChanged(form);
     EXPECT_EQ(window->findChild<QLabel*>()->text(), "second");
     EXPECT_TRUE(QTest::qWaitFor([this] { return form.timer > 0; }));
     form.hide();
-    QTest::qWait(250);
-    EXPECT_EQ(shell.window().findChild<FormWindow*>(), nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shell.window().findChild<FormWindow*>() == nullptr; }));
 }
 
 } // namespace

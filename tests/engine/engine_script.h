@@ -136,6 +136,21 @@ struct Dice {
     std::mt19937 random{7};
 };
 
+// "t5:1,2,3" a tick, "p0=1.2" a pattern reached, "c0=1.2" a cue.
+inline std::string messages(PlaybackEngine& engine) {
+    std::ostringstream out;
+    for (EngineMessage m; engine.takeMessage(m);) {
+        if (out.tellp() > 0) out << ' ';
+        const int steps = m.lParam;
+        if (m.message == kTickMessage) {
+            out << 't' << m.wParam << ':' << steps % 16 << ',' << steps / 16 % 16 << ',' << steps / 256;
+            continue;
+        }
+        out << (m.message >= kCueMessage ? 'c' : 'p') << m.message % 10 << '=' << m.wParam << '.' << m.lParam;
+    }
+    return out.str();
+}
+
 // An engine in virtual time behind the entry points.
 struct Player {
     explicit Player(OutputDevices* devices = nullptr) : engine(devices, &wire) {
@@ -163,21 +178,7 @@ struct Player {
         started = false;
         return wire.take(Role::seq, false);
     }
-    // "t5:1,2,3" a tick, "p0=1.2" a pattern reached, "c0=1.2" a cue.
-    std::string messages() {
-        std::ostringstream out;
-        for (EngineMessage m; engine.takeMessage(m);) {
-            if (out.tellp() > 0) out << ' ';
-            const int steps = m.lParam;
-            if (m.message == kTickMessage) {
-                out << 't' << m.wParam << ':' << steps % 16 << ',' << steps / 16 % 16 << ',' << steps / 256;
-                continue;
-            }
-            out << (m.message >= kCueMessage ? 'c' : 'p') << m.message % 10 << '=' << m.wParam << '.'
-                << m.lParam;
-        }
-        return out.str();
-    }
+    std::string messages() { return test::messages(engine); }
     Recorder wire;
     VirtualEngine engine;
     bool started = false;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -160,23 +161,86 @@ TEST(LiveEngine, ClosingAndLeavingReleaseEveryNoteAsInVirtualTime) {
     }
 }
 
-TEST(LiveEngine, ALateWakeUpIsCaughtUpAtTheIdealTimesAndAStallIsNot) {
+TEST(LiveEngine, ALateWakeUpIsCaughtUpAStallIsSkippedInPhaseAndASleepGoesOnWhereItWas) {
     LivePlayer live;
     live.clock.hand = 0;
-    OpenSyncPort32(0);
-    SetMarluneTempo32(250); // periods of 10 ms
+    setPanel();
+    setBass(0, 0, "C D E F G A B");
+    DefineController32(0, 12);
+    SetMarluneTempo32(250); // periods of 10 ms, the first after 25
     StartMarluneTimer32(1, 0);
-    const auto& log = live.devices.ports[0].log;
-    const auto atTime = [&](std::int64_t now) {
-        live.clock.hand = now;
-        live.engine.equalsRecord({}); // what is due is played before it returns
+    const auto until = [&](int ms) {
+        live.clock.hand = (25 + ms) * std::int64_t{1'000'000};
+        live.engine.settle(); // what is due is played before it returns
+        std::string line;
+        for (const Sent& s : std::exchange(live.wire.log, {}))
+            if (s.role == Role::seq) line += text(s.message) + '@' + std::to_string(s.ns / 1'000'000) + ' ';
+        live.wire.log.reserve(1000);
+        return line + messages(live.engine);
     };
-    atTime(25'000'000 + 99'000'000);
-    ASSERT_EQ(log.size(), 1U + 10U);
-    for (int n = 0; n < 10; ++n) EXPECT_EQ(log[n + 1].ns, 25'000'000 + n * 10'000'000);
-    atTime(60'000'000'000);
-    ASSERT_EQ(log.size(), 1U + 11U);
-    EXPECT_EQ(log.back().ns, 60'000'000'000);
+    EXPECT_EQ(until(49), "FA@0 F8@0 on36@0 F8@10 F8@20 F8@30 F8@40 t0:0,0,0");
+    PrepareController32(0, 55);
+    live.engine.settle(); // the call is carried out before time goes on
+    EXPECT_EQ(until(335), "off36@335 FC@335 cc12=55@335 t1:1,1,1 t2:2,2,2 t3:3,3,3 t4:4,4,4 t5:5,5,5");
+    EXPECT_EQ(until(371), "spp6@360 FB@360 F8@360 off45@360 on47@360 F8@370 t6:6,6,6");
+    EXPECT_EQ(until(60'000), "off47@380 F8@380 "); // the log's time has stood still
+    EXPECT_EQ(until(60'049), "F8@390 F8@400 F8@410 F8@420 off47@420 on36@420 t7:0,7,7");
+}
+
+TEST(LiveEngine, ALateStartLosesNothing) {
+    LivePlayer live;
+    live.clock.hand = 0;
+    setPanel();
+    setBass(0, 0, "C D");
+    StartMarluneTimer32(10, 0);
+    live.clock.hand = 300'000'000;
+    live.engine.settle();
+    EXPECT_EQ(live.wire.take(Role::seq, true), "FA F8 on36");
+    EXPECT_EQ(messages(live.engine), "t0:0,0,0");
+}
+
+// The policy and priority that the engine's thread has while it sends.
+struct PriorityPort final : OutputPort {
+    void send(const MidiMessage& /*message*/, std::int64_t /*due*/) noexcept override {
+        sched_param parameters{};
+        int policy = 0;
+        pthread_getschedparam(pthread_self(), &policy, &parameters);
+        last = policy == SCHED_FIFO ? parameters.sched_priority : 0;
+    }
+    std::atomic<int> last{-1};
+};
+struct PriorityDevices final : OutputDevices {
+    int count() override { return 1; }
+    std::string name(int /*index*/) override { return ""; }
+    OutputPort* open(int /*index*/) override { return &port; }
+    void close(OutputPort* /*port*/) override {}
+    PriorityPort port;
+};
+
+TEST(LiveEngine, HasALowRealTimePriorityWhileItPlaysAndNoneForALoad) {
+    TestClock clock;
+    clock.hand = 0;
+    PriorityDevices devices;
+    Engine engine(clock, devices);
+    setEngineComponent(&engine);
+    OpenMidiPort32(0);
+    const auto afterCalls = [&](int count) {
+        for (int n = 0; n < count; ++n) SendShortMessage32(kControlChange, 1, 1);
+        engine.settle();
+        return devices.port.last.load();
+    };
+    EXPECT_EQ(afterCalls(1), 0);
+    StartMarluneTimer32(10, 0);
+    const int playing = afterCalls(1);
+    EXPECT_EQ(playing > 0, engine.hasRealTimePriority());
+    EXPECT_LT(playing, 5); // what clients of a JACK server have where nobody asks for more
+    EXPECT_EQ(afterCalls(5000), 0);
+    clock.hand = 20'000'000; // the load is over
+    EXPECT_EQ(afterCalls(1), playing);
+    StopMarluneTimer32();
+    EXPECT_EQ(afterCalls(1), 0);
+    setEngineComponent(nullptr);
+    if (playing == 0) GTEST_SKIP() << "no real-time priority is granted here";
 }
 
 } // namespace

@@ -1,3 +1,7 @@
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "boundary/midi_bytes.h"
 #include "support/program_test.h"
 
 namespace marlune {
@@ -97,30 +101,72 @@ TEST_F(InputQueue, IsThrownAwayWhenTheReaderChanges) {
     EXPECT_EQ(project.knobValue[0], 9);
 }
 
-TEST_F(InputQueue, FloodedFromAnotherThreadLosesNoNote) {
+TEST_F(InputQueue, FloodedOverTwoLinksAtOnceLosesNoNoteAndKeepsTheLatest) {
     MIDIIn1.setMessageEvents(false);
-    constexpr int kNotes = 200;
-    std::thread flood([&] {
-        for (int i = 0; i < 60000; ++i) {
-            program.devices.input->received({3, {0xB0, 12, static_cast<std::uint8_t>(i % 128)}});
-            if (i % 300 == 0)
-                program.devices.input->received({3, {0x91, static_cast<std::uint8_t>(i / 300 % 128), 1}});
+    MIDIIn1.BlockStatus(kControlChange + 1, false);
+    constexpr int kNotes = 200; // of each link
+    std::vector<std::thread> floods;
+    for (int link = 0; link < kInputLinks; ++link)
+        floods.emplace_back([sink = program.devices.inputs[link], link] {
+            for (int i = 0; i < 60000; ++i) {
+                sink->received(midiBytes(kControlChange + link, i / 4 >> 7, i / 4 & 127));
+                if (i % 300 == 0) sink->received(noteOn(link, i / 300 % 128, 1));
+            }
+        });
+    int notes[kInputLinks] = {};
+    int controller[kInputLinks] = {-1, -1};
+    int controllers = 0;
+    const auto read = [&] {
+        while (MIDIIn1.MessageCount() > 0) {
+            const MidiMessage message = MIDIIn1.oldest();
+            MIDIIn1.removeOldest();
+            const int link = channelOfStatus(message.bytes[0]);
+            if (statusKind(message.bytes[0]) == kNoteOn) {
+                ASSERT_EQ(message.bytes[1], notes[link]++ % 128); // in order
+                continue;
+            }
+            const int value = message.bytes[1] << 7 | message.bytes[2];
+            ASSERT_GE(value, controller[link]);
+            controller[link] = value;
+            ++controllers;
         }
-    });
-    flood.join();
-    int notes = 0;
-    int last = -1;
-    EXPECT_EQ(MIDIIn1.MessageCount(), static_cast<int>(MidiInput::kQueueSize));
-    while (MIDIIn1.MessageCount() > 0) {
-        const MidiMessage message = MIDIIn1.oldest();
-        MIDIIn1.removeOldest();
-        if ((message.bytes[0] & 0xF0) != 0x90) continue;
-        EXPECT_EQ(message.bytes[1], (last + 1) % 128); // in order
-        last = message.bytes[1];
-        ++notes;
+    };
+    for (int turn = 0; turn < 50; ++turn) read();
+    for (std::thread& flood : floods) flood.join();
+    EXPECT_LE(MIDIIn1.MessageCount(), static_cast<int>(MidiInput::kQueueSize));
+    read();
+    EXPECT_EQ(notes[0] + notes[1], kInputLinks * kNotes);
+    EXPECT_EQ(std::max(controller[0], controller[1]), 59999 / 4); // the last one counts
+    EXPECT_EQ(MIDIIn1.takeDropped(), kInputLinks * 60000 - controllers);
+}
+
+TEST_F(InputQueue, WakesOnceForAllThatCameBeforeItIsRead) {
+    const int wake = eventfd(0, EFD_CLOEXEC); // a read waits for the wake-up
+    MIDIIn1.attach(&program.devices, wake);
+    MIDIIn1.DeviceID = 0;
+    MIDIIn1.open();
+    const auto arrive = [&](int count) {
+        for (int i = 0; i < count; ++i) program.devices.input->received(noteOn(0, i, 1));
+    };
+    const auto woken = [&] {
+        std::uint64_t times = 0;
+        return read(wake, &times, sizeof times) == sizeof times ? static_cast<int>(times) : -1;
+    };
+    for (const int count : {100, 1, 5}) {
+        arrive(count);
+        EXPECT_EQ(woken(), 1);
+        EXPECT_EQ(MIDIIn1.MessageCount(), count);
+        while (MIDIIn1.MessageCount() > 0) MIDIIn1.removeOldest();
     }
-    EXPECT_EQ(notes, kNotes);
-    EXPECT_EQ(MIDIIn1.takeDropped(), 60000 + kNotes - static_cast<int>(MidiInput::kQueueSize));
+    arrive(1); // heard by nobody in polled mode, and no reason to be deaf afterwards
+    EXPECT_EQ(woken(), 1);
+    MIDIIn1.setMessageEvents(false);
+    arrive(1);
+    MIDIIn1.setMessageEvents(true);
+    arrive(1);
+    EXPECT_EQ(woken(), 1);
+    MIDIIn1.attach(nullptr, -1);
+    close(wake);
 }
 
 TEST_F(InputQueue, MalformedMessagesNeverEnter) {

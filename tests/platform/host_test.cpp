@@ -57,6 +57,16 @@ TEST(FrameTime, IsExactForYears) {
         EXPECT_EQ(time.frameAt(time.nsAt(frame)), frame);
 }
 
+TEST(FrameTime, GoesOnWithoutALeapWhereTheRateChanges) {
+    FrameTime time{1'000'000'000, 48000};
+    const std::int64_t frame = std::int64_t{48000} * 3600 + 7;
+    const std::int64_t then = time.nsAt(frame);
+    time.changeRate(frame, 44100);
+    EXPECT_EQ(time.nsAt(frame), then);
+    EXPECT_EQ(time.nsAt(frame + 44100), then + FrameTime::kSecond);
+    EXPECT_EQ(time.frameAt(then + FrameTime::kSecond / 2), frame + 22050);
+}
+
 TEST(InstanceLock, RefusesASecondInstanceUntilTheFirstEnds) {
     const test::TemporaryFolder folder;
     test::writeBytes(folder.file("lock"), {}); // left behind by one that was killed

@@ -29,17 +29,32 @@ inline constexpr int kRate = 48000;
 inline constexpr int kPeriod = 64;
 inline constexpr std::int64_t kMs = 1'000'000;
 
-// One name for all: the machine has room for few names of servers, and one that was killed keeps its own.
-inline constexpr char kServerName[] = "marlune-test";
+// A name of its own for each process that tests, out of a few: the machine has room for few names of servers,
+// and one that was killed keeps its own.
+inline const std::string& serverName() {
+    static const std::string name = [] {
+        constexpr int kNames = 4;
+        for (int number = 0;; number = (number + 1) % kNames, usleep(1000)) {
+            const std::string mine = "marlune-test-" + std::to_string(number);
+            const int lock =
+                open((testing::TempDir() + mine + ".lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
+            if (flock(lock, LOCK_EX | LOCK_NB) == 0) return mine; // kept for the life of the process
+            close(lock);
+        }
+    }();
+    return name;
+}
 
 inline void sleepMs(int ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
 
-inline bool waitFor(int ms, const std::function<bool()>& done) {
-    for (int i = 0; i < ms; ++i, sleepMs(1))
+// Long enough for any machine; what never comes fails.
+inline bool waitFor(const std::function<bool()>& done) {
+    for (const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+         std::chrono::steady_clock::now() < end; sleepMs(1))
         if (done()) return true;
-    return false;
+    return done();
 }
 
 // In synchronous mode: a client that a busy machine keeps from running is waited for, no cycle is lost.
@@ -50,7 +65,7 @@ class Server {
         child_ = fork();
         if (child_ != 0) {
             // A client that came while the server was starting could block its name for the next one.
-            waitFor(5000, [] {
+            waitFor([] {
                 jack_client_t* const probe = jack_client_open("probe", JackNoStartServer, nullptr);
                 return probe != nullptr && jack_client_close(probe) == 0;
             });
@@ -60,15 +75,16 @@ class Server {
         close_range(3, ~0U, 0);
         if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr)
             _exit(1);
-        execlp("jackd", "jackd", "-n", kServerName, "-S", "-r", "-d", "dummy", "-r",
+        execlp("jackd", "jackd", "-n", serverName().c_str(), "-S", "-r", "-d", "dummy", "-r",
                std::to_string(kRate).c_str(), "-p", std::to_string(kPeriod).c_str(), nullptr);
         _exit(1);
     }
     ~Server() {
         if (child_ <= 0) return;
         ::kill(child_, SIGTERM); // it takes its shared memory with it
-        if (!waitFor(2000, [&] { return waitpid(child_, nullptr, WNOHANG) == child_; })) kill();
+        if (!waitFor([&] { return waitpid(child_, nullptr, WNOHANG) == child_; })) kill();
     }
+    void signal(int number) const { ::kill(child_, number); }
     void kill() {
         ::kill(child_, SIGKILL);
         waitpid(child_, nullptr, 0);
@@ -102,11 +118,15 @@ class Watcher {
         if (client_ != nullptr) jack_client_close(client_);
     }
     bool connect(const char* from, const char* to) {
-        const bool done = waitFor(2000, [&] { return jack_connect(client_, from, to) == 0; });
-        sleepMs(100);
-        return done;
+        const bool done = waitFor([&] { return jack_connect(client_, from, to) == 0; });
+        return done && pass(100); // a new connection carries nothing for some cycles
+    }
+    bool pass(int more) { // cycles of the server
+        const int start = cycles;
+        return waitFor([&] { return cycles - start >= more; });
     }
     int process(jack_nframes_t frames) {
+        ++cycles;
         void* from = jack_port_get_buffer(in, frames);
         const auto start = static_cast<std::int64_t>(jack_last_frame_time(client_));
         for (jack_nframes_t i = 0; i < jack_midi_get_event_count(from); ++i) {
@@ -152,7 +172,7 @@ class Watcher {
     unsigned sendTail = 0;
     static constexpr int kMost = 20000;
     std::vector<Event> events{kMost};
-    std::atomic<int> count{0};
+    std::atomic<int> count{0}, cycles{0};
     std::atomic<bool> heard{false};
     jack_port_t *in = nullptr, *out = nullptr, *ear = nullptr;
 
@@ -165,11 +185,7 @@ class JackTest : public testing::Test {
   protected:
     void SetUp() override {
         if (std::system("command -v jackd >/dev/null 2>&1") != 0) GTEST_SKIP() << "no jackd on this machine";
-        // One test at a time, also where several programs run them side by side.
-        static const int lock =
-            open((testing::TempDir() + "marlune-jack-test.lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
-        flock(lock, LOCK_EX);
-        setenv("JACK_DEFAULT_SERVER", kServerName, 1);
+        setenv("JACK_DEFAULT_SERVER", serverName().c_str(), 1);
         jack_set_error_function([](const char*) {});
         jack_set_info_function([](const char*) {});
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);

@@ -2,6 +2,7 @@
 // recording display, a shell with scripted answers, ports in memory and a clock that the test moves.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <deque>
 #include <functional>
@@ -112,19 +113,23 @@ class MemoryDevices final : public OutputDevices, public InputDevices {
     std::string name(int index) override { return "Device " + std::to_string(index); }
     OutputPort* open(int index) override { return index >= 0 && index < devices ? &ports[index] : nullptr; }
     void close(OutputPort* /*port*/) override {}
-    bool open(int index, InputSink& sink) override {
-        input = index >= 0 && index < devices ? &sink : nullptr;
+    bool open(int index, InputSinks& sinks) override {
+        for (int link = 0; link < kInputLinks; ++link)
+            inputs[link] = index >= 0 && index < devices ? &sinks.link(link) : nullptr;
+        input = inputs[0];
         return input != nullptr;
     }
     void close() override { input = nullptr; }
 
     int devices = 2;
     MemoryPort ports[2];
-    InputSink* input = nullptr;
+    InputSink* input = nullptr; // the first link
+    std::array<InputSink*, kInputLinks> inputs{};
 };
 
 // An input's receiving end that counts.
-struct CountingSink final : InputSink {
+struct CountingSink final : InputSink, InputSinks {
+    InputSink& link(int /*number*/) noexcept override { return *this; }
     void received(const MidiMessage& message) noexcept override {
         note = message.bytes[1];
         ++count;
