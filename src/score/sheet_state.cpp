@@ -56,7 +56,7 @@ std::uint8_t hitsAt(const DrumPattern& pattern, int step) {
 void readSlots(SheetModule& shown, int module) {
     for (int bank = 0; bank < kBanks; ++bank) {
         for (int pattern = 0; pattern < kPatterns; ++pattern) {
-            SheetSlot& slot = shown.slots[bank][pattern];
+            SheetSlot& slot = shown.thumbs[bank][pattern];
             slot = module == kDrumModule ? smallDrums(project.drum.patterns[bank][pattern])
                                          : smallBass(project.bass[module].patterns[bank][pattern]);
             slot.changed = patternChanged(module, bank, pattern);

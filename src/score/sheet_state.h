@@ -40,7 +40,7 @@ struct SheetModule {
     int selDrum = 0;
     std::array<SheetStep, kSteps> steps;     // basslines
     std::array<std::uint8_t, kSteps> hits{}; // drums: bit per row
-    std::array<std::array<SheetSlot, kPatterns>, kBanks> slots;
+    std::array<std::array<SheetSlot, kPatterns>, kBanks> thumbs;
 
     [[nodiscard]] bool cued() const { return nextBank != bank || nextPattern != pattern; }
     [[nodiscard]] bool hit(int step_, int row) const { return ((hits[step_] >> row) & 1) != 0; }

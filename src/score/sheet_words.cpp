@@ -39,13 +39,13 @@ std::string unsaved(const SheetState& state) {
     constexpr std::size_t kTold = 4; // slots of a module; more are counted
     std::string text;
     for (int m = 0; m < kModules; ++m) {
-        std::vector<std::string> slots;
+        std::vector<std::string> changed;
         for (int bank = 0; bank < kBanks; ++bank)
             for (int pattern = 0; pattern < kPatterns; ++pattern)
-                if (state.modules[m].slots[bank][pattern].changed) slots.push_back(slotName(bank, pattern));
-        if (slots.empty()) continue;
+                if (state.modules[m].thumbs[bank][pattern].changed) changed.push_back(slotName(bank, pattern));
+        if (changed.empty()) continue;
         const std::string told =
-            slots.size() <= kTold ? listed(slots) : std::to_string(slots.size()) + " patterns";
+            changed.size() <= kTold ? listed(changed) : std::to_string(changed.size()) + " patterns";
         text += (text.empty() ? "Not saved: " : ", ") + std::string(kSheetModuleNames[m]) + " " + told;
     }
     return text;
@@ -96,7 +96,7 @@ std::string stepWords(const SheetState& state, const SheetSpot& at) {
 
 std::string slotWords(const SheetState& state, const SheetSpot& at) {
     const SheetModule& module = state.modules[at.module];
-    const SheetSlot& slot = module.slots[at.row][at.column];
+    const SheetSlot& slot = module.thumbs[at.row][at.column];
     std::string text = std::string(kSheetModuleNames[at.module]) + " pattern " + slotName(at.row, at.column);
     if (module.bank == at.row && module.pattern == at.column) text += ", current";
     if (module.cued() && module.nextBank == at.row && module.nextPattern == at.column) text += ", cued";

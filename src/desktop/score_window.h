@@ -1,0 +1,78 @@
+// A window beside the panel: shows a scene of tiles at any size, repaints what changed, remembers its place.
+//
+// Common ground of the Pattern Sheet and its like. The content keeps its shape and stands in the middle of
+// the bed. User-interface thread only.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "desktop/held_keys.h"
+#include "windows/tile.h"
+
+class QSettings;
+
+namespace marlune {
+
+class ScoreWindow : public QWidget {
+    Q_OBJECT
+
+  public:
+    static constexpr std::array<int, 8> kZooms{75, 100, 125, 150, 175, 200, 250, 300}; // per cent
+
+    explicit ScoreWindow(const char* name);
+
+    // Repaints where what is to be shown differs from what is shown. To be called whenever the program comes
+    // to rest: no routine tells the window that it changed something.
+    void refresh();
+
+    void setZoom(
+        int percent); // takes the window to the size that shows the content so; limited to the screen
+    void stepZoom(int direction);
+    [[nodiscard]] int zoom() const; // per cent, as shown
+    void toggleFullScreen();
+
+    // Place, size and what the window adds. The place counts only where a screen still shows it.
+    virtual void remember(QSettings& settings) const;
+    virtual void recall(QSettings& settings);
+
+    [[nodiscard]] const TileCache& tiles() const { return tiles_; }
+    // What repainting since the last call touched, device pixels: for measurements and tests.
+    QRegion takeRepainted();
+
+  signals:
+    void shown(const marlune::Scene& before,
+               const marlune::Scene& now); // after a refresh that changed something
+
+  protected:
+    virtual Scene scene() = 0;
+    [[nodiscard]] virtual Box content() const = 0;            // its size at scale 1
+    [[nodiscard]] virtual Box focusBox() const { return {}; } // the keyboard's cursor; width 0: none
+
+    [[nodiscard]] double scale() const; // logical pixels to a content pixel
+    [[nodiscard]] QPointF contentAt(QPointF widgetPoint) const;
+    [[nodiscard]] QRect widgetRect(const Box& box) const;
+    void contentChanged(); // another shape: takes the new size at the old zoom
+    [[nodiscard]] const Scene& shownScene() const { return scene_; }
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+    HeldKeys keys_; // those of the panel's table
+
+  private:
+    [[nodiscard]] QPoint originOnDevice() const;
+    [[nodiscard]] double deviceScale() const { return scale() * devicePixelRatioF(); }
+
+    const char* name_;
+    Scene scene_;
+    TileCache tiles_;
+    Box ring_; // of the keyboard, as last painted
+    QRegion repainted_;
+    bool stale_ = true; // nothing has been shown at this size
+};
+
+} // namespace marlune
