@@ -80,8 +80,7 @@ void ScoreWindow::toggleFullScreen() {
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
-void ScoreWindow::contentChanged() {
-    const int percent = zoom();
+void ScoreWindow::contentChanged(int percent) {
     const Box size = content();
     setMinimumSize(static_cast<int>(size.width * kZooms.front() / 100),
                    static_cast<int>(size.height * kZooms.front() / 100));

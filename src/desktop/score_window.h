@@ -52,7 +52,7 @@ class ScoreWindow : public QWidget {
     [[nodiscard]] double scale() const; // logical pixels to a content pixel
     [[nodiscard]] QPointF contentAt(QPointF widgetPoint) const;
     [[nodiscard]] QRect widgetRect(const Box& box) const;
-    void contentChanged(); // another shape: takes the new size at the old zoom
+    void contentChanged(int percent); // another shape: takes its size at this zoom
     [[nodiscard]] const Scene& shownScene() const { return scene_; }
 
     void paintEvent(QPaintEvent* event) override;

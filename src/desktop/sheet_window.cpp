@@ -71,10 +71,11 @@ Scene SheetWindow::scene() {
 void SheetWindow::setForm(SheetForm form) {
     if (form == show_.form) return;
     hand_.release();
+    const int percent = zoom();
     show_.form = form;
     show_.hover = {};
     cursor_.drop();
-    contentChanged();
+    contentChanged(percent);
     emit cursorMoved();
 }
 

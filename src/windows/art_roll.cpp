@@ -116,18 +116,19 @@ void artLamp(const Ink& ink, const TileLook& look, const QRectF& box) {
 }
 
 void artBracket(const Ink& ink, const TileLook& look, const QRectF& box) {
-    QPainterPath path(QPointF(0.5, 3));
-    path.lineTo(0.5, 0);
-    path.lineTo(box.width() - 0.5, 0);
-    path.lineTo(box.width() - 0.5, 3);
-    ink.stroke(path, withAlpha(coloursOf(look).light, 0.75), 1.4);
+    const double half = ink.hair() / 2;
+    QPainterPath path(QPointF(half, 3));
+    path.lineTo(half, half);
+    path.lineTo(box.width() - half, half);
+    path.lineTo(box.width() - half, 3);
+    ink.stroke(path, withAlpha(coloursOf(look).light, 0.75), 1.3 * ink.hair());
 }
 
 void artGrip(const Ink& ink, const TileLook& look, const QRectF& box) {
     if (look.is(kTileAsleep)) return;
     ink.box(box, 2.5, coloursOf(look).light);
     if (look.is(kTileHover) || look.is(kTileDown)) ink.box(box, 2.5, white(0.35));
-    for (const double x : {3.0, 5.0}) thinLine(ink, {x, 2.3}, {x, 6.7}, withAlpha(palette::kInk, 0.7), 0.9);
+    for (const double x : {2.0, 5.0}) ink.vertical(x, 2, 7, withAlpha(palette::kInk, 0.7));
 }
 
 void artStepCap(const Ink& ink, const TileLook& look, const QRectF& box) {
@@ -154,7 +155,7 @@ void artStepCap(const Ink& ink, const TileLook& look, const QRectF& box) {
 void artKeys(const Ink& ink, const TileLook& look, const QRectF& box) {
     const bool asleep = look.is(kTileAsleep);
     const QRgb light = asleep ? coloursOf(look).lightAsleep : coloursOf(look).light;
-    ink.box(ink.snapped(box.adjusted(-1.5, -1.5, 1.5, 1.5)), 3.5, rgb(0x06080B));
+    ink.box(ink.snapped(box.adjusted(-1, -1, 1, 1)), 3, rgb(0x06080B));
     for (int note = 0; note < kRows; ++note) {
         if (kIsBlack[note])
             blackKey(ink, rowBox(box, note), 0);

@@ -50,9 +50,11 @@ void emptySlot(const Ink& ink, const QRectF& box, QRgb light, bool dash) {
 
 void artSlotNumber(const Ink& ink, const TileLook& look, const QRectF& box) {
     const bool selected = look.is(kTileSelected);
-    const double size = look.text[0] >= 'A' ? 11 : 10;
-    ink.textMiddle({box.center().x(), box.center().y() - 0.2}, QString::fromStdString(look.text),
-                   {size, selected ? 700 : 600}, selected ? palette::kText : palette::kQuietText);
+    const bool letter = look.text[0] >= 'A';
+    const double down = letter ? -0.2 : 2.4;
+    ink.textMiddle({box.center().x(), box.center().y() + down}, QString::fromStdString(look.text),
+                   {letter ? 11.0 : 10.0, selected ? 700 : 600},
+                   selected ? palette::kText : palette::kQuietText);
 }
 
 void artSlotGlow(const Ink& ink, const TileLook& look, const QRectF& box) {
