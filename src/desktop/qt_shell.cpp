@@ -17,6 +17,7 @@
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/main_window.h"
+#include "desktop/panel_derived.h"
 #include "desktop/panel_widget.h"
 #include "desktop/sheet_window.h"
 #include "score/saved_patterns.h"
@@ -133,6 +134,7 @@ void QtShell::toggleSheet() {
 void QtShell::settle() {
     if (ended_) return;
     noteSavedPatterns();
+    showDerived(panel());
     if (sheet_) sheet_->refresh();
 }
 

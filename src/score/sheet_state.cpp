@@ -113,6 +113,15 @@ SheetState readSheet() {
     return state;
 }
 
+PatternsInView readPatternsInView() {
+    PatternsInView view;
+    for (int m = 0; m < kBassModules; ++m)
+        for (int s = 0; s < kSteps; ++s) view.bass[m][s] = stepOf(currentBass(m).steps[s]);
+    for (int s = 0; s < kSteps; ++s) view.drums[s] = hitsAt(currentDrum(), s);
+    for (int k = 0; k < kKnobs; ++k) view.knobs[k] = static_cast<short>(project.knobValue[k]);
+    return view;
+}
+
 void markHeld(std::array<SheetStep, kSteps>& steps, int length, int baseNote) {
     constexpr int kSilent = -1;
     int sounding = kSilent;

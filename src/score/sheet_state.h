@@ -65,6 +65,14 @@ struct SheetState {
 
 SheetState readSheet();
 
+// The patterns that play now, and the knobs: what small pictures elsewhere are made of.
+struct PatternsInView {
+    std::array<std::array<SheetStep, kSteps>, kBassModules> bass;
+    std::array<std::uint8_t, kSteps> drums{}; // bit per row
+    std::array<short, kKnobs> knobs{};
+};
+PatternsInView readPatternsInView();
+
 // The held rests of a bassline: pitches count, and step 1 looks back to the end of the loop.
 void markHeld(std::array<SheetStep, kSteps>& steps, int length, int baseNote);
 

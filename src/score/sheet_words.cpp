@@ -42,7 +42,8 @@ std::string unsaved(const SheetState& state) {
         std::vector<std::string> changed;
         for (int bank = 0; bank < kBanks; ++bank)
             for (int pattern = 0; pattern < kPatterns; ++pattern)
-                if (state.modules[m].thumbs[bank][pattern].changed) changed.push_back(slotName(bank, pattern));
+                if (state.modules[m].thumbs[bank][pattern].changed)
+                    changed.push_back(slotName(bank, pattern));
         if (changed.empty()) continue;
         const std::string told =
             changed.size() <= kTold ? listed(changed) : std::to_string(changed.size()) + " patterns";
