@@ -153,9 +153,7 @@ void ScoreWindow::refresh() {
         ring_ = ring;
     }
     stale_ = false;
-    if (now == scene_) return;
-    const Scene before = std::exchange(scene_, std::move(now));
-    emit shown(before, scene_);
+    scene_ = std::move(now);
 }
 
 void ScoreWindow::paintEvent(QPaintEvent* event) {

@@ -14,6 +14,18 @@ class QSettings;
 
 namespace marlune {
 
+// What assistive tools are told: groups, each of so many cells. A group of one cell is that cell.
+struct SpokenGroup {
+    QString name;
+    int cells = 0;
+    bool readOnly = false; // the status bar: the last group
+};
+struct SpokenCell {
+    QString name;
+    QRect rect; // in the widget
+    bool focused = false, disabled = false, selected = false;
+};
+
 class ScoreWindow : public QWidget {
     Q_OBJECT
 
@@ -40,9 +52,16 @@ class ScoreWindow : public QWidget {
     // What repainting since the last call touched, device pixels: for measurements and tests.
     QRegion takeRepainted();
 
+    [[nodiscard]] virtual int spokenGroups() const = 0;
+    [[nodiscard]] virtual SpokenGroup spokenGroup(int group) const = 0;
+    [[nodiscard]] virtual SpokenCell spokenCell(int group, int cell) const = 0;
+    virtual void pressSpoken(int group, int cell) = 0;
+    virtual void focusSpoken(int group, int cell) = 0;
+
   signals:
-    void shown(const marlune::Scene& before,
-               const marlune::Scene& now); // after a refresh that changed something
+    void spokenFocusMoved();
+    void spokenFocusChanged(); // what the focused cell is called
+    void announced();          // the status bar has something to say
 
   protected:
     virtual Scene scene() = 0;

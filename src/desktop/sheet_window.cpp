@@ -76,7 +76,6 @@ void SheetWindow::setForm(SheetForm form) {
     show_.hover = {};
     cursor_.drop();
     contentChanged(percent);
-    emit cursorMoved();
 }
 
 void SheetWindow::remember(QSettings& settings) const {
@@ -105,7 +104,9 @@ Box SheetWindow::focusBox() const {
 // --- what gestures leave to the window
 
 void SheetWindow::follow(SheetWish wish) {
-    if (const std::string sentence = hand_.takeRefusal(); !sentence.empty()) {
+    const std::string sentence = hand_.takeRefusal();
+    const bool told = !sentence.empty();
+    if (told) {
         refusal_ = QString::fromStdString(sentence);
         refusalEnd_.start(kRefusalMs);
         emit refused(refusal_);
@@ -120,6 +121,8 @@ void SheetWindow::follow(SheetWish wish) {
         default: break;
     }
     refresh();
+    tellCursor();
+    if (told) emit announced();
 }
 
 void SheetWindow::click(const SheetSpot& spot) {
@@ -129,7 +132,71 @@ void SheetWindow::click(const SheetSpot& spot) {
 void SheetWindow::putCursor(const SheetSpot& spot) {
     cursor_.put(spot);
     refresh();
-    emit cursorMoved();
+    tellCursor();
+}
+
+// --- for assistive tools
+
+// Rolls have a cell for each step, the other grids one for each place.
+SheetSpot SheetWindow::spokenSpot(int group, int cell) const {
+    SheetSpot spot = sheetGroups(view())[static_cast<std::size_t>(group)];
+    const Grid grid = sheetGrid(show_.form, spot.part, spot.module);
+    spot.column = cell % grid.columns;
+    spot.row = spot.part == SheetPart::roll ? kTopNote - state_.modules[spot.module].steps[spot.column].note
+                                            : cell / grid.columns;
+    return spot;
+}
+
+int SheetWindow::spokenGroups() const {
+    return static_cast<int>(sheetGroups(view()).size()) + 1;
+}
+
+SpokenGroup SheetWindow::spokenGroup(int group) const {
+    if (group == spokenGroups() - 1) return {QStringLiteral("Status"), 1, true};
+    const SheetSpot first = spokenSpot(group, 0);
+    const Grid grid = sheetGrid(show_.form, first.part, first.module);
+    const int rows = first.part == SheetPart::roll ? 1 : grid.rows;
+    return {QString::fromStdString(sheetGroupName(state_, first)), grid.columns * rows};
+}
+
+SpokenCell SheetWindow::spokenCell(int group, int cell) const {
+    if (group == spokenGroups() - 1) {
+        const std::string words =
+            show_.status.left + (show_.status.left.empty() ? "" : "  ") + show_.status.right;
+        return {QString::fromStdString(words), placeOf({SheetPart::statusBar, 0, 0, 0})};
+    }
+    const SheetSpot spot = spokenSpot(group, cell);
+    const SheetSpot& at = cursor_.spot();
+    SpokenCell spoken{QString::fromStdString(sheetPlaceName(state_, spot)), placeOf(spot)};
+    spoken.focused = at.part == spot.part && at.module == spot.module && at.column == spot.column &&
+                     (at.row == spot.row || spot.part == SheetPart::roll);
+    spoken.disabled = !sheetPlaceAwake(state_, spot);
+    spoken.selected = spoken.name.contains(QStringLiteral(", selected")) ||
+                      spoken.name.contains(QStringLiteral(", current"));
+    return spoken;
+}
+
+void SheetWindow::pressSpoken(int group, int cell) {
+    if (group < spokenGroups() - 1) click(spokenSpot(group, cell));
+}
+
+void SheetWindow::focusSpoken(int group, int cell) {
+    if (group < spokenGroups() - 1) putCursor(spokenSpot(group, cell));
+}
+
+void SheetWindow::tellCursor() {
+    const SheetSpot& at = cursor_.spot();
+    const QString name =
+        at.part == SheetPart::none ? QString() : QString::fromStdString(sheetPlaceName(state_, at));
+    const bool moved = at != toldSpot_;
+    const bool renamed = name != toldName_;
+    toldSpot_ = at;
+    toldName_ = name;
+    if (at.part == SheetPart::none) return;
+    if (moved)
+        emit spokenFocusMoved();
+    else if (renamed)
+        emit spokenFocusChanged();
 }
 
 // --- pointer
@@ -211,7 +278,6 @@ bool SheetWindow::sheetKey(const QKeyEvent& event) {
     SheetWish wish = SheetWish::nothing;
     if (!cursor_.key(row->means, view(), hand_, wish)) return false;
     follow(wish);
-    emit cursorMoved();
     return true;
 }
 
@@ -224,7 +290,7 @@ bool SheetWindow::focusNextPrevChild(bool next) {
     SheetWish wish = SheetWish::nothing;
     cursor_.key(next ? SheetKey::nextGroup : SheetKey::previousGroup, view(), hand_, wish);
     refresh();
-    emit cursorMoved();
+    tellCursor();
     return true;
 }
 

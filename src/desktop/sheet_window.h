@@ -24,11 +24,16 @@ class SheetWindow final : public ScoreWindow {
     void click(const SheetSpot& spot);                        // as a click of the pointer
     [[nodiscard]] QRect placeOf(const SheetSpot& spot) const; // in the widget
 
+    [[nodiscard]] int spokenGroups() const override;
+    [[nodiscard]] SpokenGroup spokenGroup(int group) const override;
+    [[nodiscard]] SpokenCell spokenCell(int group, int cell) const override;
+    void pressSpoken(int group, int cell) override;
+    void focusSpoken(int group, int cell) override;
+
     void remember(QSettings& settings) const override;
     void recall(QSettings& settings) override;
 
   signals:
-    void cursorMoved();
     void refused(const QString& sentence);
 
   protected:
@@ -48,6 +53,8 @@ class SheetWindow final : public ScoreWindow {
 
   private:
     [[nodiscard]] SheetView view() const { return sheetView(state_, show_.form); }
+    [[nodiscard]] SheetSpot spokenSpot(int group, int cell) const;
+    void tellCursor();           // where it has moved, what its cell is called now
     void follow(SheetWish wish); // what a gesture leaves to the window; shows the outcome
     void hoverAt(QPointF point);
     bool sheetKey(const QKeyEvent& event);
@@ -57,6 +64,8 @@ class SheetWindow final : public ScoreWindow {
     SheetHand hand_;
     SheetCursor cursor_;
     QString refusal_;
+    SheetSpot toldSpot_;
+    QString toldName_;
     QTimer refusalEnd_;
     Qt::MouseButton heldButton_ = Qt::NoButton;
     int wheelAngle_ = 0;

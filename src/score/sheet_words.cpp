@@ -180,6 +180,23 @@ std::string sheetPlaceName(const SheetState& state, const SheetSpot& at) {
     }
 }
 
+bool sheetPlaceAwake(const SheetState& state, const SheetSpot& spot) {
+    switch (spot.part) {
+        case SheetPart::undo: return state.canUndo;
+        case SheetPart::redo: return state.canRedo;
+        case SheetPart::slot: return state.slotsAwake();
+        case SheetPart::stepCap: return state.mayEdit() || spot.module != kDrumModule;
+        case SheetPart::key:
+        case SheetPart::roll:
+        case SheetPart::octaveUp:
+        case SheetPart::octaveDown:
+        case SheetPart::accent:
+        case SheetPart::pad:
+        case SheetPart::loop: return state.mayEdit();
+        default: return true;
+    }
+}
+
 std::string sheetGroupName(const SheetState& state, const SheetSpot& group) {
     const std::string module = kSheetModuleNames[group.module];
     switch (group.part) {

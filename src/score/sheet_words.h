@@ -20,6 +20,8 @@ std::string sheetPlaceName(const SheetState& state,
                            const SheetSpot& spot); // "103A step 7, C, octave up, accent"
 std::string sheetGroupName(const SheetState& state, const SheetSpot& group); // "103A roll"
 
+bool sheetPlaceAwake(const SheetState& state, const SheetSpot& spot); // whether a click there does anything
+
 const char* noteName(int note); // "C", "A#"; 0..12
 extern const char* const kSheetModuleNames[3];
 
