@@ -349,6 +349,7 @@ void PanelWidget::updateRing() {
 }
 
 bool PanelWidget::focusNextPrevChild(bool next) {
+    if (isHidden()) return false; // the toolkit looks for another place when the panel is put away
     const auto& stops = tabStops();
     const auto at = std::find(stops.begin(), stops.end(), touch_.focus);
     const std::ptrdiff_t count = std::ssize(stops);

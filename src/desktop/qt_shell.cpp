@@ -143,7 +143,8 @@ void QtShell::setWindowFile(const QString& path) {
 }
 
 void QtShell::openRemembered() {
-    if (memory_.wasOpen("sheet")) sheet().show();
+    if (!memory_.wasOpen("sheet")) return;
+    sheet().show();
     window_->activateWindow();
 }
 
