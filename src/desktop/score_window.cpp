@@ -152,14 +152,19 @@ void ScoreWindow::refresh() {
                                box.height + 2 * kRingReach}));
         ring_ = ring;
     }
-    stale_ = false;
+    if (now == scene_ && !places_.empty() && !stale_) return;
     scene_ = std::move(now);
+    places_ = deviceAreas(scene_, deviceScale());
+    stale_ = false;
 }
 
 void ScoreWindow::paintEvent(QPaintEvent* event) {
     const double ratio = devicePixelRatioF();
     const QPoint origin = originOnDevice();
-    tiles_.setScale(deviceScale());
+    if (tiles_.scale() != deviceScale()) { // also where the screen has another density now
+        tiles_.setScale(deviceScale());
+        places_ = deviceAreas(scene_, deviceScale());
+    }
     QPainter painter(this);
     painter.scale(1 / ratio, 1 / ratio); // device pixels from here on
     for (const QRect& part : event->region()) {
@@ -171,7 +176,7 @@ void ScoreWindow::paintEvent(QPaintEvent* event) {
         const QRect inside(origin, QSizeF(size.width, size.height).toSize() * deviceScale());
         if (!inside.contains(area)) painter.fillRect(area, QColor::fromRgb(palette::kBed.stops[1].colour));
         painter.translate(origin);
-        tiles_.paint(painter, scene_, area.translated(-origin));
+        tiles_.paint(painter, scene_, places_, area.translated(-origin));
         painter.translate(-origin);
     }
     if (ring_.width <= 0) return;

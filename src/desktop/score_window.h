@@ -88,6 +88,7 @@ class ScoreWindow : public QWidget {
 
     const char* name_;
     Scene scene_;
+    std::vector<QRect> places_; // of the scene on the device, from its own origin
     TileCache tiles_;
     Box ring_; // of the keyboard, as last painted
     QRegion repainted_;

@@ -125,21 +125,24 @@ void artStatus(const Ink& ink, const TileLook& look, const QRectF& box) {
     constexpr Type kType{12, 500};
     ink.box(box.adjusted(0, 0, 1, 1), 0, palette::kBarGround);
     ink.horizontal(box.left(), box.right() + 1, box.top(), white(0.07));
-    const std::size_t split = look.text.find('\n');
-    QString left = QString::fromStdString(look.text.substr(0, split));
-    const QString right = QString::fromStdString(look.text.substr(split + 1));
+    QString left = QString::fromStdString(look.text);
     double x = 14;
     if (look.is(kTileLit)) {
         ink.text({x, 16.4}, QStringLiteral("!"), {12, 800}, palette::kMoonlight);
         x += 9;
     }
-    const double room = box.width() - x - 14 - (right.isEmpty() ? 0 : Ink::textWidth(right, kType) + 16);
+    constexpr double kLetter = 6.6; // on the average
+    const double room = box.width() - x - 14 - (look.number > 0 ? look.number * kLetter + 16 : 0);
     if (Ink::textWidth(left, kType) > room) {
         while (left.size() > 1 && Ink::textWidth(left + QChar(0x2026), kType) > room) left.chop(1);
         left += QChar(0x2026);
     }
     ink.text({x, 16.4}, left, kType, look.is(kTileLit) ? palette::kMoonlight : palette::kCaption);
-    ink.text({box.right() - 14, 16.4}, right, kType, palette::kCaption, Anchor::right);
+}
+
+void artStatusRight(const Ink& ink, const TileLook& look, const QRectF& box) {
+    ink.text({box.right() - 14, 16.4}, QString::fromStdString(look.text), {12, 500}, palette::kCaption,
+             Anchor::right);
 }
 
 void artModeSwitch(const Ink& ink, const TileLook& look, const QRectF& box) {

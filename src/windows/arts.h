@@ -13,9 +13,10 @@ void artStrip(const Ink& ink, const TileLook& look,
 void artPlate(const Ink& ink, const TileLook& look,
               const QRectF& box); // kTileEdit; text: module name or empty
 void artStatus(const Ink& ink, const TileLook& look,
-               const QRectF& box); // text "left\nright"; kTileLit: refused
-void artModeSwitch(const Ink& ink, const TileLook& look, const QRectF& box); // kTileLit: song
-void artStartStop(const Ink& ink, const TileLook& look, const QRectF& box);  // kTileLit: running
+               const QRectF& box); // text; kTileLit: refused; number: letters at the right
+void artStatusRight(const Ink& ink, const TileLook& look, const QRectF& box); // text
+void artModeSwitch(const Ink& ink, const TileLook& look, const QRectF& box);  // kTileLit: song
+void artStartStop(const Ink& ink, const TileLook& look, const QRectF& box);   // kTileLit: running
 void artViewOnly(const Ink& ink, const TileLook& look, const QRectF& box);
 void artCaption(const Ink& ink, const TileLook& look,
                 const QRectF& box); // text; kTileSelected: end of the box

@@ -15,6 +15,7 @@ namespace {
 constexpr int kHaloMargin = 8;
 constexpr int kCapMargin = 3;
 constexpr int kStripColours = 3;
+constexpr double kStatusRight = 420; // of the status bar, for what stands at its right
 
 class Builder {
   public:
@@ -139,9 +140,14 @@ class Builder {
         put(artPlate, boxOf(SheetPart::plate), 10, plate);
     }
     void statusBar() {
-        TileLook look = plain(kStripColours, show_.status.left + "\n" + show_.status.right);
-        look.set(kTileLit, show_.status.refusal);
-        put(artStatus, boxOf(SheetPart::statusBar), 0, look);
+        TileLook left = plain(kStripColours, show_.status.left);
+        left.set(kTileLit, show_.status.refusal);
+        left.number = static_cast<std::int16_t>(show_.status.right.size());
+        put(artStatus, boxOf(SheetPart::statusBar), 0, left);
+        Box right = boxOf(SheetPart::statusBar);
+        right.x = right.right() - kStatusRight;
+        right.width = kStatusRight;
+        put(artStatusRight, right, 0, plain(kStripColours, show_.status.right));
     }
 
     // --- a module

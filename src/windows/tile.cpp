@@ -38,6 +38,13 @@ QRect deviceArea(const Tile& tile, double scale) {
             device(tile.box.bottom(), scale) - top + 2 * margin};
 }
 
+std::vector<QRect> deviceAreas(const Scene& scene, double scale) {
+    std::vector<QRect> areas;
+    areas.reserve(scene.size());
+    for (const Tile& tile : scene) areas.push_back(deviceArea(tile, scale));
+    return areas;
+}
+
 QRegion sceneDifference(const Scene& before, const Scene& now, double scale, const QRect& whole) {
     if (before.size() != now.size()) return whole;
     QRegion region;
@@ -55,12 +62,14 @@ void TileCache::setScale(double scale) {
     pixmaps_.clear();
 }
 
-void TileCache::paint(QPainter& painter, const Scene& scene, const QRect& area) {
+void TileCache::paint(QPainter& painter, const Scene& scene, const std::vector<QRect>& places,
+                      const QRect& area) {
     painter.save();
     painter.setClipRect(area);
-    for (const Tile& tile : scene) {
-        const QRect at = deviceArea(tile, scale_);
+    for (std::size_t i = 0; i < scene.size(); ++i) {
+        const QRect& at = places[i];
         if (!at.intersects(area)) continue;
+        const Tile& tile = scene[i];
         if (tile.box.width > kLargest)
             paintTile(painter, tile, at, scale_);
         else

@@ -68,6 +68,7 @@ using Scene = std::vector<Tile>;
 
 // What a tile covers on the device. Neighbours share edges.
 QRect deviceArea(const Tile& tile, double scale);
+std::vector<QRect> deviceAreas(const Scene& scene, double scale);
 
 // Where two scenes differ, on the device. Scenes of different lengths differ everywhere: whole is what then
 // counts.
@@ -80,8 +81,9 @@ class TileCache {
 
     TileCache() : pixmaps_(kBudget) {}
 
-    // Draws all that touches the area on a painter in device pixels, clipped to it.
-    void paint(QPainter& painter, const Scene& scene, const QRect& area);
+    // Draws all that touches the area on a painter in device pixels, clipped to it. places: deviceAreas of
+    // the scene at this scale.
+    void paint(QPainter& painter, const Scene& scene, const std::vector<QRect>& places, const QRect& area);
     void setScale(double scale); // drops everything when it is another one
     [[nodiscard]] double scale() const { return scale_; }
     [[nodiscard]] qsizetype bytes() const { return pixmaps_.totalCost(); }
