@@ -192,18 +192,15 @@ void artCells(const Ink& ink, const TileLook& look, const QRectF& box) {
     const bool even = evenBeat(look.number);
     for (int note = 0; note < kRows; ++note) {
         const double opacity = kIsBlack[note] ? (even ? 0.05 : 0.04) : even ? 0.09 : 0.07;
-        ink.box(rowBox(box, note).adjusted(0, 0.5, 0, -0.5), 2,
+        ink.box(rowBox(box, note).adjusted(0.5, 0.5, -0.5, -0.5), 2,
                 withAlpha(palette::kCell[look.module], opacity));
     }
-}
-
-void artBand(const Ink& ink, const TileLook& look, const QRectF& box) {
     if (look.is(kTileEdit)) ink.box(box, 0, withAlpha(coloursOf(look).light, palette::kColumnLight));
     if (look.is(kTilePlaying)) ink.box(box, 0, white(palette::kColumnLight));
 }
 
 void artNote(const Ink& ink, const TileLook& look, const QRectF& box) {
-    const QRectF row = rowBox(box, look.number);
+    const QRectF& row = box;
     if (!look.is(kTileRest)) {
         soundingNote(ink, look, row);
         return;

@@ -40,10 +40,9 @@ void artStepCap(const Ink& ink, const TileLook& look,
 void artKeys(const Ink& ink, const TileLook& look,
              const QRectF& box); // number: lit note or -1; second: hovered
 void artRollGlass(const Ink& ink, const TileLook& look, const QRectF& box);
-void artCells(const Ink& ink, const TileLook& look, const QRectF& box); // one column; number: step
-// One column's band over all rows: kTileEdit module light, kTilePlaying white.
-void artBand(const Ink& ink, const TileLook& look, const QRectF& box);
-// number: note, 13 x rows in the box; kTileRest, kTileHeld, kTileAccent, kTileUp, kTileLow, kTilePlaying;
+void artCells(const Ink& ink, const TileLook& look,
+              const QRectF& box); // one column; number: step; kTileEdit and kTilePlaying: a band of light
+// kTileRest, kTileHeld, kTileAccent, kTileUp, kTileLow, kTilePlaying;
 // second: how far a held bar reaches back, in tenths of a pixel
 void artNote(const Ink& ink, const TileLook& look, const QRectF& box);
 void artHoverCell(const Ink& ink, const TileLook& look, const QRectF& box); // kTileHover

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kHaloMargin = 8;
 constexpr int kCapMargin = 3;
+constexpr int kPlateEdge = 12; // of its round corners
 constexpr int kStripColours = 3;
 constexpr double kStatusRight = 420; // of the status bar, for what stands at its right
 
@@ -113,6 +114,7 @@ class Builder {
             TileLook look = plain(m, kSheetModuleNames[m]);
             look.set(kTileEdit, edited(m));
             put(artPlate, boxOf(SheetPart::plate, m), 10, look);
+            scene_.back().solid = kPlateEdge;
         }
     }
     void compactFrame() {
@@ -138,6 +140,7 @@ class Builder {
         TileLook plate = plain(state_.edited);
         plate.set(kTileEdit);
         put(artPlate, boxOf(SheetPart::plate), 10, plate);
+        scene_.back().solid = kPlateEdge;
     }
     void statusBar() {
         TileLook left = plain(kStripColours, show_.status.left);
@@ -213,7 +216,8 @@ class Builder {
             cap.number = static_cast<std::int16_t>(s);
             cap.set(kTileLit, m != kDrumModule && shown.selStep == s);
             cap.set(kTileBeyond, s >= shown.length);
-            put(artStepCap, boxOf(SheetPart::stepCap, m, s), kHaloMargin, cap);
+            put(artStepCap, boxOf(SheetPart::stepCap, m, s), cap.is(kTileLit) ? kHaloMargin : kCapMargin,
+                cap);
         }
     }
 
@@ -234,19 +238,16 @@ class Builder {
         Box all = column(SheetPart::roll, m, 0);
         all.width = column(SheetPart::roll, m, kSteps - 1).right() - all.x;
         put(artRollGlass, all, 4, plain(m));
-        for (int s = 0; s < kSteps; ++s) {
-            TileLook cells = plain(m);
-            cells.number = static_cast<std::int16_t>(s);
-            put(artCells, column(SheetPart::roll, m, s), 0, cells);
-        }
+        scene_.back().solid = 0;
         for (int s = 0; s < kSteps; ++s) {
             Box box = column(SheetPart::roll, m, s);
             box.x -= 0.5;
             box.width += 1;
-            TileLook band = plain(m);
-            band.set(kTileEdit, shown.selStep == s);
-            band.set(kTilePlaying, playing(m, s));
-            put(artBand, box, 0, band);
+            TileLook cells = plain(m);
+            cells.number = static_cast<std::int16_t>(s / 4 * 4);
+            cells.set(kTileEdit, shown.selStep == s);
+            cells.set(kTilePlaying, playing(m, s));
+            put(artCells, box, 0, cells);
         }
         for (int s = 0; s < kSteps; ++s) note(m, s);
         TileLook hover = plain(m);
@@ -286,7 +287,6 @@ class Builder {
     void note(int m, int s) {
         const SheetStep& step = state_.modules[m].steps[s];
         TileLook look = plain(m);
-        look.number = step.note;
         look.set(kTileRest, !step.sounds);
         look.set(kTileHeld, step.held);
         look.set(kTileAsleep, !state_.mayEdit());
@@ -296,11 +296,12 @@ class Builder {
             look.set(kTileUp, step.up && !step.down);
             look.set(kTileLow, step.down && !step.up);
         }
-        const Box box = column(SheetPart::roll, m, s);
+        const Box box = boxOf(SheetPart::roll, m, s, kTopNote - step.note);
         if (step.held && s > 0)
             look.second =
-                static_cast<std::int16_t>((box.x - column(SheetPart::roll, m, s - 1).right() + 1) * 10);
-        put(artNote, box, kHaloMargin, look);
+                static_cast<std::int16_t>((box.x - boxOf(SheetPart::roll, m, s - 1).right() + 1) * 10);
+        const bool shines = look.is(kTileAccent) || look.is(kTilePlaying);
+        put(artNote, box, shines || step.held ? kHaloMargin : 1, look);
     }
 
     void lanes(int m) {
@@ -324,7 +325,7 @@ class Builder {
             };
             cell(SheetPart::octaveUp, artOctaveCell, kTileUp, step.up, 0);
             cell(SheetPart::octaveDown, artOctaveCell, kTileLow, step.down, 0);
-            cell(SheetPart::accent, artAccentCap, 0, step.accent, 6);
+            cell(SheetPart::accent, artAccentCap, 0, step.accent, step.accent ? 6 : kCapMargin);
         }
     }
 
@@ -356,7 +357,8 @@ class Builder {
         look.set(kTilePlaying, hit && row != kAccentRow && playing(kDrumModule, s));
         look.set(kTileAsleep, !state_.mayEdit());
         if (!state_.mayEdit()) look.marks &= ~std::uint32_t{kTileHover | kTileDown};
-        put(artPad, boxOf(SheetPart::pad, kDrumModule, s, row), kHaloMargin, look);
+        put(artPad, boxOf(SheetPart::pad, kDrumModule, s, row), look.is(kTilePlaying) ? kHaloMargin : 2,
+            look);
     }
 
     void slotGrid(int m) {

@@ -28,6 +28,17 @@ void paintTile(QPainter& painter, const Tile& tile, const QRect& area, double sc
     painter.restore();
 }
 
+// The first tile from which on something shows in the area: the topmost that hides all beneath it there.
+std::size_t lowestSeen(const Scene& scene, const std::vector<QRect>& places, const QRect& area,
+                       double scale) {
+    for (std::size_t i = scene.size(); i-- > 1;) {
+        if (scene[i].solid < 0) continue;
+        const int inset = static_cast<int>(std::ceil((scene[i].margin + scene[i].solid) * scale)) + 1;
+        if (places[i].adjusted(inset, inset, -inset, -inset).contains(area)) return i;
+    }
+    return 0;
+}
+
 } // namespace
 
 QRect deviceArea(const Tile& tile, double scale) {
@@ -51,7 +62,8 @@ QRegion sceneDifference(const Scene& before, const Scene& now, double scale, con
     for (std::size_t i = 0; i < now.size(); ++i) {
         if (before[i] == now[i]) continue;
         region += deviceArea(now[i], scale);
-        if (before[i].box != now[i].box) region += deviceArea(before[i], scale);
+        if (before[i].box != now[i].box || before[i].margin != now[i].margin)
+            region += deviceArea(before[i], scale);
     }
     return region;
 }
@@ -66,7 +78,7 @@ void TileCache::paint(QPainter& painter, const Scene& scene, const std::vector<Q
                       const QRect& area) {
     painter.save();
     painter.setClipRect(area);
-    for (std::size_t i = 0; i < scene.size(); ++i) {
+    for (std::size_t i = lowestSeen(scene, places, area, scale_); i < scene.size(); ++i) {
         const QRect& at = places[i];
         if (!at.intersects(area)) continue;
         const Tile& tile = scene[i];

@@ -62,6 +62,7 @@ struct Tile {
     Box box;        // pixels of the window at scale 1
     int margin = 0; // light and shadow reach this far beyond the box
     TileLook look;
+    int solid = -1; // so far inside the box it hides all that lies beneath; -1: nowhere
     bool operator==(const Tile&) const = default;
 };
 using Scene = std::vector<Tile>;
