@@ -83,7 +83,8 @@ void timeTicks(QtShell& shell, Times& times) {
         clock.start();
         for (int knob = 0; knob < kKnobs; ++knob)
             panel.showFrame(Control::knobSprite, knob, (tick * 5 + knob * 7) % kFrames);
-        for (int m = 0; m < kModules; ++m) moduleStep[m] = static_cast<std::int16_t>(tick % kSteps);
+        for (int m = 0; m < kModules; ++m)
+            songPosition.write().moduleStep[m] = static_cast<std::int16_t>(tick % kSteps);
         shell.settle();
         QApplication::processEvents();
         times.add(clock);
@@ -119,7 +120,7 @@ int main(int argc, char** argv) {
     QtShell shell;
     setAppShell(&shell);
     fillPatterns();
-    transportRunning = true;
+    transportState.write().transportRunning = true;
     shell.window().show();
     std::vector<int> zooms;
     for (const QString& word : QApplication::arguments().mid(1)) zooms.push_back(word.toInt());

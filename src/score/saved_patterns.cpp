@@ -27,7 +27,7 @@ bool differ(const Pattern& a, const Pattern& b) {
 } // namespace
 
 void noteSavedPatterns() {
-    if (projectDirty) return;
+    if (editingState->projectDirty) return;
     for (int m = 0; m < kBassModules; ++m) saved().bass[m] = project.bass[m].patterns;
     saved().drum = project.drum.patterns;
 }

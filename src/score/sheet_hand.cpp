@@ -7,14 +7,15 @@
 
 #include "edit/transforms.h"
 #include "edit/undo_history.h"
-#include "panel/mode_switch.h"
+#include "panel/editing.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "panel/step_editing.h"
 #include "project/run_state.h"
 #include "project/song_track.h"
 #include "score/refusals.h"
 #include "score/step_edits.h"
+#include "song/mode_switch.h"
+#include "song/selection.h"
 #include "transport/transport.h"
 
 namespace marlune {
@@ -37,13 +38,13 @@ bool isBassCell(const SheetSpot& spot) {
 void moveLoop(int module, int delta) {
     setEditSel(module);
     editLoop(module, delta);
-    projectDirty = true;
+    markProject();
 }
 
 } // namespace
 
 bool SheetHand::mayEdit() {
-    if (!songMode) return true;
+    if (!songPosition->songMode) return true;
     refusal_ = kPatternsInPatternMode;
     return false;
 }
@@ -104,9 +105,10 @@ void SheetHand::pressStepCap(const SheetSpot& spot) {
 }
 
 void SheetHand::pressSlot(const SheetSpot& spot) {
-    if (songMode && !recordOn)
+    if (songPosition->songMode && !recordingState->recordOn)
         refusal_ = kArmForPatterns;
-    else if (songMode && transportRunning && barOf(songTick) == kSongBars - 1)
+    else if (songPosition->songMode && transportState->transportRunning &&
+             barOf(songPosition->songTick) == kSongBars - 1)
         refusal_ = kLastBar;
     else
         chooseSlot(spot.module, spot.row, spot.column);
@@ -166,7 +168,7 @@ SheetWish SheetHand::press(const SheetSpot& spot, const SheetPress& how) {
     erased_ = false;
     switch (spot.part) {
         case SheetPart::moduleTab: setEditSel(spot.column); break;
-        case SheetPart::otherModule: setEditSel(otherModule(editSel, spot.row)); break;
+        case SheetPart::otherModule: setEditSel(otherModule(editingState->editSel, spot.row)); break;
         case SheetPart::plate:
         case SheetPart::editPill: setEditSel(spot.module); break;
         case SheetPart::stepCap: pressStepCap(spot); break;
@@ -222,7 +224,7 @@ void SheetHand::dragGrip(int column) {
 
 void SheetHand::move(const SheetView& view, double x, double y) {
     if (drag_ == Drag::none || drag_ == Drag::plain) return;
-    if (songMode) { // switched by a key meanwhile
+    if (songPosition->songMode) { // switched by a key meanwhile
         release();
         return;
     }
@@ -298,7 +300,7 @@ void SheetHand::noteKey(const SheetSpot& spot, int delta) {
 void SheetHand::moveKey(int module, int direction) {
     if (!mayEdit()) return;
     const EditBracket bracket;
-    projectDirty = true;
+    markProject();
     setEditSel(module);
     editMovePatt(module, direction);
 }

@@ -71,7 +71,8 @@ bool SheetCursor::key(SheetKey key, const SheetView& view, SheetHand& hand, Shee
         case SheetKey::moveLeft:
         case SheetKey::moveRight: {
             const bool inModule = spot_.part > SheetPart::plate && spot_.part != SheetPart::none;
-            hand.moveKey(inModule ? spot_.module : editSel, key == SheetKey::moveRight ? 1 : -1);
+            hand.moveKey(inModule ? spot_.module : editingState->editSel,
+                         key == SheetKey::moveRight ? 1 : -1);
             return true;
         }
         case SheetKey::escape:

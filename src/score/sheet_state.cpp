@@ -80,11 +80,13 @@ void readModule(SheetModule& shown, int module) {
     const Selection at = selectionOf(project, module);
     shown.bank = at.currBank;
     shown.pattern = at.currPatt;
-    shown.nextBank = songMode ? nextBarBank(module, songTick) : int{at.nextBank};
-    shown.nextPattern = songMode ? nextBarPatt(module, songTick) : int{at.nextPatt};
+    const int cued =
+        shownFrame(Control::DigitPatt, 2 * module + 1); // of the song, too: as the panel tells it
+    shown.nextBank = cued >= 0 ? cued / kPatterns : int{at.nextBank};
+    shown.nextPattern = cued >= 0 ? cued % kPatterns : int{at.nextPatt};
     shown.length = lengthOf(currentLoopEnd(module));
     shown.loopShown = std::clamp(shownNumber(Control::LoopPt, module), 1, kSteps);
-    shown.step = std::clamp<int>(moduleStep[module], 0, kSteps - 1);
+    shown.step = std::clamp<int>(songPosition->moduleStep[module], 0, kSteps - 1);
     if (module == kDrumModule)
         readDrums(shown);
     else
@@ -96,16 +98,18 @@ void readModule(SheetModule& shown, int module) {
 
 SheetState readSheet() {
     SheetState state;
-    state.songMode = songMode;
-    state.running = transportRunning;
-    state.armed = songMode && recordOn;
+    state.songMode = songPosition->songMode;
+    state.running = transportState->transportRunning;
+    state.armed = songPosition->songMode && recordingState->recordOn;
     state.canUndo = menuState(Menu::mnuEditUndo).enabled;
     state.canRedo = menuState(Menu::mnuEditRedo).enabled;
-    state.edited = editSel;
+    state.edited = editingState->editSel;
     state.tempo = project.tempo;
-    state.bar = songMode ? barOf(songTick) : 0;
-    state.songStep = songMode ? songTick % kTicksPerBar : 0;
-    state.beat = transportRunning && moduleStep[kDrumModule] % kStepsPerBeat < kStepsPerBeat / 2;
+    const int tick = transportState->transportRunning ? songPosition->playedTick : songPosition->songTick;
+    state.bar = songPosition->songMode ? barOf(tick) : 0;
+    state.songStep = songPosition->songMode ? tick % kTicksPerBar : 0;
+    state.beat = transportState->transportRunning &&
+                 songPosition->moduleStep[kDrumModule] % kStepsPerBeat < kStepsPerBeat / 2;
     for (int m = 0; m < kBassModules; ++m) state.baseNotes[m] = config.moduleBaseNote[m];
     for (int row = 0; row < kDrumRows; ++row)
         state.drumNames[row] = shownText(Control::UserTitle, kFirstDrumKnob + row);

@@ -1,10 +1,11 @@
 #include "score/step_edits.h"
 
+#include "panel/editing.h"
 #include "panel/refresh.h"
-#include "panel/selection.h"
 #include "panel/step_editing.h"
 #include "project/run_state.h"
 #include "project/song_track.h"
+#include "song/selection.h"
 
 namespace marlune {
 
@@ -17,8 +18,8 @@ const BassStep& stepAt(int module, int step) {
 // The bank that a choice of a pattern goes with.
 int bankInView(int module) {
     const Selection at = selectionOf(project, module);
-    if (!transportRunning) return at.currBank;
-    return songMode ? nextBarBank(module, songTick) : int{at.nextBank};
+    if (!transportState->transportRunning) return at.currBank;
+    return songPosition->songMode ? nextBarBank(module, songPosition->songTick) : int{at.nextBank};
 }
 
 } // namespace
@@ -83,14 +84,14 @@ void drawPad(int step, int row, bool hit) {
 }
 
 void chooseSlot(int module, int bank, int pattern) {
-    projectDirty = true;
+    markProject();
     if (bankInView(module) != bank) bankClick(module, bank);
     selPatt(module, pattern);
     setEditSel(module);
 }
 
 void dropCues() {
-    if (songMode) return; // the song chooses
+    if (songPosition->songMode) return; // the song chooses
     for (int m = 0; m < kModules; ++m) {
         const Selection at = selectionOf(project, m);
         if (at.nextBank == at.currBank && at.nextPatt == at.currPatt) continue;

@@ -69,7 +69,7 @@ TEST_F(SheetSweep, EveryLaneCapKeyPadAndSlotReachesItsOwn) {
             ASSERT_EQ(window.state().modules[m].bank * kPatterns + window.state().modules[m].pattern, slot);
         }
         click(at(Part::editPill, m));
-        EXPECT_EQ(editSel, m);
+        EXPECT_EQ(editingState->editSel, m);
         for (const int length : {1, 7, 16}) {
             drag({at(Part::loopGrip, m), at(Part::stepCap, m, length - 1)});
             EXPECT_EQ(currentLoopEnd(m), length - 1);
@@ -199,7 +199,7 @@ TEST_F(SheetSweep, TheKeyboardReachesEveryCell) {
     key(Qt::Key_Delete);
     EXPECT_EQ(step(1, 5), "C#-_!");
     key(Qt::Key_Space); // every other key is the panel's
-    EXPECT_TRUE(transportRunning);
+    EXPECT_TRUE(transportState->transportRunning);
     EXPECT_EQ(program.copyDifference(), "");
 }
 

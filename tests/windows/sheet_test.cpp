@@ -22,8 +22,8 @@ TEST_F(Sheet, AClickOnTheRollPlacesRestsAndBringsBack) {
     EXPECT_EQ(step(0, 6), "A");
     click(at(Part::roll, 1, 2, 0), Qt::ControlModifier); // no note is set, module 103B taken up
     EXPECT_EQ(step(1, 2), "C!");
-    EXPECT_EQ(editSel, 1);
-    EXPECT_TRUE(projectDirty);
+    EXPECT_EQ(editingState->editSel, 1);
+    EXPECT_TRUE(editingState->projectDirty);
     EXPECT_TRUE(window.state().modules[0].thumbs[0][0].changed);
     EXPECT_FALSE(window.state().modules[0].thumbs[0][1].changed);
     EXPECT_EQ(program.copyDifference(), "");
@@ -81,7 +81,7 @@ TEST_F(Sheet, TheLoopIsDraggedByItsGripAndItsField) {
     EXPECT_EQ(shownText(Control::LoopPt, 1), "12");
     wheel(at(Part::loop, 2), -3);
     EXPECT_EQ(currentDrum().loopEnd, 12);
-    EXPECT_EQ(editSel, 2);
+    EXPECT_EQ(editingState->editSel, 2);
     const QPoint field = pointOf(at(Part::loop, 0));
     QTest::mousePress(&window, Qt::LeftButton, {}, field);
     moveTo(field + QPoint(0, 30), Qt::LeftButton);
@@ -119,7 +119,7 @@ TEST_F(Sheet, SongModeOnlyLooks) {
     QSignalSpy refusals(&window, &SheetWindow::refused);
     click(at(Part::modeSwitch, 0)); // on the half that is not lit
     Check1_Click();
-    if (!songMode) Check1_Click();
+    if (!songPosition->songMode) Check1_Click();
     settle();
     program.calls();
     const ProjectRecord before = project;
@@ -139,7 +139,7 @@ TEST_F(Sheet, SongModeOnlyLooks) {
     EXPECT_EQ(project.drum.selDrum, 4);
     recButton_Click();
     click(at(Part::slot, 0, 3, 0)); // recording wakes the slots
-    EXPECT_EQ(barPatt(0, songTick), 3);
+    EXPECT_EQ(barPatt(0, songPosition->songTick), 3);
 }
 
 TEST_F(Sheet, HeldRestsLookBackToTheLoopEnd) {

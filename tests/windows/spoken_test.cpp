@@ -113,7 +113,7 @@ TEST_F(SpokenSheet, TheCompactFormTellsOneModule) {
     press(group("Modules")->child(2));
     EXPECT_EQ(group("103A roll"), nullptr);
     EXPECT_EQ(group("109 pads")->childCount(), 128);
-    EXPECT_EQ(editSel, 2);
+    EXPECT_EQ(editingState->editSel, 2);
 }
 
 } // namespace
