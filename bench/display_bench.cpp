@@ -1,4 +1,5 @@
-// Display work of a tick: all twenty knobs change at every tick, until they are painted.
+// Display work of a tick: all twenty knobs change at every tick, until they are painted; then the same with
+// the Pattern Sheet open beside the panel, its modules playing.
 //
 // display_bench [ZOOM...]: per cent, 200 by default. Beside it, in the same run: the same area copied from
 // pixmaps and copied as plain memory.
@@ -16,7 +17,9 @@
 #include "desktop/main_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
+#include "desktop/sheet_window.h"
 #include "desktop/theme.h"
+#include "project/run_state.h"
 
 // The panel's reports lead nowhere here.
 namespace marlune {
@@ -53,8 +56,26 @@ class Times {
     std::vector<double> ms_;
 };
 
-void timeTicks(MainWindow& window, Times& times) {
-    PanelWidget& panel = window.panel();
+// Something to see in every step of the patterns that play.
+void fillPatterns() {
+    for (int m = 0; m < kBassModules; ++m) {
+        for (int s = 0; s < kSteps; ++s) {
+            BassStep& step = currentBass(m).steps[s];
+            step.note = (5 * s + 3 * m) % 13;
+            step.noteOn = s % 4 != 3;
+            step.accent = s % 3 == 0;
+            step.up = s % 5 == 1;
+        }
+        currentBass(m).loopEnd = kSteps - 1;
+    }
+    for (int s = 0; s < kSteps; ++s)
+        for (int row = 0; row < kDrumRows; ++row)
+            currentDrum().drumOn[s][row] = (s + row) % 3 == 0 ? kDrumHit : 0;
+    currentDrum().loopEnd = kSteps - 1;
+}
+
+void timeTicks(QtShell& shell, Times& times) {
+    PanelWidget& panel = shell.panel();
     QElapsedTimer clock;
     for (int tick = 0; tick < kTicks; ++tick) {
         QThread::usleep(kTickUs);
@@ -62,6 +83,9 @@ void timeTicks(MainWindow& window, Times& times) {
         clock.start();
         for (int knob = 0; knob < kKnobs; ++knob)
             panel.showFrame(Control::knobSprite, knob, (tick * 5 + knob * 7) % kFrames);
+        for (int m = 0; m < kModules; ++m)
+            songPosition.write().moduleStep[m] = static_cast<std::int16_t>(tick % kSteps);
+        shell.settle();
         QApplication::processEvents();
         times.add(clock);
     }
@@ -95,6 +119,8 @@ int main(int argc, char** argv) {
     resetMenus();
     QtShell shell;
     setAppShell(&shell);
+    fillPatterns();
+    transportState.write().transportRunning = true;
     shell.window().show();
     std::vector<int> zooms;
     for (const QString& word : QApplication::arguments().mid(1)) zooms.push_back(word.toInt());
@@ -102,14 +128,28 @@ int main(int argc, char** argv) {
     for (const int zoom : zooms) {
         shell.window().setZoom(zoom);
         shell.window().repaint();
-        Times warming, ticks, pixmaps, memory;
-        timeTicks(shell.window(), warming);
-        timeTicks(shell.window(), ticks);
+        Times warming, ticks, sheetWarming, sheetTicks, pixmaps, memory;
+        timeTicks(shell, warming);
+        timeTicks(shell, ticks);
+        SheetWindow& sheet = shell.sheet();
+        QElapsedTimer opening;
+        opening.start();
+        sheet.show();
+        sheet.resize(QSize(1120, 520) * zoom / 100);
+        sheet.repaint();
+        const double opened = static_cast<double>(opening.nsecsElapsed()) / 1e6;
+        timeTicks(shell, sheetWarming);
+        timeTicks(shell, sheetTicks);
+        sheet.hide();
         timeCopies(54 * zoom / 100, pixmaps, memory);
         std::printf("%d %% on %s, cache %.1f MB\n", zoom, qPrintable(QApplication::platformName()),
                     static_cast<double>(shell.window().panel().sprites().bytes()) / 1e6);
         warming.print("tick, pictures seen first");
         ticks.print("tick");
+        std::printf("  the sheet opened in %.1f ms, its cache %.1f MB\n", opened,
+                    static_cast<double>(sheet.tiles().bytes()) / 1e6);
+        sheetWarming.print("tick with the sheet, seen first");
+        sheetTicks.print("tick with the sheet");
         pixmaps.print("the same area by drawPixmap");
         memory.print("the same area by memcpy");
     }

@@ -9,6 +9,7 @@
 #include "commands/panel_events.h"
 #include "desktop/control_words.h"
 #include "desktop/panel_widget.h"
+#include "desktop/score_accessible.h"
 
 namespace marlune {
 
@@ -171,7 +172,7 @@ class PanelAccessible final : public QAccessibleWidget {
 
 QAccessibleInterface* panelFactory(const QString& /*className*/, QObject* object) {
     auto* panel = qobject_cast<PanelWidget*>(object);
-    return panel != nullptr ? new PanelAccessible(panel) : nullptr;
+    return panel != nullptr ? new PanelAccessible(panel) : scoreAccessible(object);
 }
 
 } // namespace

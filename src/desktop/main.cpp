@@ -126,7 +126,11 @@ int run(int argc, char** argv) {
     qt.closing = MDIForm_Unload;
     resetProgram();
     setConfigFolder(folder);
-    hooks.showMainWindow = [&qt] { qt.window().showCentred(); };
+    qt.setWindowFile(QString::fromStdString(folder) + "/windows.cfg");
+    hooks.showMainWindow = [&qt] {
+        qt.window().showCentred();
+        qt.openRemembered();
+    };
     hooks.showSplash = [&qt](bool visible) { visible ? qt.showSplash() : qt.hideSplash(); };
     hooks.windowHandle = machine.windowHandle();
     hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());

@@ -81,7 +81,10 @@ void MainWindow::buildMenus() {
             action->setAutoRepeat(row.id == Menu::mnuEditUndo || row.id == Menu::mnuEditRedo);
             connect(action, &QAction::triggered, this, [id = row.id] { menuClicked(id); });
         }
-        if (row.id == Menu::mnuStatusBarEnable) addZoomMenu(menu);
+        if (row.id == Menu::mnuStatusBarEnable) {
+            addZoomMenu(menu);
+            addWindows(menu);
+        }
         showMenu(row.id, menuState(row.id));
     }
 }
@@ -99,6 +102,13 @@ void MainWindow::addZoomMenu(QMenu* menu) {
     zoom->addSeparator();
     for (const int percent : kZooms)
         zoom->addAction(QStringLiteral("%1 %").arg(percent), this, [this, percent] { setZoom(percent); });
+}
+
+void MainWindow::addWindows(QMenu* menu) {
+    menu->addSeparator();
+    menu->addAction(QStringLiteral("&Pattern Sheet"), QKeySequence(Qt::Key_F3), this, [this] {
+        if (onSheetWish) onSheetWish();
+    });
 }
 
 void MainWindow::showMenu(Menu menu, const MenuState& state) {

@@ -35,6 +35,7 @@ class MainWindow final : public QMainWindow {
 
     // Asked for each wish to close: the window stays open in any case; whoever answers ends the program.
     std::function<void()> onCloseWish;
+    std::function<void()> onSheetWish; // the Pattern Sheet, shown or put away
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -42,6 +43,7 @@ class MainWindow final : public QMainWindow {
   private:
     void buildMenus();
     void addZoomMenu(QMenu* menu);
+    void addWindows(QMenu* menu);
 
     PanelWidget* panel_;
     QWidget* stage_;

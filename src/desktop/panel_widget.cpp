@@ -3,9 +3,11 @@
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "commands/panel_events.h"
 #include "desktop/control_words.h"
@@ -126,6 +128,16 @@ void PanelWidget::showState(const PanelState& state) {
     refresh();
 }
 
+void PanelWidget::showDerived(const std::array<std::array<StepMark, 16>, 2>& marks,
+                              const std::array<std::uint8_t, 16>& ghost,
+                              const std::array<short, 20>& values) {
+    if (state_.marks == marks && state_.ghost == ghost && state_.values == values) return;
+    state_.marks = marks;
+    state_.ghost = ghost;
+    state_.values = values;
+    refresh();
+}
+
 QRect PanelWidget::widgetRect(const DeviceRect& area) const {
     const double ratio = devicePixelRatioF();
     const QRectF r(area.x / ratio, area.y / ratio, area.width / ratio, area.height / ratio);
@@ -141,7 +153,17 @@ void PanelWidget::refresh() {
         shown_[i] = std::move(look);
         update(widgetRect(deviceRect(pieces[i], scale)));
     }
+    updateBubble();
     tellFocusValue();
+}
+
+void PanelWidget::updateBubble() {
+    Bubble now = bubbleOf(state_, touch_);
+    if (now == bubble_) return;
+    const double k = zoom_ / 100.0;
+    for (const PanelRect& r : {bubble_.rect, now.rect})
+        update(QRectF((r.x - 1) * k, (r.y - 1) * k, (r.width + 2) * k, (r.height + 4) * k).toAlignedRect());
+    bubble_ = std::move(now);
 }
 
 void PanelWidget::tellFocusValue() {
@@ -170,6 +192,7 @@ void PanelWidget::paintEvent(QPaintEvent* event) {
     }
     painter.setClipping(false);
     if (touch_.focus != nullptr && hasFocus()) paintFocusRing(painter, touch_.focus->rect, sprites_.scale());
+    paintBubble(painter, bubble_, sprites_.scale());
 }
 
 // --- pointer
@@ -283,11 +306,26 @@ void PanelWidget::wheelEvent(QWheelEvent* event) {
 
 bool PanelWidget::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
-        const auto* help = static_cast<QHelpEvent*>(event);
-        const PlacedControl* control = reachable(panelPoint(help->pos()));
-        setToolTip(control != nullptr ? controlTip(*control) : QString());
+        showTip(static_cast<QHelpEvent*>(event)->pos());
+        return true;
     }
     return QWidget::event(event);
+}
+
+// Below the control, so that it covers nothing of it.
+void PanelWidget::showTip(QPoint at) {
+    constexpr QPoint kOwnOffset(2, 16); // which the toolkit adds
+    constexpr int kAway = 6;
+    const PlacedControl* control = reachable(panelPoint(at));
+    if (control == nullptr) {
+        QToolTip::hideText();
+        return;
+    }
+    const double k = zoom_ / 100.0;
+    const PanelRect& r = control->rect;
+    const QRect area = QRectF(r.x * k, r.y * k, r.width * k, r.height * k).toAlignedRect();
+    QToolTip::showText(mapToGlobal(QPoint(area.left(), area.bottom() + kAway) - kOwnOffset),
+                       controlTip(*control), this, area);
 }
 
 // --- keyboard
@@ -311,6 +349,7 @@ void PanelWidget::updateRing() {
 }
 
 bool PanelWidget::focusNextPrevChild(bool next) {
+    if (isHidden()) return false; // the toolkit looks for another place when the panel is put away
     const auto& stops = tabStops();
     const auto at = std::find(stops.begin(), stops.end(), touch_.focus);
     const std::ptrdiff_t count = std::ssize(stops);

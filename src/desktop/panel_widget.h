@@ -25,6 +25,9 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     void showLamp(int step, bool lit) override;
     void showEnabled(Control control, int index, bool enabled) override;
     void showState(const PanelState& state); // all at once
+    // The small pictures that follow from the patterns, and the knobs' values.
+    void showDerived(const std::array<std::array<StepMark, 16>, 2>& marks,
+                     const std::array<std::uint8_t, 16>& ghost, const std::array<short, 20>& values);
 
     [[nodiscard]] TwipsPerPixel twipsPerPixel() const override { return {}; } // of a logical pixel
     [[nodiscard]] Placement form() const override;
@@ -72,6 +75,8 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     void refresh();   // repaints the pieces whose look changed
     void tellFocusValue();
     void updateRing();
+    void updateBubble();
+    void showTip(QPoint at);
     bool keyOnFocus(const QKeyEvent& event);
 
     PanelState state_;
@@ -80,6 +85,7 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     SpriteCache sprites_;
     QSize size_{kPanelWidth, kPanelHeight}; // panel pixels
     int zoom_ = 100;
+    Bubble bubble_;                              // as last painted
     QString focusValue_;                         // as last told
     const PlacedControl* lastPressed_ = nullptr; // what a second press must meet again
     Qt::MouseButton heldButton_ = Qt::NoButton;

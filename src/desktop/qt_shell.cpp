@@ -1,5 +1,6 @@
 #include "desktop/qt_shell.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QEventLoop>
 #include <QFileDialog>
@@ -16,7 +17,10 @@
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/main_window.h"
+#include "desktop/panel_derived.h"
 #include "desktop/panel_widget.h"
+#include "desktop/sheet_window.h"
+#include "score/saved_patterns.h"
 
 namespace marlune {
 
@@ -88,10 +92,64 @@ QtShell::QtShell() {
     installPanelAccessibility();
     window_ = std::make_unique<MainWindow>();
     window_->onCloseWish = [this] { closeWish(); };
+    window_->onSheetWish = [this] { toggleSheet(); };
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            [this] { settle(); });
 }
 
 QtShell::~QtShell() {
     for (FormWindow* form : forms_) delete form;
+}
+
+// --- windows beside the panel
+
+SheetWindow& QtShell::sheet() {
+    if (!sheet_) {
+        sheet_ = std::make_unique<SheetWindow>();
+        // The menus' accelerators work there as well.
+        for (const MenuRow& row : menuRows())
+            if (row.kind == MenuKind::entry) sheet_->addAction(window_->action(row.id));
+        auto* away = new QAction(sheet_.get());
+        away->setShortcut(QKeySequence(Qt::Key_F3));
+        connect(away, &QAction::triggered, this, [this] { toggleSheet(); });
+        sheet_->addAction(away);
+        memory_.recall(*sheet_);
+    }
+    return *sheet_;
+}
+
+void QtShell::toggleSheet() {
+    SheetWindow& window = sheet();
+    if (window.isVisible() && window.isActiveWindow()) {
+        memory_.remember(window);
+        window.hide();
+        window_->activateWindow();
+        return;
+    }
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void QtShell::settle() {
+    if (ended_) return;
+    noteSavedPatterns();
+    showDerived(panel());
+    if (sheet_) sheet_->refresh();
+}
+
+void QtShell::setWindowFile(const QString& path) {
+    memory_.setFile(path);
+}
+
+void QtShell::openRemembered() {
+    if (!memory_.wasOpen("sheet")) return;
+    sheet().show();
+    window_->activateWindow();
+}
+
+void QtShell::rememberWindows() {
+    if (sheet_) memory_.remember(*sheet_);
 }
 
 PanelWidget& QtShell::panel() {
@@ -300,6 +358,8 @@ void QtShell::closeWindow() {
 
 void QtShell::end() {
     ended_ = true;
+    rememberWindows();
+    if (sheet_) sheet_->hide();
     help_.reset();
     window_->hide();
     QCoreApplication::exit(0);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "boundary/app_shell.h"
+#include "desktop/window_memory.h"
 
 namespace marlune {
 
@@ -18,6 +19,7 @@ class FormWindow;
 class HelpWindow;
 class MainWindow;
 class PanelWidget;
+class SheetWindow;
 
 class QtShell final : public QObject, public AppShell {
     Q_OBJECT
@@ -32,6 +34,15 @@ class QtShell final : public QObject, public AppShell {
     // What closing the window asks: false keeps it open. Then closing runs, and the program ends.
     std::function<bool()> mayClose;
     std::function<void()> closing;
+
+    // The Pattern Sheet; built at the first wish.
+    SheetWindow& sheet();
+    void toggleSheet();
+    // Shows what has changed since, in all windows beside the panel; runs whenever the program comes to rest.
+    void settle();
+    // Where places and sizes of windows are kept, and which of them were open.
+    void setWindowFile(const QString& path);
+    void openRemembered();
 
     void setHelpFile(const QString& path);
     void showSplash();
@@ -65,11 +76,14 @@ class QtShell final : public QObject, public AppShell {
     void closeWish();
     void settleCloseWish(); // after a wait
     void end();
+    void rememberWindows();
     void retire(FormWindow* window);
 
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<AboutWindow> splash_;
     std::unique_ptr<HelpWindow> help_;
+    std::unique_ptr<SheetWindow> sheet_;
+    WindowMemory memory_;
     std::vector<FormWindow*> forms_; // open ones, the newest last
     QString helpFile_;
     int waits_ = 0; // routines that let events run, one inside the other

@@ -117,6 +117,18 @@ void endGesture() {
     endEdit();
 }
 
+void abandonEdit() {
+    History& h = history();
+    if (h.depth != 1 || h.recording || recordReplaced()) {
+        endEdit();
+        return;
+    }
+    h.depth = 0;
+    const MusicDifference difference = differenceTo(h.before, !songPosition->songMode);
+    if (!difference.empty()) applyMusic(difference, Side::before);
+    showMenus();
+}
+
 void mnuEditUndo_Click() {
     History& h = history();
     if (!ready(h.done)) return;

@@ -17,6 +17,10 @@ void beginEdit();
 // of a wheel, the messages of a controller): they become one step within a second of each other.
 void endEdit(int kind = 0);
 
+// Ends the bracket and puts back what has changed in it, as if it had not been; an inner bracket, or one that
+// recording holds open, just ends.
+void abandonEdit();
+
 // The bracket of one scope.
 class EditBracket {
   public:

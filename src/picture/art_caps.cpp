@@ -66,6 +66,45 @@ CapFace stepFace(const Look& look) {
     return beat ? CapFace{c.cap, palette::kText} : CapFace{c.capBetween, palette::kCaption};
 }
 
+// The step's note at the right of its cap: height, hollow for a rest, a notch for the octave, a dot at the
+// left for an accent.
+void stepMark(const Ink& ink, const Look& look, const QRectF& box) {
+    const int note = (look.frame & kMarkNote) - 1;
+    if (note < 0) return;
+    const bool sounds = (look.frame & kMarkSounds) != 0;
+    const QRgb light = look.is(kLit) ? palette::kInk : coloursOf(look).light;
+    const QRgb colour = look.is(kBeyond) && !look.is(kLit) ? withAlpha(light, 0.5) : light;
+    const double x = ink.snap(box.right() - 5.5);
+    const double y = ink.snap(box.bottom() - 7 - note * 1.5 + sunk(ink, look));
+    const double width = ink.snap(3.5);
+    const double height = ink.snap(2.5);
+    if (sounds)
+        ink.box(QRectF(x, y, width, height), 0.8, colour);
+    else
+        ink.frame(QRectF(x, y, width, height), 0.8, withAlpha(colour, look.is(kBeyond) ? 0.4 : 0.75),
+                  ink.hair() * 0.8);
+    if ((look.frame & kMarkUp) != 0) ink.horizontal(x, x + width, y - 2 * ink.hair(), colour);
+    if ((look.frame & kMarkDown) != 0) ink.horizontal(x, x + width, y + height + ink.hair(), colour);
+    if ((look.frame & kMarkAccent) != 0 && sounds)
+        ink.disc({box.left() + 4.5, box.top() + 5 + sunk(ink, look)}, 1.5, colour);
+}
+
+// The whole drum pattern over all pads, faintly: this pad's step, a line for each drum that sounds.
+void padGhost(const Ink& ink, const Look& look, const QRectF& top) {
+    constexpr int kRows = 8;
+    const QRgb colour = look.is(kLit) ? withAlpha(0x5A3A10, 0.3) : withAlpha(coloursOf(look).light, 0.2);
+    const double pitch = (top.height() - 8) / kRows;
+    constexpr double kFigureRoom = 12; // left free on either side of the middle
+    const double width = top.width() / 2 - 6 - kFigureRoom;
+    for (int row = 0; row < kRows; ++row) {
+        if ((look.frame >> row & 1) == 0) continue;
+        const double y = ink.snap(top.top() + 4.5 + row * pitch);
+        const double height = std::max(ink.hair(), ink.snap(pitch * 0.55));
+        for (const double x : {top.left() + 6, top.center().x() + kFigureRoom})
+            ink.box(QRectF(x, y, width, height), 1, colour);
+    }
+}
+
 } // namespace
 
 void paintHalo(const Ink& ink, const Look& look, const QRectF& box) {
@@ -93,6 +132,7 @@ void paintStepCap(const Ink& ink, const Look& look, const QRectF& box) {
         ink.cap(box, 5, face.face, look.is(kDown));
         ink.textMiddle(middle, label, {11, look.variant % 4 == 0 ? 600 : 500}, face.label);
     }
+    stepMark(ink, look, box);
     hoverFilm(ink, look, box.adjusted(0, 0, 0, -2), 5);
 }
 
@@ -168,6 +208,7 @@ void paintPad(const Ink& ink, const Look& look, const QRectF& area) {
             ink.painter().drawRoundedRect(top.adjusted(1, 1, -1, -1), 6, 6);
         }
         ink.frame(top, 7, withAlpha(0xFFF4DE, asleep ? 0.35 : 0.6));
+        padGhost(ink, look, top);
         ink.textMiddle(middle, label, {12, 700}, palette::kInk);
     } else {
         const bool dark = asleep || look.is(kBeyond);
@@ -177,6 +218,7 @@ void paintPad(const Ink& ink, const Look& look, const QRectF& area) {
         const QRectF face = top.adjusted(half, half, -half, 0);
         ink.box(face, 6.5, dark ? colours.capAsleep : beat ? palette::kPad : palette::kPadBetween);
         ink.frame(face.adjusted(half, half, -half, -half), 6, palette::kEdge);
+        padGhost(ink, look, face);
         const QRgb colour = look.is(kBeyond) ? rgb(0xB4ACA3) : beat ? palette::kText : rgb(0xCFC6BC);
         ink.textMiddle(middle, label, {12, beat ? 600 : 500}, colour);
     }

@@ -137,14 +137,15 @@ void Ink::textMiddle(QPointF centre, const QString& text, const Type& type, QRgb
     this->text({centre.x(), centre.y() + kHalfCapital * type.size}, text, type, colour, Anchor::middle);
 }
 
-void Ink::halo(const QRectF& r, double radius, QRgb colour, double strength) const {
+void Ink::halo(const QRectF& r, double radius, QRgb colour, double strength, double reach) const {
     struct Layer {
         double grow, opacity;
     };
     constexpr std::array<Layer, 8> kLayers{
         {{13, 0.02}, {11, 0.024}, {9, 0.028}, {7, 0.034}, {5.5, 0.042}, {4, 0.052}, {2.8, 0.07}, {1.6, 0.1}}};
     for (const Layer& layer : kLayers)
-        box(grown(r, layer.grow), radius + layer.grow, withAlpha(colour, layer.opacity * strength));
+        box(grown(r, layer.grow * reach), radius + layer.grow * reach,
+            withAlpha(colour, layer.opacity * strength));
 }
 
 void Ink::glass(const QRectF& area, double radius, QRgb tint) const {

@@ -61,8 +61,8 @@ class Ink {
     void textMiddle(QPointF centre, const QString& text, const Type& type, QRgb colour) const;
     static double textWidth(const QString& text, const Type& type);
 
-    // strength 1: from 10 % beside the box to 2 % at 13 pixels from it.
-    void halo(const QRectF& r, double radius, QRgb colour, double strength) const;
+    // strength 1: from 10 % beside the box to 2 % at 13 pixels times reach from it.
+    void halo(const QRectF& r, double radius, QRgb colour, double strength, double reach = 1) const;
     void glass(const QRectF& r, double radius, QRgb tint) const; // tint 0: none
     // A cap with its shadow, lip and bright top edge; down sinks it by a pixel. The face is returned.
     void cap(const QRectF& r, double radius, const Fade& face, bool down, bool lip = true) const;

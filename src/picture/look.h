@@ -54,6 +54,13 @@ enum Mark : std::uint16_t {
 
 inline constexpr int kModuleCap = 2; // variant of a knob: its cap has the colour of its module
 
+// The frame of a step cap: its note + 1 in the low four bits (0: no mark), and these.
+inline constexpr int kMarkNote = 15;
+inline constexpr int kMarkSounds = 16;
+inline constexpr int kMarkUp = 32;
+inline constexpr int kMarkDown = 64;
+inline constexpr int kMarkAccent = 128;
+
 struct Look {
     Art art = Art::ground;
     std::uint8_t module = 0;

@@ -5,12 +5,20 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 
 #include "picture/layout.h"
 
 namespace marlune {
+
+// A small picture of a bassline's step, beside its figure.
+struct StepMark {
+    std::int8_t note = -1; // 0..12; -1: none is known
+    bool sounds = false, up = false, down = false, accent = false;
+    bool operator==(const StepMark&) const = default;
+};
 
 struct PanelState {
     PanelState() {
@@ -21,6 +29,11 @@ struct PanelState {
     std::array<std::array<std::string, kMaxControlCount>, kControls> texts;
     std::array<std::array<bool, kMaxControlCount>, kControls> enabled{};
     std::array<bool, 16> lamps{};
+
+    // Derived from the patterns: pictures only. What is not known is not shown.
+    std::array<std::array<StepMark, 16>, 2> marks{};
+    std::array<std::uint8_t, 16> ghost{}; // drums that sound at a step, bit per row
+    std::array<short, 20> values{};       // of the knobs, 0..127
 
     void setFrame(Control control, int index, int frame) {
         frames[static_cast<std::size_t>(control)][index] = static_cast<short>(frame);

@@ -28,6 +28,8 @@ struct Piece {
 std::span<const Piece> panelPieces();
 void layOutPieces(); // again, after controls were moved: ends the span that panelPieces() gave
 
+int markFrame(const StepMark& mark); // for the look of a step cap
+
 Look lookOf(const Piece& piece, const PanelState& state, const Touch& touch);
 
 // Draws one piece. scale: device pixels to a panel pixel; the painter must be without a transformation.
@@ -50,5 +52,14 @@ std::array<KnobLayer, 5> knobLayers(const Look& knob, const DeviceRect& area);
 // The whole panel on a painter without a transformation.
 void paintPanel(QPainter& painter, const PanelState& state, const Touch& touch, double scale);
 void paintFocusRing(QPainter& painter, const PanelRect& rect, double scale);
+
+// The bubble that tells a knob's value, above it; below where the panel ends. Empty text: no bubble.
+struct Bubble {
+    std::string text;
+    PanelRect rect{};
+    bool operator==(const Bubble&) const = default;
+};
+Bubble bubbleOf(const PanelState& state, const Touch& touch);
+void paintBubble(QPainter& painter, const Bubble& bubble, double scale);
 
 } // namespace marlune

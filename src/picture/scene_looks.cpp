@@ -145,6 +145,9 @@ void cap(Look& look, const Sight& s) {
 void stepCap(Look& look, const Sight& s) {
     cap(look, s);
     mark(look, kBeyond, s.piece.part >= s.state.loopLength(s.piece.module));
+    look.frame = static_cast<std::int16_t>(s.piece.art == Art::pad
+                                               ? s.state.ghost[s.piece.part]
+                                               : markFrame(s.state.marks[s.piece.module][s.piece.part]));
 }
 
 void bankCap(Look& look, const Sight& s) {
@@ -191,6 +194,12 @@ constexpr std::array<void (*)(Look&, const Sight&), 24> kSights{
 static_assert(kSights.size() == static_cast<std::size_t>(Art::title) + 1);
 
 } // namespace
+
+int markFrame(const StepMark& mark) {
+    if (mark.note < 0) return 0;
+    return mark.note + 1 + (mark.sounds ? kMarkSounds : 0) + (mark.up ? kMarkUp : 0) +
+           (mark.down ? kMarkDown : 0) + (mark.accent ? kMarkAccent : 0);
+}
 
 int PanelState::loopLength(int module) const {
     int length = 0;

@@ -1,0 +1,68 @@
+// The painters of the tiles. Each draws its look with its box at the origin; what the fields of the look mean
+// stands beside it. module is the module's in all of them.
+#pragma once
+
+#include "windows/tile.h"
+
+namespace marlune {
+
+// art_frame.cpp
+void artBed(const Ink& ink, const TileLook& look, const QRectF& box);
+void artStrip(const Ink& ink, const TileLook& look,
+              const QRectF& box); // text: the window's name, may be empty
+void artPlate(const Ink& ink, const TileLook& look,
+              const QRectF& box); // kTileEdit; text: module name or empty
+void artStatus(const Ink& ink, const TileLook& look,
+               const QRectF& box); // text; kTileLit: refused; number: letters at the right
+void artStatusRight(const Ink& ink, const TileLook& look, const QRectF& box); // text
+void artModeSwitch(const Ink& ink, const TileLook& look, const QRectF& box);  // kTileLit: song
+void artStartStop(const Ink& ink, const TileLook& look, const QRectF& box);   // kTileLit: running
+void artViewOnly(const Ink& ink, const TileLook& look, const QRectF& box);
+void artCaption(const Ink& ink, const TileLook& look,
+                const QRectF& box); // text; kTileSelected: end of the box
+enum class CapSign : std::int16_t { undo, redo, minus, plus, compact, wide };
+void artCap(const Ink& ink, const TileLook& look, const QRectF& box); // number: CapSign, or -1 and text
+void artLabelGlass(const Ink& ink, const TileLook& look, const QRectF& box); // text in Inter
+// text in dots, number: places, second: pitch; kTileCued moonlight, kTileAsleep dim, kTileSelected: chevrons
+void artDigits(const Ink& ink, const TileLook& look, const QRectF& box);
+void artCueArrow(const Ink& ink, const TileLook& look, const QRectF& box); // kTileCued
+void artPill(const Ink& ink, const TileLook& look, const QRectF& box);     // kTileLit
+void artModuleTab(const Ink& ink, const TileLook& look,
+                  const QRectF& box); // text "name\nA5"; kTileLit, kTileCued
+
+// art_roll.cpp
+void artRail(const Ink& ink, const TileLook& look, const QRectF& box);    // kTileEdit
+void artLamp(const Ink& ink, const TileLook& look, const QRectF& box);    // kTileLit, kTileEdit
+void artBracket(const Ink& ink, const TileLook& look, const QRectF& box); // kTileEdit
+void artGrip(const Ink& ink, const TileLook& look, const QRectF& box);
+void artStepCap(const Ink& ink, const TileLook& look,
+                const QRectF& box); // number: step from 0; kTileLit, kTileBeyond
+void artKeys(const Ink& ink, const TileLook& look,
+             const QRectF& box); // number: lit note or -1; second: hovered
+void artRollGlass(const Ink& ink, const TileLook& look, const QRectF& box);
+void artCells(const Ink& ink, const TileLook& look,
+              const QRectF& box); // one column; number: step; kTileEdit and kTilePlaying: a band of light
+// kTileRest, kTileHeld, kTileAccent, kTileUp, kTileLow, kTilePlaying;
+// second: how far a held bar reaches back, in tenths of a pixel
+void artNote(const Ink& ink, const TileLook& look, const QRectF& box);
+void artHoverCell(const Ink& ink, const TileLook& look, const QRectF& box); // kTileHover
+void artPastLoop(const Ink& ink, const TileLook& look, const QRectF& box);
+void artOctaveCell(const Ink& ink, const TileLook& look, const QRectF& box); // kTileUp or kTileLow; kTileLit
+void artAccentCap(const Ink& ink, const TileLook& look, const QRectF& box);  // kTileLit
+
+// art_pads.cpp
+void artDrumRow(const Ink& ink, const TileLook& look, const QRectF& box);
+void artDrumName(const Ink& ink, const TileLook& look, const QRectF& box); // text; kTileSelected
+void artPad(const Ink& ink, const TileLook& look,
+            const QRectF& box); // number: step, second: row; kTileLit, kTilePlaying
+void artPadBand(const Ink& ink, const TileLook& look, const QRectF& box);
+
+// art_slots.cpp
+void artSlotNumber(const Ink& ink, const TileLook& look, const QRectF& box); // text; kTileSelected
+// text: sixteen dots; number: heights; second: SheetSlot::Kind; kTileLit current, kTileCued, kTileChanged
+void artSlot(const Ink& ink, const TileLook& look, const QRectF& box);
+void artSlotGlow(const Ink& ink, const TileLook& look, const QRectF& box); // kTileLit, beneath all slots
+// Another module's live picture. text: sixteen dots; number: heights; second: step that plays or -1.
+void artOther(const Ink& ink, const TileLook& look, const QRectF& box);
+
+} // namespace marlune

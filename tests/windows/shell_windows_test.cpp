@@ -1,0 +1,52 @@
+// The windows beside the panel within the shell: opened by keys, kept up to date without being told.
+#include <QEventLoop>
+#include <QTimer>
+
+#include "desktop/main_window.h"
+#include "desktop/panel_widget.h"
+#include "desktop/qt_shell.h"
+#include "sheet_fixture.h"
+
+namespace marlune {
+namespace {
+
+struct ShellWindows : ProgramTest {
+    ShellWindows() {
+        shell.setWindowFile(QString::fromStdString(folder.file("windows.cfg")));
+        shell.window().show();
+        shell.window().activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&shell.window()));
+    }
+    QtShell shell;
+};
+
+TEST_F(ShellWindows, F3ShowsTheSheetAndPutsItAway) {
+    QTest::keyClick(&shell.panel(), Qt::Key_F3);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&shell.sheet()));
+    QTest::keyClick(&shell.sheet(), Qt::Key_Z, Qt::ControlModifier); // the menus' keys work here, too
+    shell.sheet().setForm(SheetForm::compact);
+    QTest::keyClick(&shell.sheet(), Qt::Key_F3);
+    EXPECT_FALSE(shell.sheet().isVisible());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&shell.window()));
+    EXPECT_EQ(shell.panel().focusControl(), nullptr); // no control is chosen by that
+    QtShell next;
+    next.setWindowFile(QString::fromStdString(folder.file("windows.cfg")));
+    EXPECT_EQ(next.sheet().form(), SheetForm::compact);
+}
+
+TEST_F(ShellWindows, WhateverChangesIsShownWhenTheProgramComesToRest) {
+    shell.toggleSheet();
+    shell.settle();
+    mnuToolsRNotes_Click(); // knows of no window
+    currentBass(0).steps[3].up = true;
+    project.knobValue[4] = 99;
+    QEventLoop rest;
+    QTimer::singleShot(1, &rest, &QEventLoop::quit);
+    rest.exec();
+    EXPECT_EQ(shell.sheet().state(), readSheet());
+    EXPECT_TRUE(shell.panel().state().marks[0][3].up);
+    EXPECT_EQ(shell.panel().state().values[4], 99);
+}
+
+} // namespace
+} // namespace marlune
