@@ -6,6 +6,7 @@
   (marlune_program) likewise. LINKS name nothing that isn't included.
 - No two folders and no two files include each other, over however many.
 - State has one owner: only the room in OWNERS, and the file that defines it, calls write() of an Owned.
+- Each function that docs/architecture.md names with a file stands in that file.
 - Only the rooms that paint know Qt; no `extern` in a .cpp under src/.
 """
 import re
@@ -128,12 +129,22 @@ def check_owners(errors):
                 errors.append(f"{file.relative_to(ROOT)} writes {name}, which {OWNERS.get(name)} owns")
 
 
+def check_roads(errors):
+    for names, file in re.findall(r"((?:`[\w:]+`, )*`[\w:]+`) \(([a-z_]+/[a-z_0-9]+\.cpp)\)",
+                                  (ROOT / "docs/architecture.md").read_text()):
+        text = (SRC / file).read_text() if (SRC / file).exists() else ""
+        for name in re.findall(r"`([\w:]+)`", names):
+            if not re.search(rf"^[\w:&<>*\s]*\b{name.replace('::', '::')}\(|::{name}\(", text, re.M):
+                errors.append(f"docs/architecture.md: there is no {name} in src/{file}")
+
+
 def main():
     errors = []
     check_units(errors)
     check_circles({f: list(includes(f)) for f in SRC.rglob("*.h")}, "include circle: ", errors)
     check_words(errors)
     check_owners(errors)
+    check_roads(errors)
     print("\n".join(errors))
     return 1 if errors else 0
 
