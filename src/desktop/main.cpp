@@ -35,12 +35,12 @@ namespace {
 constexpr int kDevicePollMs = 1000;
 
 // A descriptor on which other threads announce something.
-class Wake {
+class WakeDescriptor {
   public:
-    Wake() : fd(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
-    ~Wake() { ::close(fd); }
-    Wake(const Wake&) = delete;
-    Wake& operator=(const Wake&) = delete;
+    WakeDescriptor() : fd(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
+    ~WakeDescriptor() { ::close(fd); }
+    WakeDescriptor(const WakeDescriptor&) = delete;
+    WakeDescriptor& operator=(const WakeDescriptor&) = delete;
     const int fd;
 };
 
@@ -86,7 +86,7 @@ class Machine {
     [[nodiscard]] int windowHandle() const { return engineWake_.fd; }
 
   private:
-    Wake engineWake_, midiWake_;
+    WakeDescriptor engineWake_, midiWake_;
     Platform platform_;
     Engine engine_;
     FdPump enginePump_{engineWake_.fd, engineSpoke};

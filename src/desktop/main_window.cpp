@@ -30,9 +30,9 @@ int firstZoom() {
 constexpr int kPassingMs = 8000;
 
 // What the panel stands on: as large as the panel, and more where a window manager insists on it.
-class Stage final : public QWidget {
+class PanelHolder final : public QWidget {
   public:
-    explicit Stage(PanelWidget* panel) : panel_(panel) { panel->setParent(this); }
+    explicit PanelHolder(PanelWidget* panel) : panel_(panel) { panel->setParent(this); }
 
     [[nodiscard]] QSize sizeHint() const override { return panel_->size(); }
 
@@ -52,7 +52,7 @@ class Stage final : public QWidget {
 
 } // namespace
 
-MainWindow::MainWindow() : panel_(new PanelWidget), stage_(new Stage(panel_)), status_(new QLabel) {
+MainWindow::MainWindow() : panel_(new PanelWidget), stage_(new PanelHolder(panel_)), status_(new QLabel) {
     setCentralWidget(stage_);
     menuBar()->setFixedHeight(26);
     statusBar()->setSizeGripEnabled(false);

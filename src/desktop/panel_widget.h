@@ -80,7 +80,7 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
     bool keyOnFocus(const QKeyEvent& event);
 
     PanelState state_;
-    Touch touch_;
+    PointerState touch_;
     std::vector<Look> shown_; // looks of panelPieces() as last asked to paint
     SpriteCache sprites_;
     QSize size_{kPanelWidth, kPanelHeight}; // panel pixels

@@ -45,7 +45,7 @@ Engine::Engine(PlayClock& clock, OutputDevices& devices, WireLog* log)
 }
 
 Engine::~Engine() {
-    hand({.order = Order::quit, .call = {Entry::StopMarluneTimer32, {}}});
+    queueCommand({.order = Order::quit, .call = {Entry::StopMarluneTimer32, {}}});
     thread_.join();
     for (OutputPort* port : ports_) {
         if (port != nullptr) devices_.close(port);
@@ -60,26 +60,26 @@ int Engine::call(const EngineCall& call) {
         case Entry::CloseMidiPort32: closePort(Role::seq); break;
         case Entry::CloseSyncPort32: closePort(Role::sync); break;
         case Entry::SetMarluneHwnd32:
-            hand({.order = Order::setWindow, .acknowledge = true, .call = call});
+            queueCommand({.order = Order::setWindow, .acknowledge = true, .call = call});
             break;
-        case Entry::StartMarluneTimer32: hand({.acknowledge = true, .call = call}); break;
+        case Entry::StartMarluneTimer32: queueCommand({.acknowledge = true, .call = call}); break;
         case Entry::StopMarluneTimer32: {
-            hand({.acknowledge = true, .call = call});
+            queueCommand({.acknowledge = true, .call = call});
             EngineMessage late;
             while (messages_.pop(late)) {}
             break;
         }
-        default: hand({.call = call}); break;
+        default: queueCommand({.call = call}); break;
     }
     return 0;
 }
 
 void Engine::limitSteps(int steps) {
-    hand({.order = Order::limit, .call = {Entry{}, {steps}}});
+    queueCommand({.order = Order::limit, .call = {Entry{}, {steps}}});
 }
 
 void Engine::settle() {
-    hand({.order = Order::settle, .acknowledge = true});
+    queueCommand({.order = Order::settle, .acknowledge = true});
 }
 
 bool Engine::equalsRecord(const ProjectRecord& record, std::string* difference) {
@@ -93,19 +93,19 @@ int Engine::openPort(Role role, int device) {
     OutputPort* const port = devices_.open(device);
     ports_[static_cast<std::size_t>(role)] = port;
     if (port == nullptr) return 0;
-    hand({.order = Order::setPort, .role = role, .port = port});
+    queueCommand({.order = Order::setPort, .role = role, .port = port});
     return 1;
 }
 
 void Engine::closePort(Role role) {
     OutputPort*& port = ports_[static_cast<std::size_t>(role)];
     if (port == nullptr) return;
-    hand({.order = Order::setPort, .acknowledge = true, .role = role, .port = nullptr});
+    queueCommand({.order = Order::setPort, .acknowledge = true, .role = role, .port = nullptr});
     devices_.close(port);
     port = nullptr;
 }
 
-void Engine::hand(const Command& command) {
+void Engine::queueCommand(const Command& command) {
     while (!commands_.push(command)) std::this_thread::sleep_for(std::chrono::microseconds(100));
     // Both sides exchange the flag, so one of them comes second and sees what the other did: either this side
     // finds the engine asleep, or the engine finds the command.
@@ -123,14 +123,14 @@ void Engine::run() noexcept {
         if (core_.deadline() <= now) {
             playPeriod(now);
         } else if (commands_.pop(command)) {
-            obey(command, now);
+            carryOut(command, now);
         } else {
             sleep(now);
         }
     }
 }
 
-void Engine::obey(const Command& command, std::int64_t now) noexcept {
+void Engine::carryOut(const Command& command, std::int64_t now) noexcept {
     callsInARow_ = now - lastCallNs_ < kBulkGapNs ? callsInARow_ + 1 : 1;
     lastCallNs_ = now;
     setRealTime(core_.running() && callsInARow_ <= kBulk);

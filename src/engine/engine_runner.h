@@ -66,13 +66,13 @@ class Engine final : public PlaybackEngine, private MessageSink {
     };
 
     // User-interface thread.
-    void hand(const Command& command);
+    void queueCommand(const Command& command);
     int openPort(Role role, int device);
     void closePort(Role role);
 
     // Engine thread.
     void run() noexcept;
-    void obey(const Command& command, std::int64_t now) noexcept;
+    void carryOut(const Command& command, std::int64_t now) noexcept;
     void playPeriod(std::int64_t now) noexcept;
     void sleep(std::int64_t now) noexcept;
     void setRealTime(bool wanted) noexcept;

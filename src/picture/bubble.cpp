@@ -34,7 +34,7 @@ QString part(const std::string& text, int which) {
 
 } // namespace
 
-Bubble bubbleOf(const PanelState& state, const Touch& touch) {
+Bubble bubbleOf(const PanelState& state, const PointerState& touch) {
     const PlacedControl* knob = isKnob(touch.pressed) ? touch.pressed : touch.hover;
     if (!isKnob(knob) || (touch.pressed != nullptr && touch.pressed != knob)) return {};
     Bubble bubble{words(*knob, state)};

@@ -65,7 +65,7 @@ struct PanelState {
     [[nodiscard]] int loopLength(int module) const;
 };
 
-struct Touch {
+struct PointerState {
     const PlacedControl* hover = nullptr;
     const PlacedControl* pressed = nullptr;
     const PlacedControl* focus = nullptr;

@@ -71,7 +71,7 @@ std::array<KnobLayer, 5> knobLayers(const Look& knob, const DeviceRect& area) {
     return layers;
 }
 
-void paintPanel(QPainter& painter, const PanelState& state, const Touch& touch, double scale) {
+void paintPanel(QPainter& painter, const PanelState& state, const PointerState& touch, double scale) {
     for (const Piece& piece : panelPieces()) paintPiece(painter, piece, lookOf(piece, state, touch), scale);
     if (touch.focus != nullptr) paintFocusRing(painter, touch.focus->rect, scale);
 }

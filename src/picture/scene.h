@@ -30,7 +30,7 @@ void layOutPieces(); // again, after controls were moved: ends the span that pan
 
 int markFrame(const StepMark& mark); // for the look of a step cap
 
-Look lookOf(const Piece& piece, const PanelState& state, const Touch& touch);
+Look lookOf(const Piece& piece, const PanelState& state, const PointerState& touch);
 
 // Draws one piece. scale: device pixels to a panel pixel; the painter must be without a transformation.
 void paintPiece(QPainter& painter, const Piece& piece, const Look& look, double scale);
@@ -50,7 +50,7 @@ struct KnobLayer {
 std::array<KnobLayer, 5> knobLayers(const Look& knob, const DeviceRect& area);
 
 // The whole panel on a painter without a transformation.
-void paintPanel(QPainter& painter, const PanelState& state, const Touch& touch, double scale);
+void paintPanel(QPainter& painter, const PanelState& state, const PointerState& touch, double scale);
 void paintFocusRing(QPainter& painter, const PanelRect& rect, double scale);
 
 // The bubble that tells a knob's value, above it; below where the panel ends. Empty text: no bubble.
@@ -59,7 +59,7 @@ struct Bubble {
     PanelRect rect{};
     bool operator==(const Bubble&) const = default;
 };
-Bubble bubbleOf(const PanelState& state, const Touch& touch);
+Bubble bubbleOf(const PanelState& state, const PointerState& touch);
 void paintBubble(QPainter& painter, const Bubble& bubble, double scale);
 
 } // namespace marlune

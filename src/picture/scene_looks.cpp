@@ -9,10 +9,10 @@ namespace marlune {
 
 namespace {
 
-struct Sight {
+struct ShownPiece {
     const Piece& piece;
     const PanelState& state;
-    const Touch& touch;
+    const PointerState& touch;
 };
 
 void mark(Look& look, Mark which, bool on) {
@@ -58,7 +58,7 @@ bool touches(const PlacedControl* placed, const Piece& piece) {
     return placed != nullptr && placed->control == area && placed->index == piece.index;
 }
 
-void touched(Look& look, const Sight& s) {
+void touched(Look& look, const ShownPiece& s) {
     mark(look, kAsleep, sleeps(s.piece, s.state));
     if (look.is(kAsleep)) return;
     mark(look, kHover, touches(s.touch.hover, s.piece));
@@ -66,7 +66,7 @@ void touched(Look& look, const Sight& s) {
 }
 
 // Which of the shown states the ground of a tile depends on: a plate under edit glows 6 pixels beyond it.
-void ground(Look& look, const Sight& s) {
+void ground(Look& look, const ShownPiece& s) {
     const PanelRect& tile = s.piece.rect;
     const auto near = [&tile](const PanelRect& r) {
         return tile.x < r.x + r.width + 6 && r.x - 6 < tile.x + tile.width && tile.y < r.y + r.height + 6 &&
@@ -82,7 +82,7 @@ void ground(Look& look, const Sight& s) {
     look.variant = static_cast<std::uint8_t>(s.piece.part);
 }
 
-void channel(Look& look, const Sight& s) {
+void channel(Look& look, const ShownPiece& s) {
     mark(look, kLit, s.state.frame(Control::sel109, s.piece.part) == 1);
 }
 
@@ -90,12 +90,12 @@ bool cued(const PanelState& state, int module) {
     return state.frame(Control::DigitPatt, 2 * module) != state.frame(Control::DigitPatt, 2 * module + 1);
 }
 
-void arrow(Look& look, const Sight& s) {
+void arrow(Look& look, const ShownPiece& s) {
     mark(look, kCued, cued(s.state, s.piece.module));
 }
 
 // Sleeping caps give no light, but for the pads.
-void halo(Look& look, const Sight& s) {
+void halo(Look& look, const ShownPiece& s) {
     const bool asleep = sleeps(s.piece, s.state);
     const bool lit = isLit(s.piece, s.state) && (!asleep || s.piece.control == Control::step109LED);
     mark(look, kLit, lit);
@@ -104,19 +104,19 @@ void halo(Look& look, const Sight& s) {
     look.variant = static_cast<std::uint8_t>(s.piece.part);
 }
 
-void rail(Look& look, const Sight& s) {
+void rail(Look& look, const ShownPiece& s) {
     mark(look, kEdit, s.state.frame(Control::LEDBar, s.piece.module) >= 16);
     touched(look, s);
 }
 
-void bracket(Look& look, const Sight& s) {
+void bracket(Look& look, const ShownPiece& s) {
     const int lastStep = s.state.loopLength(s.piece.module) - 1;
     const PanelRect& last = placedControl(kStepAreas[s.piece.module], lastStep)->rect;
     look.frame = static_cast<std::int16_t>(last.x + last.width - s.piece.rect.x);
     mark(look, kEdit, s.state.underEdit(s.piece.module));
 }
 
-void lamp(Look& look, const Sight& s) {
+void lamp(Look& look, const ShownPiece& s) {
     const int frame = s.state.frame(Control::LEDBar, s.piece.module);
     mark(look, kEdit, frame >= 16);
     mark(look, kLit, frame % 16 == s.piece.part);
@@ -127,7 +127,7 @@ int touchedKey(const PlacedControl* placed, int module) {
     return placed != nullptr && placed->control == kKeyAreas[module] ? placed->index + 1 : 0;
 }
 
-void keys(Look& look, const Sight& s) {
+void keys(Look& look, const ShownPiece& s) {
     look.frame = static_cast<std::int16_t>(s.state.frame(Control::keys, s.piece.index));
     mark(look, kAsleep, sleeps(s.piece, s.state));
     if (look.is(kAsleep)) return;
@@ -136,13 +136,13 @@ void keys(Look& look, const Sight& s) {
     mark(look, kDown, held != 0);
 }
 
-void cap(Look& look, const Sight& s) {
+void cap(Look& look, const ShownPiece& s) {
     look.variant = static_cast<std::uint8_t>(s.piece.part);
     mark(look, kLit, isLit(s.piece, s.state));
     touched(look, s);
 }
 
-void stepCap(Look& look, const Sight& s) {
+void stepCap(Look& look, const ShownPiece& s) {
     cap(look, s);
     mark(look, kBeyond, s.piece.part >= s.state.loopLength(s.piece.module));
     look.frame = static_cast<std::int16_t>(s.piece.art == Art::pad
@@ -150,24 +150,24 @@ void stepCap(Look& look, const Sight& s) {
                                                : markFrame(s.state.marks[s.piece.module][s.piece.part]));
 }
 
-void bankCap(Look& look, const Sight& s) {
+void bankCap(Look& look, const ShownPiece& s) {
     cap(look, s);
     mark(look, kCued, s.state.bank(2 * s.piece.module + 1) == s.piece.part && !look.is(kLit));
 }
 
-void sprite(Look& look, const Sight& s) {
+void sprite(Look& look, const ShownPiece& s) {
     cap(look, s);
     look.frame = static_cast<std::int16_t>(s.state.frame(s.piece.control, s.piece.index));
 }
 
-void knob(Look& look, const Sight& s) {
+void knob(Look& look, const ShownPiece& s) {
     look.frame = static_cast<std::int16_t>(s.state.frame(s.piece.control, s.piece.index));
     look.variant = static_cast<std::uint8_t>(placedControl(s.piece.control, s.piece.index)->detail);
     mark(look, kArmed, s.state.armed() && s.piece.control == Control::knobSprite);
     touched(look, s);
 }
 
-void patternField(Look& look, const Sight& s) {
+void patternField(Look& look, const ShownPiece& s) {
     const int frame = s.state.frame(Control::DigitPatt, s.piece.index);
     look.text = {static_cast<char>('A' + frame / 8), static_cast<char>('1' + frame % 8)};
     look.variant = static_cast<std::uint8_t>(s.piece.index % 2); // 1: the cued one
@@ -175,23 +175,23 @@ void patternField(Look& look, const Sight& s) {
     touched(look, s);
 }
 
-void field(Look& look, const Sight& s) {
+void field(Look& look, const ShownPiece& s) {
     look.text = s.state.text(s.piece.control, s.piece.index);
     look.variant = static_cast<std::uint8_t>(placedControl(s.piece.control, s.piece.index)->places);
     touched(look, s);
 }
 
-void barField(Look& look, const Sight& s) {
+void barField(Look& look, const ShownPiece& s) {
     look.text = s.state.text(Control::timeDisplay) + "\n" + s.state.text(Control::microDisplay);
     touched(look, s);
 }
 
 // In the order of Art.
-constexpr std::array<void (*)(Look&, const Sight&), 24> kSights{
+constexpr std::array<void (*)(Look&, const ShownPiece&), 24> kLookMakers{
     ground,  channel, arrow,        halo,  rail,  bracket, lamp,     keys, stepCap, bankCap, cap,    cap,
     stepCap, knob,    patternField, field, field, field,   barField, cap,  sprite,  cap,     sprite, field,
 };
-static_assert(kSights.size() == static_cast<std::size_t>(Art::title) + 1);
+static_assert(kLookMakers.size() == static_cast<std::size_t>(Art::title) + 1);
 
 } // namespace
 
@@ -208,13 +208,13 @@ int PanelState::loopLength(int module) const {
     return length >= 1 && length <= 16 ? length : 16;
 }
 
-Look lookOf(const Piece& piece, const PanelState& state, const Touch& touch) {
+Look lookOf(const Piece& piece, const PanelState& state, const PointerState& touch) {
     Look look;
     look.art = piece.art;
     look.module = static_cast<std::uint8_t>(piece.module);
     look.width = static_cast<std::int16_t>(piece.rect.width);
     look.height = static_cast<std::int16_t>(piece.rect.height);
-    kSights[static_cast<std::size_t>(piece.art)](look, {piece, state, touch});
+    kLookMakers[static_cast<std::size_t>(piece.art)](look, {piece, state, touch});
     return look;
 }
 

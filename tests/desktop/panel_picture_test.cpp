@@ -20,7 +20,7 @@ namespace marlune {
 namespace {
 
 // Pieces once painted are kept, as in the widget.
-QImage paint(const PanelState& state, const Touch& touch = {}) {
+QImage paint(const PanelState& state, const PointerState& touch = {}) {
     static SpriteCache sprites;
     QImage image(kPanelWidth, kPanelHeight, QImage::Format_RGB32);
     QPainter painter(&image);
