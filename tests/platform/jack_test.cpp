@@ -125,7 +125,7 @@ TEST_F(Jack, AServerThatDiesAndReturnsStopsNeitherMidiNorSound) {
         if (round == 1) break;
         server->kill();
         watcher = nullptr; // the library crashes where one of two clients looks for a new server before
-        EXPECT_TRUE(waitFor([&] { return platform.poll(), platform.soundDriver() == ""; }));
+        EXPECT_TRUE(waitFor([&] { return platform.poll(), platform.soundDriver().empty(); }));
         server = std::make_unique<Server>();
     }
     done = true;
