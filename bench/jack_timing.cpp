@@ -162,6 +162,7 @@ Run measure(int tempo, int seconds) {
     SetMarluneTempo32(tempo);
     StartMarluneTimer32(10, 0);
     std::vector<double> wakeUps;
+    wakeUps.reserve(static_cast<std::size_t>(clocks));
     const std::chrono::duration<double> distance(60.0 / kClocksPerBeat / tempo);
     const auto start = Steady::now() + std::chrono::milliseconds(30);
     for (std::int64_t n = 0; n < clocks; ++n) {
