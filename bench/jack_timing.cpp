@@ -141,6 +141,7 @@ Figures figuresOf(const std::vector<double>& places, int tempo) {
 Figures medianOf(const std::vector<Figures>& runs) {
     const auto median = [&](double Figures::*field) {
         std::vector<double> values;
+        values.reserve(runs.size());
         for (const Figures& each : runs) values.push_back(each.*field);
         std::sort(values.begin(), values.end());
         return values[values.size() / 2];
