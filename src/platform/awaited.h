@@ -52,7 +52,7 @@ class Awaited {
         if (!shared_) return {};
         std::unique_lock lock(shared_->mutex);
         if (!shared_->done.wait_for(lock, patience, [this] { return shared_->made.has_value(); })) return {};
-        const std::optional<Thing> made = shared_->made;
+        std::optional<Thing> made = shared_->made;
         lock.unlock();
         shared_ = nullptr;
         return made;

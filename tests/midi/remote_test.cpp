@@ -106,6 +106,7 @@ TEST_F(InputQueue, FloodedOverTwoLinksAtOnceLosesNoNoteAndKeepsTheLatest) {
     MIDIIn1.BlockStatus(kControlChange + 1, false);
     constexpr int kNotes = 200; // of each link
     std::vector<std::thread> floods;
+    floods.reserve(kInputLinks);
     for (int link = 0; link < kInputLinks; ++link)
         floods.emplace_back([sink = program.devices.inputs[link], link] {
             for (int i = 0; i < 60000; ++i) {

@@ -35,7 +35,7 @@ inline const std::string& serverName() {
     static const std::string name = [] {
         constexpr int kNames = 4;
         for (int number = 0;; number = (number + 1) % kNames, usleep(1000)) {
-            const std::string mine = "marlune-test-" + std::to_string(number);
+            std::string mine = "marlune-test-" + std::to_string(number);
             const int lock =
                 open((testing::TempDir() + mine + ".lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
             if (flock(lock, LOCK_EX | LOCK_NB) == 0) return mine; // kept for the life of the process
