@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QSettings>
+#include <QTouchEvent>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -29,6 +30,7 @@ ScoreWindow::ScoreWindow(const char* name) : QWidget(nullptr, Qt::Window), name_
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_AcceptTouchEvents);
     const auto shortcut = [this](const QList<QKeySequence>& keys, auto act) {
         auto* action = new QAction(this);
         action->setShortcuts(keys);
@@ -107,6 +109,25 @@ void ScoreWindow::recall(QSettings& settings) {
     settings.endGroup();
 }
 
+void ScoreWindow::pinch(const QTouchEvent& touch) {
+    if (touch.pointCount() < 2) {
+        pinchStart_ = 0;
+        return;
+    }
+    const QPointF apart = touch.points().at(0).position() - touch.points().at(1).position();
+    const double distance = std::hypot(apart.x(), apart.y());
+    if (pinchStart_ <= 0) {
+        pinchStart_ = std::max(distance, 1.0);
+        pinchZoom_ = zoom();
+        return;
+    }
+    const double wanted = pinchZoom_ * distance / pinchStart_;
+    const auto* nearest = std::min_element(kZooms.begin(), kZooms.end(), [&](int a, int b) {
+        return std::abs(a - wanted) < std::abs(b - wanted);
+    });
+    if (*nearest != zoom()) setZoom(*nearest);
+}
+
 // --- places
 
 QPoint ScoreWindow::originOnDevice() const {
@@ -152,6 +173,15 @@ void ScoreWindow::refresh() {
                                box.height + 2 * kRingReach}));
         ring_ = ring;
     }
+    const Box finger = fingerBox();
+    if (finger != finger_) {
+        for (const Box& box : {finger_, finger}) {
+            const Box loupe = loupeOf(box, content());
+            if (box.width > 0)
+                update(widgetRect({loupe.x - 3, loupe.y - 3, loupe.width + 6, loupe.height + 6}));
+        }
+        finger_ = finger;
+    }
     if (now == scene_ && !places_.empty() && !stale_) return;
     scene_ = std::move(now);
     places_ = deviceAreas(scene_, deviceScale());
@@ -179,9 +209,9 @@ void ScoreWindow::paintEvent(QPaintEvent* event) {
         tiles_.paint(painter, scene_, places_, area.translated(-origin));
         painter.translate(-origin);
     }
-    if (ring_.width <= 0) return;
     painter.translate(origin);
-    paintFocus(painter, ring_, deviceScale());
+    if (ring_.width > 0) paintFocus(painter, ring_, deviceScale());
+    if (finger_.width > 0) paintLoupe(painter, scene_, finger_, content(), deviceScale());
 }
 
 QRegion ScoreWindow::takeRepainted() {

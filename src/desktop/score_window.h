@@ -11,6 +11,7 @@
 #include "windows/tile.h"
 
 class QSettings;
+class QTouchEvent;
 
 namespace marlune {
 
@@ -68,6 +69,9 @@ class ScoreWindow : public QWidget {
     [[nodiscard]] virtual Box content() const = 0;            // its size at scale 1
     [[nodiscard]] virtual Box focusBox() const { return {}; } // the keyboard's cursor; width 0: none
 
+    [[nodiscard]] virtual Box fingerBox() const { return {}; } // the place under a finger; width 0: none
+    // Two fingers: the zoom follows their distance.
+    void pinch(const QTouchEvent& touch);
     [[nodiscard]] double scale() const; // logical pixels to a content pixel
     [[nodiscard]] QPointF contentAt(QPointF widgetPoint) const;
     [[nodiscard]] QRect widgetRect(const Box& box) const;
@@ -90,7 +94,10 @@ class ScoreWindow : public QWidget {
     Scene scene_;
     std::vector<QRect> places_; // of the scene on the device, from its own origin
     TileCache tiles_;
-    Box ring_; // of the keyboard, as last painted
+    Box finger_;            // shown large, as last painted
+    double pinchStart_ = 0; // distance of two fingers when they came down; 0: none
+    int pinchZoom_ = 100;   // and the zoom then
+    Box ring_;              // of the keyboard, as last painted
     QRegion repainted_;
     bool stale_ = true; // nothing has been shown at this size
 };

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QSettings>
+#include <QTouchEvent>
 #include <QWheelEvent>
 #include <algorithm>
 #include <array>
@@ -264,6 +265,40 @@ void SheetWindow::wheelEvent(QWheelEvent* event) {
     const QPointF at = contentAt(event->position());
     hand_.wheel(sheetSpotAt(view(), at.x(), at.y()), steps, event->modifiers().testFlag(Qt::ShiftModifier));
     follow(SheetWish::nothing);
+}
+
+// --- fingers: one acts where it is lifted, two zoom
+
+bool SheetWindow::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd: touch(*static_cast<QTouchEvent*>(event)); return true;
+        case QEvent::TouchCancel:
+            finger_ = {};
+            refresh();
+            return true;
+        default: return ScoreWindow::event(event);
+    }
+}
+
+void SheetWindow::touch(const QTouchEvent& touch) {
+    if (touch.type() == QEvent::TouchBegin) oneFinger_ = true;
+    if (touch.pointCount() != 1) oneFinger_ = false; // until all are lifted
+    pinch(touch);
+    const QPointF at = contentAt(touch.points().constFirst().position());
+    const SheetSpot spot = sheetSpotAt(view(), at.x(), at.y());
+    finger_ = oneFinger_ && touch.type() != QEvent::TouchEnd ? spot : SheetSpot{};
+    cursor_.drop();
+    if (touch.type() == QEvent::TouchEnd && oneFinger_)
+        follow(hand_.click(spot, {SheetButton::left, false, at.y()}));
+    else
+        refresh();
+}
+
+Box SheetWindow::fingerBox() const {
+    const bool small = finger_.part >= SheetPart::stepCap && finger_.part != SheetPart::none;
+    return small ? sheetBox(show_.form, finger_.part, finger_.module, finger_.column, finger_.row) : Box{};
 }
 
 // --- keyboard

@@ -40,6 +40,8 @@ class SheetWindow final : public ScoreWindow {
     Scene scene() override;
     [[nodiscard]] Box content() const override { return sheetSize(show_.form); }
     [[nodiscard]] Box focusBox() const override;
+    [[nodiscard]] Box fingerBox() const override;
+    bool event(QEvent* event) override;
 
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -57,11 +59,14 @@ class SheetWindow final : public ScoreWindow {
     void tellCursor();           // where it has moved, what its cell is called now
     void follow(SheetWish wish); // what a gesture leaves to the window; shows the outcome
     void hoverAt(QPointF point);
+    void touch(const QTouchEvent& touch);
     bool sheetKey(const QKeyEvent& event);
 
     SheetState state_;
     SheetShow show_;
     SheetHand hand_;
+    bool oneFinger_ = false; // since the first one came down
+    SheetSpot finger_;       // under a single finger; none
     SheetCursor cursor_;
     QString refusal_;
     SheetSpot toldSpot_;

@@ -1,5 +1,7 @@
 #include "windows/marks.h"
 
+#include <cmath>
+
 namespace marlune {
 
 namespace {
@@ -12,7 +14,8 @@ double channel(QRgb colour, int shift) {
 
 QRgb mixed(QRgb a, QRgb b, double share) {
     const auto part = [&](int shift) {
-        return static_cast<QRgb>(channel(a, shift) * (1 - share) + channel(b, shift) * share + 0.5) << shift;
+        const double value = channel(a, shift) * (1 - share) + channel(b, shift) * share;
+        return static_cast<QRgb>(std::lround(value)) << shift;
     };
     return rgb(part(0) | part(8) | part(16));
 }

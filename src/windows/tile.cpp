@@ -1,6 +1,8 @@
 #include "windows/tile.h"
 
 #include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -115,6 +117,39 @@ std::size_t qHash(const TileCache::Key& key, std::size_t seed) {
 
 void paintScene(QPainter& painter, const Scene& scene, double scale) {
     for (const Tile& tile : scene) paintTile(painter, tile, deviceArea(tile, scale), scale);
+}
+
+Box loupeOf(const Box& place, const Box& window) {
+    constexpr double kAway = 22; // from the place: a finger is wide
+    Box loupe{place.middleX() - place.width, place.y - kAway - 2 * place.height, 2 * place.width,
+              2 * place.height};
+    if (loupe.y < 4) loupe.y = place.bottom() + kAway;
+    loupe.x = std::clamp(loupe.x, 4.0, std::max(4.0, window.width - loupe.width - 4));
+    return loupe;
+}
+
+void paintLoupe(QPainter& painter, const Scene& scene, const Box& place, const Box& window, double scale) {
+    constexpr double kRadius = 6;
+    const Box at = loupeOf(place, window);
+    painter.save();
+    const QRectF frame(at.x * scale, at.y * scale, at.width * scale, at.height * scale);
+    QPainterPath shape;
+    shape.addRoundedRect(frame, kRadius * scale, kRadius * scale);
+    painter.setClipPath(shape);
+    painter.translate(
+        QPointF(frame.left() - place.x * 2 * scale, frame.top() - place.y * 2 * scale).toPoint());
+    for (const Tile& tile : scene) {
+        const QRect area = deviceArea(tile, 2 * scale);
+        const QRectF seen(place.x * 2 * scale, place.y * 2 * scale, frame.width(), frame.height());
+        if (seen.intersects(area)) paintTile(painter, tile, area, 2 * scale);
+    }
+    painter.restore();
+    painter.save();
+    painter.scale(scale, scale);
+    const Ink ink(painter, scale);
+    ink.frame(QRectF(at.x - 1, at.y - 1, at.width + 2, at.height + 2), kRadius + 1, palette::kText,
+              ink.snap(2));
+    painter.restore();
 }
 
 void paintFocus(QPainter& painter, const Box& box, double scale) {

@@ -107,6 +107,9 @@ std::size_t qHash(const TileCache::Key& key, std::size_t seed = 0);
 
 // The whole scene without a cache: for pictures and tests.
 void paintScene(QPainter& painter, const Scene& scene, double scale);
+// A place of the scene twice as large, for fingers that hide it: where it stands, and its picture.
+Box loupeOf(const Box& place, const Box& window);
+void paintLoupe(QPainter& painter, const Scene& scene, const Box& place, const Box& window, double scale);
 void paintFocus(QPainter& painter, const Box& box, double scale); // the ring of the keyboard
 
 } // namespace marlune

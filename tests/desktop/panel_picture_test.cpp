@@ -62,6 +62,48 @@ TEST(PanelLayout, TheTableSaysWhatTheDrawingSays) {
     }
 }
 
+TEST(PanelPicture, CapsAndPadsCarryWhatTheirStepsPlay) {
+    const PanelRect& cap = placedControl(Control::step103A, 5)->rect;
+    const PanelRect& pad = placedControl(Control::step109LED, 5)->rect;
+    PanelState state = patternMoment();
+    QImage before = paint(state);
+    for (const StepMark& mark :
+         {StepMark{0, true}, StepMark{12, true}, StepMark{12, false}, StepMark{5, true},
+          StepMark{5, true, true}, StepMark{5, true, false, true}, StepMark{5, true, false, true, true}}) {
+        state.marks[0][5] = mark;
+        const QImage after = paint(state);
+        EXPECT_GT(difference(before, after, cap), 1) << int{mark.note} << mark.sounds;
+        EXPECT_EQ(difference(before, after, placedControl(Control::step103B, 5)->rect), 0);
+        before = after;
+    }
+    for (const int rows : {1, 129, 255}) {
+        state.ghost[5] = static_cast<std::uint8_t>(rows);
+        const QImage after = paint(state);
+        EXPECT_GT(difference(before, after, pad), 10) << rows;
+        before = after;
+    }
+}
+
+TEST(PanelPicture, TheBubbleTellsTheKnobUnderThePointerAndNeverCoversIt) {
+    PanelState state = patternMoment();
+    state.setText(Control::tempoBPM, 0, "132");
+    state.values[7] = 99;
+    for (const Control control : {Control::knobSprite, Control::knobTempo}) {
+        for (int i = 0; i < controlInfo(control).count; ++i) {
+            const PlacedControl* knob = placedControl(control, i);
+            const Bubble bubble = bubbleOf(state, {knob, nullptr, nullptr});
+            const QRect box(bubble.rect.x, bubble.rect.y, bubble.rect.width, bubble.rect.height);
+            EXPECT_FALSE(
+                box.intersects(QRect(knob->rect.x, knob->rect.y, knob->rect.width, knob->rect.height)));
+            EXPECT_TRUE(QRect(0, 0, kPanelWidth, kPanelHeight).contains(box));
+        }
+    }
+    const PlacedControl* seventh = placedControl(Control::knobSprite, 7);
+    EXPECT_EQ(bubbleOf(state, {nullptr, seventh, nullptr}).text, "Knob 7\n99"); // while it is turned
+    EXPECT_EQ(bubbleOf(state, {placedControl(Control::knobTempo, 0), nullptr, nullptr}).text, "Tempo\n132");
+    EXPECT_EQ(bubbleOf(state, {seventh, placedControl(Control::Check1, 0), nullptr}).text, "");
+}
+
 TEST(PanelPicture, EveryFrameOfEverySpriteLooksUnlikeItsNeighbour) {
     for (int c = 0; c < kControls; ++c) {
         const auto control = static_cast<Control>(c);

@@ -1,6 +1,8 @@
 // The Pattern Sheet through real events: what reaches the record and the engine, and what it shows then.
+#include <QPointingDevice>
 #include <QSettings>
 #include <QSignalSpy>
+#include <memory>
 
 #include "sheet_fixture.h"
 
@@ -200,6 +202,33 @@ TEST_F(Sheet, WhatIsRepaintedInPiecesIsAsGoodAsWhole) {
                 ++different;
         }
     EXPECT_EQ(different, 0);
+}
+
+TEST_F(Sheet, AFingerActsWhereItIsLiftedAndTwoZoom) {
+    std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const QPoint from = pointOf(at(Part::pad, 2, 4, 2));
+    const QPoint to = pointOf(at(Part::pad, 2, 6, 2));
+    QTest::touchEvent(&window, screen.get()).press(0, from, &window);
+    const QImage held = window.grab().toImage();
+    QTest::touchEvent(&window, screen.get()).move(0, to, &window);
+    EXPECT_FALSE(padHit(4, 2) || padHit(6, 2));
+    QTest::touchEvent(&window, screen.get()).release(0, to, &window);
+    EXPECT_FALSE(padHit(4, 2));
+    EXPECT_TRUE(padHit(6, 2));
+    EXPECT_NE(
+        held.copy(QRect(from.x() - 10, from.y() - 70, 20, 40)),
+        window.grab().toImage().copy(QRect(from.x() - 10, from.y() - 70, 20, 40))); // shown large above it
+    window.setZoom(75);
+    const QPoint middle = window.rect().center();
+    QTest::touchEvent(&window, screen.get())
+        .press(0, middle - QPoint(100, 0), &window)
+        .press(1, middle + QPoint(100, 0), &window);
+    QTest::touchEvent(&window, screen.get())
+        .move(0, middle - QPoint(75, 0), &window)
+        .move(1, middle + QPoint(75, 0), &window);
+    EXPECT_EQ(window.zoom(), 75); // as small as it goes
+    QTest::touchEvent(&window, screen.get()).release(0, middle, &window).release(1, middle, &window);
+    EXPECT_TRUE(padHit(6, 2));
 }
 
 TEST_F(Sheet, PlaceSizeAndFormAreRemembered) {
