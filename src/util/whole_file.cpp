@@ -7,8 +7,12 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
 
 namespace marlune {
 
@@ -44,13 +48,53 @@ bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
     return true;
 }
 
-// The file behind a symbolic link; the path itself where there is none (yet).
-std::string resolved(const std::string& path) {
-    char* real = ::realpath(path.c_str(), nullptr);
-    if (real == nullptr) return path;
-    std::string result = real;
-    std::free(real);
-    return result;
+// The file behind a symbolic link; the path itself where there is none (yet). None where a link leads
+// nowhere.
+std::optional<std::string> resolved(const std::string& path) {
+    if (char* real = ::realpath(path.c_str(), nullptr)) {
+        std::string result = real;
+        std::free(real);
+        return result;
+    }
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode)) return std::nullopt;
+    return path;
+}
+
+// Whether a file may be put there: nothing is there yet, or a regular file that somebody may write.
+bool replaceable(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return true;
+    return S_ISREG(info.st_mode) && (info.st_mode & 0222U) != 0 && ::access(path.c_str(), W_OK) == 0;
+}
+
+constexpr std::size_t kNamePart = 200; // a name of the longest length has no room for more
+
+// Temporary files of a target are called ".NAME.PROCESS.XXXXXX", so that one can tell whose they are.
+std::string temporaryPrefix(const std::string& target) {
+    return "." + extractFileName(target).substr(0, kNamePart) + ".";
+}
+
+// A process that was killed while it saved has left its temporary file.
+void removeLeftovers(const std::string& folder, const std::string& target) {
+    const std::string prefix = temporaryPrefix(target);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename().string();
+        if (!name.starts_with(prefix)) continue;
+        const std::string rest = name.substr(prefix.size());
+        const std::size_t dot = rest.find('.');
+        int process = 0;
+        const auto [end, wrong] =
+            std::from_chars(rest.data(), rest.data() + std::min(dot, rest.size()), process);
+        if (wrong != std::errc{} || dot == std::string::npos || end != rest.data() + dot) continue;
+        if (::kill(process, 0) != 0 && errno == ESRCH) std::filesystem::remove(entry.path(), error);
+    }
+}
+
+// A limit on the size of files is a failed write, not the end of the program.
+void surviveFileLimits() {
+    [[maybe_unused]] static const auto once = std::signal(SIGXFSZ, SIG_IGN);
 }
 
 std::string folderOf(const std::string& path) {
@@ -90,12 +134,13 @@ FileBytes readFileStart(const std::string& path, std::size_t limit) {
 }
 
 bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes) {
-    const std::string target = resolved(path);
-    struct stat info {};
-    if (::stat(target.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) return false;
+    const std::optional<std::string> found = resolved(path);
+    if (!found || !replaceable(*found)) return false;
+    const std::string& target = *found;
     const std::string folder = folderOf(target);
-    constexpr std::size_t kNamePart = 200; // a name of the longest length has no room for more
-    std::string temporary = folder + "/." + extractFileName(target).substr(0, kNamePart) + ".XXXXXX";
+    surviveFileLimits();
+    removeLeftovers(folder, target);
+    std::string temporary = folder + "/" + temporaryPrefix(target) + std::to_string(::getpid()) + ".XXXXXX";
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC)); // creates exclusively: follows no planted link
     if (file.get() < 0) return false;
     const bool written =

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -71,6 +72,22 @@ TEST(Writing, FollowsTheUsersLinkAndNoPlantedOne) {
     EXPECT_EQ(std::filesystem::status(folder.file("real")).permissions(), std::filesystem::perms(0640));
     EXPECT_FALSE(writeFileAtomically(folder.file("no/such/folder"), bytes));
     EXPECT_FALSE(writeFileAtomically(folder.path, bytes));
+    std::filesystem::create_symlink("nowhere", folder.file("dangling"));
+    EXPECT_FALSE(writeFileAtomically(folder.file("dangling"), bytes));
+    std::filesystem::remove(folder.file("dangling"));
+    const pid_t limited = ::fork(); // a limit on file sizes is a failed write as well
+    if (limited == 0) {
+        const rlimit limit{2, 2};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        ::_exit(writeFileAtomically(folder.file("real"), std::vector<std::uint8_t>(9)) ? 1 : 0);
+    }
+    int status = -1;
+    ::waitpid(limited, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(readBytes(folder.file("real")), bytes);
+    std::filesystem::permissions(folder.file("real"), std::filesystem::perms(0444));
+    EXPECT_FALSE(writeFileAtomically(folder.file("real"), {}));
+    EXPECT_EQ(readBytes(folder.file("real")), bytes);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 2); // nothing else stays
 }
 
@@ -82,12 +99,12 @@ TEST(Writing, SurvivesBeingKilledAtAnyMoment) {
                                                    std::vector<std::uint8_t>(700000, 2)};
     writeBytes(file, contents[0]);
     int seen[2] = {0, 0};
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 200 || (round < 2000 && seen[1] == 0); ++round) {
         const pid_t child = ::fork();
         if (child == 0) {
             for (int i = 0;; ++i) writeFileAtomically(file, contents[i % 2]);
         }
-        ::usleep(static_cast<useconds_t>(200 + round * 37 % 4000));
+        ::usleep(static_cast<useconds_t>(200 + round * 37 % (4000 + 20 * round)));
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
         const auto found = readBytes(file);
@@ -97,6 +114,8 @@ TEST(Writing, SurvivesBeingKilledAtAnyMoment) {
     }
     EXPECT_GT(seen[0], 0);
     EXPECT_GT(seen[1], 0); // the kills did hit a process that was writing
+    EXPECT_TRUE(writeFileAtomically(file, contents[0]));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1); // nothing is left of them
 }
 
 } // namespace
