@@ -32,6 +32,7 @@ class AppShell {
   public:
     virtual ~AppShell() = default;
     virtual void showTitle(const std::string& title) = 0;
+    virtual void showModified(bool modified) = 0; // the mark of unsaved changes in the title
     virtual void showPointer(Pointer pointer) = 0;
     virtual void showStatus(const std::string& text) = 0; // MarluneStatus, until the next one
     // Of what has happened: shown for some seconds, then the lasting text is back. What comes while another

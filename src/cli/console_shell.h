@@ -11,6 +11,7 @@ class ConsoleShell final : public AppShell {
     void showTitle(const std::string& /*title*/) override {}
     void showPointer(Pointer /*pointer*/) override {}
     void showStatus(const std::string& text) override { status_ = text; }
+    void showModified(bool /*modified*/) override {}
     void showPassing(const std::string& text) override { status_ = text; }
     void showStatusBar(bool /*visible*/) override {}
     void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}

@@ -12,6 +12,7 @@
 #include "files/export_driver.h"
 #include "files/project_file.h"
 #include "program/default_project.h"
+#include "program/open_project.h"
 #include "program/startup.h"
 #include "rebirth/converter_form.h"
 #include "rebirth/rebirth_import.h"

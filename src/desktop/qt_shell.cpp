@@ -163,7 +163,7 @@ void QtShell::setHelpFile(const QString& path) {
 // --- frame
 
 void QtShell::showTitle(const std::string& title) {
-    window_->setWindowTitle(text(title));
+    window_->setWindowTitle(text(title) + QStringLiteral("[*]")); // the place of the mark
 }
 
 void QtShell::showPointer(Pointer pointer) {
@@ -178,6 +178,10 @@ void QtShell::showPointer(Pointer pointer) {
 
 void QtShell::showStatus(const std::string& status) {
     window_->showStatus(text(status));
+}
+
+void QtShell::showModified(bool modified) {
+    window_->setWindowModified(modified);
 }
 
 void QtShell::showPassing(const std::string& passing) {

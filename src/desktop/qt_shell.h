@@ -51,6 +51,7 @@ class QtShell final : public QObject, public AppShell {
     void showTitle(const std::string& title) override;
     void showPointer(Pointer pointer) override;
     void showStatus(const std::string& text) override;
+    void showModified(bool modified) override;
     void showPassing(const std::string& text) override;
     void showStatusBar(bool visible) override;
     void showMenu(Menu menu, const MenuState& state) override;

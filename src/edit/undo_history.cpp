@@ -4,6 +4,7 @@
 
 #include "boundary/menus.h"
 #include "edit/musical_state.h"
+#include "panel/editing.h"
 #include "project/run_state.h"
 
 namespace marlune {
@@ -13,10 +14,18 @@ namespace {
 constexpr std::size_t kMaxBytes = 16U << 20U;
 constexpr int kMergeMs = 1000;
 
+// The file that the project is named after, which Open changes with the music.
+struct ProjectName {
+    std::string fileName;
+    bool asks = false;
+    bool operator==(const ProjectName&) const = default;
+};
+
 struct Step {
     MusicDifference difference;
     int kind = 0;
     std::size_t bytes = 0;
+    ProjectName nameBefore{}, nameAfter{};
 };
 
 struct History {
@@ -27,6 +36,7 @@ struct History {
     bool recording = false;        // the bracket of a recording pass is held open
     unsigned generation = 0;       // of the record that the steps belong to
     std::vector<std::uint8_t> before;
+    ProjectName nameBefore;
     CStopWatch sinceLast;
 };
 
@@ -40,14 +50,26 @@ void showMenus() {
     setMenuEnabled(Menu::mnuEditRedo, !history().undone.empty());
 }
 
-bool recordReplaced() {
+ProjectName presentName() {
+    return {editingState->projectFileName, editingState->saveAsks};
+}
+
+// A step that came with another file goes with that file's name; what is there now is in neither file.
+void takeName(const ProjectName& from, const ProjectName& to) {
+    if (from == to) return;
+    nameProject(to.fileName);
+    if (to.asks) doubtProjectFile();
+    markProject();
+}
+
+bool recordIsAnother() {
     return history().generation != editingState->recordGeneration;
 }
 
 void keep(MusicDifference difference, int kind) {
     History& h = history();
     const std::size_t bytes = sizeOf(difference);
-    h.done.push_back({std::move(difference), kind, bytes});
+    h.done.push_back({std::move(difference), kind, bytes, h.nameBefore, presentName()});
     h.bytes += bytes;
     while (h.bytes > kMaxBytes && h.done.size() > 1) {
         h.bytes -= h.done.front().bytes;
@@ -71,7 +93,7 @@ bool continues(int kind) {
 }
 
 bool ready(const std::deque<Step>& steps) {
-    if (recordReplaced()) clearUndoHistory();
+    if (recordIsAnother()) clearUndoHistory();
     return history().depth == 0 && !history().recording && !steps.empty();
 }
 
@@ -80,14 +102,23 @@ bool ready(const std::deque<Step>& steps) {
 void beginEdit() {
     History& h = history();
     if (h.depth++ > 0 || h.recording) return;
-    if (recordReplaced()) clearUndoHistory();
+    if (recordIsAnother()) clearUndoHistory();
     h.before = captureMusic();
+    h.nameBefore = presentName();
+}
+
+void restartEdit() {
+    History& h = history();
+    if (h.depth == 0 || h.recording) return;
+    if (recordIsAnother()) clearUndoHistory();
+    h.before = captureMusic();
+    h.nameBefore = presentName();
 }
 
 void endEdit(int kind) {
     History& h = history();
     if (h.depth == 0 || --h.depth > 0) return;
-    if (recordReplaced()) {
+    if (recordIsAnother()) {
         clearUndoHistory();
         return;
     }
@@ -119,7 +150,7 @@ void endGesture() {
 
 void abandonEdit() {
     History& h = history();
-    if (h.depth != 1 || h.recording || recordReplaced()) {
+    if (h.depth != 1 || h.recording || recordIsAnother()) {
         endEdit();
         return;
     }
@@ -135,6 +166,7 @@ void mnuEditUndo_Click() {
     Step step = take(h.done);
     h.bytes -= step.bytes;
     applyMusic(step.difference, Side::before);
+    takeName(step.nameAfter, step.nameBefore);
     h.undone.push_back(std::move(step));
     showMenus();
 }
@@ -145,6 +177,7 @@ void mnuEditRedo_Click() {
     Step step = take(h.undone);
     h.bytes += step.bytes;
     applyMusic(step.difference, Side::after);
+    takeName(step.nameBefore, step.nameAfter);
     h.done.push_back(std::move(step));
     showMenus();
 }

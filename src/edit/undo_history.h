@@ -3,8 +3,8 @@
 //
 // The routes of pointer, keys, menus and MIDI input bracket what they set off by beginEdit and endEdit; what
 // has changed in between is one step. Brackets nest: the outermost counts. While the song is being recorded
-// the bracket stays open until recording ends. Loading, File New and the mode switch end the history.
-// User-interface thread.
+// the bracket stays open until recording ends. Opening a file is a step, with the name of the project; File
+// New and the mode switch end the history. User-interface thread.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +12,10 @@
 namespace marlune {
 
 void beginEdit();
+
+// Inside a bracket: what it will be compared with is the present state. For a command that first puts the
+// record where its edit can be taken back.
+void restartEdit();
 
 // kind: 0, or a number that is the same for edits which follow each other quickly as one gesture (the notches
 // of a wheel, the messages of a controller): they become one step within a second of each other.

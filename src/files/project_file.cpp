@@ -69,18 +69,6 @@ bool takeFile(const FileBytes& file) {
     return true;
 }
 
-// Asks for a name through the dialog; empty when it was left without one.
-std::string askName(bool save) {
-    dlgCommonDialog.save = save;
-    dlgCommonDialog.title.clear();
-    dlgCommonDialog.filter = kFilter;
-    dlgCommonDialog.defaultExtension = kExtension;
-    std::string name = shell().fileDialog(dlgCommonDialog);
-    shell().letPaintRun();
-    if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);
-    return name;
-}
-
 void saveAs(const std::string& name) {
     shell().showPointer(Pointer::hourglass);
     shell().letPaintRun();
@@ -92,8 +80,9 @@ void saveAs(const std::string& name) {
 void saveProject(bool underNewName) {
     releaseCtrl();
     std::string name = editingState->projectFileName;
+    if (editingState->saveAsks && wannaOverwrite(name) != 1) underNewName = true;
     while (underNewName) {
-        name = askName(true);
+        name = askProjectName(true);
         if (name.empty()) return;
         if (wannaOverwrite(name) == 1) break; // else the dialog is shown again
     }
@@ -103,14 +92,25 @@ void saveProject(bool underNewName) {
 } // namespace
 
 bool loadProjectFile(const std::string& fileName) {
-    recordReplaced();
     if (takeFile(readFileStart(fileName, kLargestFile))) return true;
     shell().messageBox("File Open Error : \nThe file being opened is not a valid Marlune file.",
                        BoxIcon::exclamation, BoxButtons::ok);
     return false;
 }
 
-bool saveProjectFile(const std::string& fileName) {
+std::string askProjectName(bool save) {
+    dlgCommonDialog.save = save;
+    dlgCommonDialog.title.clear();
+    dlgCommonDialog.filter = kFilter;
+    dlgCommonDialog.defaultExtension = kExtension;
+    dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
+    std::string name = shell().fileDialog(dlgCommonDialog);
+    shell().letPaintRun();
+    if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);
+    return name;
+}
+
+std::vector<std::uint8_t> projectBytes() {
     ProjectRecord record = songPosition->songMode ? patternImage : project;
     record.tempo = project.tempo; // outlasts song mode, as it does at the switch
     cueCurrent(record);           // as a load leaves it
@@ -121,6 +121,11 @@ bool saveProjectFile(const std::string& fileName) {
     std::memcpy(bytes.data() + kCountOffset, &count, sizeof count);
     bytes.insert(bytes.end(), song.begin(), song.end());
     bytes.resize(bytes.size() + kPackedEntrySize); // the entry that carries nothing
+    return bytes;
+}
+
+bool saveProjectFile(const std::string& fileName) {
+    const std::vector<std::uint8_t> bytes = projectBytes();
     if (!writeFileAtomically(fileName, bytes)) {
         shell().messageBox("Can't save " + extractFileName(fileName) + ".\nThe file on disk is as it was.",
                            BoxIcon::exclamation, BoxButtons::ok);
@@ -131,38 +136,12 @@ bool saveProjectFile(const std::string& fileName) {
     return true;
 }
 
-void mnuFileOpenPatt_Click() {
-    releaseCtrl();
-    if (wannaSaveYourWorkCancel()) return;
-    dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
-    const std::string name = askName(false);
-    if (name.empty()) return;
-    if (songPosition->songMode) SongSwitch(false);
-    showFrame(Control::sel109, project.drum.selDrum, 0);
-    shell().showPointer(Pointer::hourglass);
-    shell().letPaintRun();
-    loadProjectFile(name);
-    refreshTempo();
-    refreshAll();
-    nameProject(name);
-    shell().showPointer(Pointer::normal);
-}
-
 void mnuFileSavePatt_Click() {
     saveProject(editingState->projectFileName == kUntitled);
 }
 
 void mnuSaveAs_Click() {
     saveProject(true);
-}
-
-void OpenOnLoad(const std::string& fileName) {
-    shell().showPointer(Pointer::hourglass);
-    loadProjectFile(fileName);
-    shell().showPointer(Pointer::normal);
-    refreshAll();
-    refreshTempo();
-    nameProject(fileName);
 }
 
 bool wannaSaveYourWorkCancel() {

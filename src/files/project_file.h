@@ -4,7 +4,9 @@
 // song_packing.h, and one entry more that carries nothing. User-interface thread.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace marlune {
 
@@ -16,12 +18,14 @@ bool loadProjectFile(const std::string& fileName);
 // failure leaves the old file, projectDirty and the title, and is told in a message box.
 bool saveProjectFile(const std::string& fileName);
 
-void mnuFileOpenPatt_Click();
+// What a save writes now.
+std::vector<std::uint8_t> projectBytes();
+
+// Asks for a name through the dialog, which proposes the project's; empty when it was left without one.
+std::string askProjectName(bool save);
+
 void mnuFileSavePatt_Click();
 void mnuSaveAs_Click();
-
-// Opens the project named on the command line.
-void OpenOnLoad(const std::string& fileName);
 
 // Asks about unsaved work; true means the caller must give up: the user cancelled, or wanted to save and that
 // did not happen.

@@ -7,11 +7,17 @@
 namespace marlune {
 
 void markProject() {
+    if (!editingState->projectDirty) shell().showModified(true);
     editingState.write().projectDirty = true;
+}
+
+void doubtProjectFile() {
+    editingState.write().saveAsks = true;
 }
 
 void nameProject(const std::string& fileName) {
     editingState.write().projectFileName = fileName;
+    editingState.write().saveAsks = false;
     forgetUnsavedChanges();
     showProjectTitle(extractFileName(fileName));
 }
@@ -21,6 +27,7 @@ void showProjectTitle(const std::string& fileName) {
 }
 
 void forgetUnsavedChanges() {
+    if (editingState->projectDirty) shell().showModified(false);
     editingState.write().projectDirty = false;
 }
 

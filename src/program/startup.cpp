@@ -12,6 +12,7 @@
 #include "panel/scaling.h"
 #include "panel/shown_state.h"
 #include "program/default_project.h"
+#include "program/open_project.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
 #include "project/song_track.h"

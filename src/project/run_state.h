@@ -58,10 +58,11 @@ struct EditingState {
     bool ctrlDown = false;                   // the Control key is held
     bool projectDirty = false;               // the project has unsaved changes
     std::string projectFileName = kUntitled; // kUntitled for a project without a file
-    bool savedSongMode = false;              // songMode at the last save since the start
-    unsigned recordGeneration = 0;           // counts loads, new projects and mode switches
-    std::string patternCopyStatus;           // status text of the last copy in pattern mode
-    std::string songCopyStatus;              // and in song mode
+    bool saveAsks = false; // the file of that name was not taken: its first save asks like any other file
+    bool savedSongMode = false;    // songMode at the last save since the start
+    unsigned recordGeneration = 0; // counts loads, new projects and mode switches
+    std::string patternCopyStatus; // status text of the last copy in pattern mode
+    std::string songCopyStatus;    // and in song mode
 };
 extern Owned<EditingState> editingState;
 

@@ -20,9 +20,9 @@ FileBytes readFileStart(const std::string& path, std::size_t limit);
 
 // Replaces a file by these bytes so that a reader sees the old or the new content, never a mixture, whatever
 // happens meanwhile: temporary file of a fresh name in the same folder, flushed to disk, renamed over the old
-// one. A symbolic link keeps pointing at its target, which is replaced. False when it failed, also where the link
-// points at nothing or the file is read-only; the old file then stands and no temporary file stays. What a killed
-// process has left of an earlier attempt at the same file goes with the next one.
+// one. A symbolic link keeps pointing at its target, which is replaced. False when it failed, also where the
+// link points at nothing or the file is read-only; the old file then stands and no temporary file stays. What
+// a killed process has left of an earlier attempt at the same file goes with the next one.
 bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
 
 // True when name is not empty and names a regular file.

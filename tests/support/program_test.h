@@ -28,6 +28,7 @@
 #include "panel/shown_state.h"
 #include "panel/step_editing.h"
 #include "program/default_project.h"
+#include "program/open_project.h"
 #include "program/startup.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"

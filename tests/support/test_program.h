@@ -61,6 +61,7 @@ class ScriptedShell final : public AppShell {
     void showTitle(const std::string& text) override { title = text; }
     void showPointer(Pointer /*pointer*/) override {}
     void showStatus(const std::string& text) override { status = text; }
+    void showModified(bool on) override { modified = on; }
     void showPassing(const std::string& text) override { passing.push_back(text); }
     void showStatusBar(bool visible) override { statusBar = visible; }
     void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
@@ -82,7 +83,7 @@ class ScriptedShell final : public AppShell {
 
     std::string title, status;
     std::vector<std::string> passing; // texts of what has happened
-    bool statusBar = false, panel = false;
+    bool statusBar = false, panel = false, modified = false;
     std::vector<std::string> boxes;               // texts of the message boxes
     std::deque<BoxAnswer> answers;                // to the next boxes; then the refusing button
     std::deque<std::string> fileNames;            // of the next file dialogs; then none

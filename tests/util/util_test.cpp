@@ -115,7 +115,8 @@ TEST(Writing, SurvivesBeingKilledAtAnyMoment) {
     EXPECT_GT(seen[0], 0);
     EXPECT_GT(seen[1], 0); // the kills did hit a process that was writing
     EXPECT_TRUE(writeFileAtomically(file, contents[0]));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1); // nothing is left of them
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}),
+              1); // nothing is left of them
 }
 
 } // namespace
