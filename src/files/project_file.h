@@ -4,13 +4,18 @@
 // song_packing.h, and one entry more that carries nothing. User-interface thread.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace marlune {
 
 // Reads a file into project and tracks and brings component and panel up to date. A file that is not one
 // gives the message box; what had been read by then stays. True when the whole file was taken.
 bool loadProjectFile(const std::string& fileName);
+
+// The project as a file holds it (in song mode the patterns as they stood when it began).
+std::vector<std::uint8_t> projectFileBytes();
 
 // Writes the project (in song mode the patterns as they stood when it began) as a whole or not at all. A
 // failure leaves the old file, projectDirty and the title, and is told in a message box.

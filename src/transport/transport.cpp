@@ -9,6 +9,7 @@
 #include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
+#include "panel/silent_accents.h"
 #include "panel/shown_state.h"
 #include "project/global_config.h"
 #include "project/recording.h"
@@ -102,6 +103,7 @@ void playButton() {
         stopAndTakeCues();
     } else {
         start();
+        tellSilentAccents();
     }
 }
 
