@@ -1,5 +1,5 @@
-// Makes the demo projects: make_examples FOLDER writes harbour_nights.mlp and tide_pool.mlp there, and the
-// starter configuration into the folder's subfolder "starter".
+// Makes the demo projects: make_examples FOLDER writes harbour_nights.mlp, tide_pool.mlp and slow_lantern.mlp
+// there, and the starter project and configuration into the folder's subfolder "starter".
 //
 // Patterns are written as text. Bass: sixteen steps of a note name C..B or C' with ^ octave up, _ octave
 // down, ! accent, or - for a rest. Drums: one line of sixteen per row, x a hit.
@@ -64,7 +64,7 @@ constexpr DrumText kDrumTexts[kPatterns] = {
 constexpr int kSilence = kPatterns - 1; // pattern 8 of bank D: where the song has ended
 
 void writeBass(BassPattern& pattern, const std::string& text) {
-    constexpr const char* kNames[] = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B", "C'"};
+    constexpr const char* kNames[] = {"C", "C#", "D", "Eb", "E", "F", "F#", "G", "G#", "A", "Bb", "B", "C'"};
     std::istringstream words(text);
     std::string word;
     for (BassStep& step : pattern.steps) {
@@ -111,8 +111,8 @@ void select(int module, int patt) {
 
 // The knobs of the jam, also where the song's knobs start.
 void setKnobs() {
-    constexpr int kValues[kKnobs] = {62, 84,  70,  58, 64, 112, 48, 60, 54, 72,
-                                     64, 104, 112, 92, 84, 62,  54, 60, 78, 118};
+    constexpr int kValues[kKnobs] = {62, 84,  70,  58, 12, 112, 48, 60, 54, 72,
+                                     96, 104, 104, 92, 84, 72,  66, 70, 78, 104};
     for (int k = 0; k < kKnobs; ++k) project.knobValue[k] = kValues[k];
 }
 
@@ -195,6 +195,64 @@ bool makeJam(const std::string& path) {
     return saveProjectFile(path);
 }
 
+// A slow line that shows what the six knobs of a bass do: four bars each, then all of them at once.
+constexpr BassText kSlowLine[] = {
+    "C_! - C_ C - Eb C_ - C_! Bb_ - C - G_ F_! -", "C_! - C_ C - Eb C_ - F_! F - Eb - C_ Bb_! C",
+    "C_! C_ - C' - G_ C_ - C_! - Eb G - Bb_ C_! -", "G_! - G_ Bb_ - C G_ - Bb_! C_ - Eb - F_ G_! Bb_"};
+constexpr BassText kSlowChord = "- - - - G - - - - - - - Eb - - -";
+constexpr DrumText kSlowDrums[] = {
+    {{"x.......x.......", "....x.......x...", kNone, "..x...x...x...x.", kNone, kNone, kNone, kNone}},
+    {{"x.....x...x.....", "....x.......x...", "............x...", "x.x.x.x.x.x.x.x.", "...x......x.....",
+      "......x.......x.", "..............xx", "....x..........."}},
+};
+constexpr int kSlowKnobs[kBassKnobs] = {44, 72, 64, 60, 0, 108};
+constexpr int kBarsOfKnob = 4;
+
+// Along its four bars a knob goes down to one end, up to the other and back to where it stands.
+double showOff(int knob, double along) {
+    const double start = kSlowKnobs[knob], low = knob == 5 ? 60 : 0;
+    if (along < 0.25) return start + (low - start) * along * 4;
+    if (along < 0.75) return low + (127 - low) * (along - 0.25) * 2;
+    return 127 + (start - 127) * (along - 0.75) * 4;
+}
+
+bool makeSlowLine(const std::string& path) {
+    project.tempo = 104;
+    for (int p = 0; p < 4; ++p) writeBass(project.bass[0].patterns[0][p], kSlowLine[p]);
+    writeBass(project.bass[1].patterns[0][0], kSlowChord);
+    for (int p = 0; p < 2; ++p) writeDrums(project.drum.patterns[0][p], kSlowDrums[p]);
+    std::array<int, kKnobs> knobs{44,  72,  64,  60,  0,  108, 30, 40, 50, 80,
+                                  100, 104, 116, 104, 84, 80,  70, 72, 86, 122};
+    for (int k = 0; k < kKnobs; ++k) project.knobValue[k] = knobs[k];
+    initKnobTrack(knobs);
+    fillBarTrack({0, 0, 0}, {0, 0, 0});
+    constexpr int kSolos = kBassKnobs * kBarsOfKnob, kBars = kSolos + 8;
+    for (int bar = 0; bar < kBars; ++bar) {
+        setBar(0, bar * kTicksPerBar, 0, bar % 4);
+        setBar(kDrumModule, bar * kTicksPerBar, 0, bar % 4 == 3 || bar >= kSolos ? 1 : 0);
+    }
+    for (int t = 0; t < kBars * kTicksPerBar; ++t) {
+        const int knob = t / (kBarsOfKnob * kTicksPerBar);
+        const double along =
+            static_cast<double>(t % (kBarsOfKnob * kTicksPerBar)) / (kBarsOfKnob * kTicksPerBar);
+        if (knob < kBassKnobs) knobTrack[knob][t] = knobByte(showOff(knob, along));
+        for (int k = 0; knob >= kBassKnobs && k < kBassKnobs; ++k)
+            knobTrack[k][t] = knobByte(70 + 50 * std::sin(t * (0.021 + 0.009 * k)));
+    }
+    return saveProjectFile(path);
+}
+
+// Where a new project may begin: everything fresh, the knobs where they are heard.
+bool makeStarter(const std::string& path) {
+    constexpr int kValues[kKnobs] = {48, 72,  64,  56,  0,  112, 40, 64, 56, 64,
+                                     96, 112, 110, 100, 96, 84,  76, 84, 90, 120};
+    std::array<int, kKnobs> knobs{};
+    for (int k = 0; k < kKnobs; ++k) knobs[k] = project.knobValue[k] = kValues[k];
+    initKnobTrack(knobs);
+    fillBarTrack({0, 0, 0}, {0, 0, 0});
+    return saveProjectFile(path);
+}
+
 } // namespace
 
 } // namespace marlune
@@ -211,7 +269,8 @@ int main(int argc, char** argv) {
         bool (*make)(const std::string& path);
     };
     for (const auto& [name, make] :
-         {Example{"/harbour_nights.mlp", makeSong}, Example{"/tide_pool.mlp", makeJam}}) {
+         {Example{"/harbour_nights.mlp", makeSong}, Example{"/tide_pool.mlp", makeJam},
+          Example{"/slow_lantern.mlp", makeSlowLine}, Example{"/starter/new.mlp", makeStarter}}) {
         resetProgram();
         StartupHooks hooks;
         hooks.openDevices = false;

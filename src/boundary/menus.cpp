@@ -21,6 +21,7 @@ constexpr MenuRow kLine{Menu::separator, MenuKind::line, "", "", ""};
 constexpr MenuRow kRows[] = {
     MARLUNE_MENU(mnuFile, "&File"),
     MARLUNE_ENTRY(mnuFileNew, "&New", ""),
+    MARLUNE_ENTRY(mnuFileNewStarter, "New from S&tarter", ""),
     kLine,
     MARLUNE_ENTRY(mnuFileOpenPatt, "&Open", "Ctrl+O"),
     MARLUNE_ENTRY(mnuFileSavePatt, "&Save", "Ctrl+S"),
@@ -29,6 +30,7 @@ constexpr MenuRow kRows[] = {
     MARLUNE_ENTRY(mnuFileImportRebPatt, "Import ReBirth Patterns", ""),
     MARLUNE_ENTRY(mnuFileRebirthImport, "Import ReBirth Song", ""),
     MARLUNE_ENTRY(mnuFileExport, "Export to .MID", ""),
+    MARLUNE_ENTRY(mnuFileExportWav, "Export to .&WAV", ""),
     kLine,
     MARLUNE_ENTRY(mnuFileConvert, "Convert Rebirth to .MID", ""),
     kLine,

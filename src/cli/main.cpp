@@ -18,7 +18,9 @@ struct Verb {
 constexpr Verb kVerbs[] = {
     {"play", playVerb,
      "PROJECT.mlp [--song] [--bar N] [--bars N] [--out DEVICE] [--config DIR] [--log FILE] [--fast]"},
-    {"render", renderVerb, "PROJECT.mlp OUT.wav [--song] [--bar N] [--bars N]"},
+    {"render", renderVerb,
+     "PROJECT.mlp OUT.wav [--song] [--bar N] [--bars N] [--stems] [--rate 44100|48000] [--bits 16|24]\n"
+     "    [--config DIR] [--progress]"},
     {"export", exportVerb, "PROJECT.mlp OUT.mid [--config DIR] [--bar FIRST] [--bars COUNT]"},
     {"import", importVerb, "SONG.rbs OUT.mlp [--patterns-only]"},
     {"convert", convertVerb,

@@ -1,4 +1,4 @@
-// play, render, resave and ports.
+// play, resave and ports.
 #include <unistd.h>
 
 #include <cstdio>
@@ -7,7 +7,6 @@
 #include "cli/session.h"
 #include "cli/verbs.h"
 #include "files/project_file.h"
-#include "platform/synth_renderer.h"
 #include "project/song_track.h"
 #include "song/mode_switch.h"
 #include "song/song_moves.h"
@@ -18,7 +17,6 @@ namespace marlune {
 namespace {
 
 constexpr int kDefaultBars = 4;
-constexpr int kTailSeconds = 2; // for what still rings after the last bar
 
 using Kind = OptionRow::Kind;
 const std::vector<OptionRow> kPlayOptions = {
@@ -30,18 +28,6 @@ const std::vector<OptionRow> kPlayOptions = {
     {"--log", Kind::text},
     {"--fast", Kind::flag},
 };
-const std::vector<OptionRow> kRenderOptions = {
-    {"--song", Kind::flag}, {"--bar", Kind::number, 1, kSongBars}, {"--bars", Kind::number, 1, 1000}};
-
-// Loads a project and goes to where playing is to start; false where the file is refused, which was told.
-bool takeProject(const std::string& name, const Arguments& arguments) {
-    if (!loadProjectFile(name)) return false;
-    if (!arguments.has("--song")) return true;
-    if (!songPosition->songMode) SongSwitch(true);
-    moveSongForward(arguments.number("--bar", 1) - 1, true, true);
-    return true;
-}
-
 std::string digit(int bank, int patt) {
     return std::string(1, static_cast<char>('A' + bank)) + std::to_string(patt + 1);
 }
@@ -68,6 +54,14 @@ int refuse(const std::string& text) {
     return 1;
 }
 
+bool takeProject(const std::string& name, const Arguments& arguments) {
+    if (!loadProjectFile(name)) return false;
+    if (!arguments.has("--song")) return true;
+    if (!songPosition->songMode) SongSwitch(true);
+    moveSongForward(arguments.number("--bar", 1) - 1, true, true);
+    return true;
+}
+
 int playVerb(const Words& words) {
     Arguments arguments;
     if (const auto wrong = arguments.parse(words, kPlayOptions, 1)) return refuse(*wrong);
@@ -89,22 +83,6 @@ int playVerb(const Words& words) {
         return refuse("Can't write " + arguments.text("--log"));
     }
     return 0;
-}
-
-int renderVerb(const Words& words) {
-    Arguments arguments;
-    if (const auto wrong = arguments.parse(words, kRenderOptions, 2)) return refuse(*wrong);
-    if (arguments.has("--bar") && !arguments.has("--song")) return refuse("--bar goes with --song");
-    SynthRenderer synth;
-    if (!synth.ready()) return refuse("No sound font was found.");
-    SessionOptions options;
-    options.render = &synth;
-    Session session(options);
-    if (!takeProject(arguments.files[0], arguments)) return 1;
-    session.play(arguments.number("--bars", kDefaultBars), [] {});
-    const double seconds = static_cast<double>(session.virtualNs()) / 1e9 + kTailSeconds;
-    const auto samples = toInt16(synth.render(static_cast<int>(seconds * SynthRenderer::kSampleRate)));
-    return writeWav(arguments.files[1], samples) ? 0 : refuse("Can't write " + arguments.files[1]);
 }
 
 int resaveVerb(const Words& words) {

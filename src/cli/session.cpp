@@ -102,6 +102,10 @@ Session::~Session() {
 }
 
 void Session::chooseDevice(const std::string& device) {
+    if (device.empty() && config.midiOutDevice < 0) {
+        std::fputs("No output is configured: the built-in synthesizer plays.\n", stderr);
+        config.midiInDevice = config.midiOutDevice = config.syncOutDevice = 0;
+    }
     if (device.empty()) return;
     OutputDevices& outputs = platform_->outputs();
     int index = -1;

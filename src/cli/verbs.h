@@ -16,6 +16,11 @@ int exportVerb(const Words& words);
 int importVerb(const Words& words);
 int convertVerb(const Words& words);
 
+class Arguments;
+
+// Loads a project and goes to where --song and --bar say; false where the file is refused, which was told.
+bool takeProject(const std::string& name, const Arguments& arguments);
+
 // Tells what is wrong and returns the exit status for it.
 int refuse(const std::string& text);
 

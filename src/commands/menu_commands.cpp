@@ -13,9 +13,11 @@
 #include "files/project_file.h"
 #include "program/default_project.h"
 #include "program/open_project.h"
+#include "program/starter.h"
 #include "program/startup.h"
 #include "rebirth/converter_form.h"
 #include "rebirth/rebirth_import.h"
+#include "render/wav_export.h"
 #include "setup/config_file.h"
 #include "setup/memorizer.h"
 #include "setup/midi_devices.h"
@@ -32,12 +34,14 @@ struct MenuCommand {
 
 constexpr MenuCommand kCommands[] = {
     {Menu::mnuFileNew, mnuFileNew_Click},
+    {Menu::mnuFileNewStarter, mnuFileNewStarter_Click},
     {Menu::mnuFileOpenPatt, mnuFileOpenPatt_Click},
     {Menu::mnuFileSavePatt, mnuFileSavePatt_Click},
     {Menu::mnuSaveAs, mnuSaveAs_Click},
     {Menu::mnuFileImportRebPatt, mnuFileImportRebPatt_Click},
     {Menu::mnuFileRebirthImport, mnuFileRebirthImport_Click},
     {Menu::mnuFileExport, mnuFileExport_Click},
+    {Menu::mnuFileExportWav, mnuFileExportWav_Click},
     {Menu::mnuFileConvert, mnuFileConvert_Click},
     {Menu::mnuFileExit, mnuFileExit_Click},
     {Menu::mnuEditCut, mnuEditCut_Click},

@@ -9,12 +9,14 @@
 #include "files/export_driver.h"
 #include "panel/key_slider.h"
 #include "panel/shown_state.h"
+#include "program/starter.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
 #include "project/run_state.h"
 #include "project/song_track.h"
 #include "rebirth/converter_form.h"
 #include "rebirth/error_form.h"
+#include "render/wav_export.h"
 #include "setup/config_file.h"
 #include "setup/memorizer.h"
 #include "setup/midi_devices.h"
@@ -35,8 +37,9 @@ void renewAll(Forms&... forms) {
 } // namespace
 
 void resetProgram() {
-    renewAll(memorizer, songRandomizer, patternCopyForm, exportForm, exportMeter, calculator, midiSetupForm,
-             midiOutputForm, midiInputForm, customizeForm, rebirthToMidiForm, errorForm);
+    renewAll(memorizer, songRandomizer, patternCopyForm, exportForm, exportMeter, wavExportForm, wavMeter,
+             calculator, midiSetupForm, midiOutputForm, midiInputForm, customizeForm, rebirthToMidiForm,
+             errorForm);
     project = {};
     patternImage = {};
     resetRunState();
@@ -44,6 +47,8 @@ void resetProgram() {
     resetClipboards();
     resetGlobalConfig();
     setConfigFolder("");
+    setExamplesFolder("");
+    setRenderProgram("");
     resetShownState();
     resetMenus();
     resetDrags();

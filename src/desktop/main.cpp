@@ -16,12 +16,14 @@
 #include "desktop/main_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
+#include "desktop/sound_meter.h"
 #include "desktop/theme.h"
 #include "engine/engine_runner.h"
 #include "midi/midi_input.h"
 #include "platform/config_folder.h"
 #include "platform/instance_lock.h"
 #include "platform/platform.h"
+#include "platform/settings_file.h"
 #include "platform/signals.h"
 #include "program/startup.h"
 #include "project/run_state.h"
@@ -59,11 +61,20 @@ QString helpFile() {
     return {};
 }
 
+// The demo songs and the starter: where they are installed, or in the sources.
+std::string examplesFolder() {
+    const QString folder = QApplication::applicationDirPath();
+    for (const char* place : {"/../share/marlune200q/examples", "/../../../examples"}) {
+        if (QFileInfo::exists(folder + place)) return (folder + place).toStdString();
+    }
+    return {};
+}
+
 // Devices, engine and the pumps that bring their messages here; connected while it lives.
 class Machine {
   public:
     explicit Machine(const std::string& folder)
-        : platform_({.stateFile = folder + "/devices.state"}),
+        : platform_({.stateFile = folder + "/devices.state", .room = roomWanted(folder)}),
           engine_(platform_.clock(), platform_.outputs()) {
         setEngineComponent(&engine_);
         setOutputDevices(&platform_.outputs());
@@ -84,6 +95,7 @@ class Machine {
     Machine& operator=(const Machine&) = delete;
 
     [[nodiscard]] int windowHandle() const { return engineWake_.fd; }
+    [[nodiscard]] Platform& platform() { return platform_; }
 
   private:
     WakeDescriptor engineWake_, midiWake_;
@@ -120,8 +132,11 @@ int run(int argc, char** argv) {
         return 1;
     }
     const std::string folder = configFolder();
-    const Machine machine(folder);
+    Machine machine(folder);
     const FdPump signalPump(terminations.fd(), endBySignal);
+    qt.window().showSound({.peak = [&machine] { return machine.platform().soundPeak(); },
+                           .mute = [&machine](bool on) { machine.platform().muteSound(on); },
+                           .sounding = [&machine] { return !machine.platform().soundDriver().empty(); }});
     qt.mayClose = MDIForm_QueryUnload;
     qt.closing = MDIForm_Unload;
     resetProgram();
@@ -133,6 +148,7 @@ int run(int argc, char** argv) {
     };
     hooks.showSplash = [&qt](bool visible) { visible ? qt.showSplash() : qt.hideSplash(); };
     hooks.windowHandle = machine.windowHandle();
+    hooks.examplesFolder = examplesFolder();
     hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());
     startupMain(commandLine(QApplication::arguments()), hooks);
     return transportState->programClosing ? 0 : QApplication::exec();

@@ -11,6 +11,7 @@
 
 #include "commands/panel_events.h"
 #include "desktop/panel_widget.h"
+#include "desktop/sound_meter.h"
 
 namespace marlune {
 
@@ -56,6 +57,7 @@ MainWindow::MainWindow() : panel_(new PanelWidget), stage_(new PanelHolder(panel
     setCentralWidget(stage_);
     menuBar()->setFixedHeight(26);
     statusBar()->setSizeGripEnabled(false);
+    status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // no text widens the window
     statusBar()->addWidget(status_, 1);
     status_->setTextFormat(Qt::PlainText); // names of devices and files come from outside
     passing_.setSingleShot(true);
@@ -132,6 +134,12 @@ void MainWindow::showPassing(const QString& text) {
     const QString before = passing_.isActive() ? status_->text() + QStringLiteral("   ") : QString();
     status_->setText(before + text);
     passing_.start(kPassingMs);
+}
+
+void MainWindow::showSound(const SoundSource& source) {
+    delete meter_;
+    meter_ = new SoundMeter(source);
+    statusBar()->addPermanentWidget(meter_);
 }
 
 void MainWindow::showCentred() {

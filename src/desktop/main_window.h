@@ -15,6 +15,8 @@ class QLabel;
 namespace marlune {
 
 class PanelWidget;
+class SoundMeter;
+struct SoundSource;
 
 class MainWindow final : public QMainWindow {
     Q_OBJECT
@@ -28,8 +30,9 @@ class MainWindow final : public QMainWindow {
     [[nodiscard]] QAction* action(Menu menu) const { return actions_[static_cast<std::size_t>(menu)]; }
     void showMenu(Menu menu, const MenuState& state);
     void showStatus(const QString& text);
-    void showPassing(const QString& text); // for some seconds, in front of the lasting text
-    void showCentred();                    // on the screen
+    void showPassing(const QString& text);     // for some seconds, in front of the lasting text
+    void showSound(const SoundSource& source); // a meter in the status bar
+    void showCentred();                        // on the screen
     void setZoom(int percent);
     void stepZoom(int direction); // to the next of kZooms
 
@@ -50,6 +53,7 @@ class MainWindow final : public QMainWindow {
     QLabel* status_;
     QString lasting_; // what the status line shows when nothing has just happened
     QTimer passing_;
+    SoundMeter* meter_ = nullptr;
     std::array<QAction*, kMenus> actions_{};
 };
 

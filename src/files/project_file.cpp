@@ -110,23 +110,22 @@ std::string askProjectName(bool save) {
     return name;
 }
 
-std::vector<std::uint8_t> projectBytes() {
+std::vector<std::uint8_t> projectFileBytes() {
     ProjectRecord record = songPosition->songMode ? patternImage : project;
     record.tempo = project.tempo; // outlasts song mode, as it does at the switch
     cueCurrent(record);           // as a load leaves it
     const std::vector<std::uint8_t> song = packSong();
     const Le32 count = static_cast<int>(song.size() / kPackedEntrySize);
-    std::vector<std::uint8_t> bytes(kEntriesOffset);
+    std::vector<std::uint8_t> bytes(kEntriesOffset + song.size() +
+                                    kPackedEntrySize); // the last entry is empty
     std::memcpy(bytes.data(), &record, sizeof record);
     std::memcpy(bytes.data() + kCountOffset, &count, sizeof count);
-    bytes.insert(bytes.end(), song.begin(), song.end());
-    bytes.resize(bytes.size() + kPackedEntrySize); // the entry that carries nothing
+    std::memcpy(bytes.data() + kEntriesOffset, song.data(), song.size());
     return bytes;
 }
 
 bool saveProjectFile(const std::string& fileName) {
-    const std::vector<std::uint8_t> bytes = projectBytes();
-    if (!writeFileAtomically(fileName, bytes)) {
+    if (!writeFileAtomically(fileName, projectFileBytes())) {
         shell().messageBox("Can't save " + extractFileName(fileName) + ".\nThe file on disk is as it was.",
                            BoxIcon::exclamation, BoxButtons::ok);
         return false;

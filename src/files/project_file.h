@@ -14,12 +14,12 @@ namespace marlune {
 // gives the message box; what had been read by then stays. True when the whole file was taken.
 bool loadProjectFile(const std::string& fileName);
 
+// The project as a file holds it (in song mode the patterns as they stood when it began).
+std::vector<std::uint8_t> projectFileBytes();
+
 // Writes the project (in song mode the patterns as they stood when it began) as a whole or not at all. A
 // failure leaves the old file, projectDirty and the title, and is told in a message box.
 bool saveProjectFile(const std::string& fileName);
-
-// What a save writes now.
-std::vector<std::uint8_t> projectBytes();
 
 // Asks for a name through the dialog, which proposes the project's; empty when it was left without one.
 std::string askProjectName(bool save);

@@ -7,6 +7,7 @@
 #include "panel/key_slider.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
+#include "panel/silent_accents.h"
 #include "project/run_state.h"
 #include "util/text_number.h"
 
@@ -90,6 +91,7 @@ void accentClick(int module) {
     step.accent = !step.accent;
     Set103Accent32(module, bank, pattern, index, step.accent.number());
     showFrame(Control::accent, module, step.accent ? 1 : 0);
+    if (step.accent) tellSilentAccents();
     markProject();
 }
 
@@ -108,6 +110,7 @@ void step109click(int step) {
     cell = hit ? kDrumHit : 0;
     Set109bOn32(drum.currBank, drum.currPatt, step, drum.selDrum, hit ? 1 : 0);
     showLamp(step, hit);
+    if (hit && drum.selDrum == kAccentRow) tellSilentAccents();
     markProject();
 }
 

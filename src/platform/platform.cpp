@@ -33,7 +33,7 @@ struct Platform::Parts {
         : stateFile(options.stateFile),
           jack(options.systemPorts ? std::make_unique<JackClient>(clock) : nullptr),
           alsa(options.systemPorts ? openAlsaPorts() : nullptr),
-          synth(clock, jack.get(), options.sound),
+          synth(clock, jack.get(), {options.sound, options.room}),
           names(loadDeviceNames(stateFile)),
           outputs(
               world(), [this] { return std::make_unique<SynthLink>(synth); }, names.outputs),
@@ -78,6 +78,13 @@ std::string Platform::soundDriver() const {
     return parts_->synth.driverName();
 }
 
+float Platform::soundPeak() {
+    return parts_->synth.takeMeter().peak;
+}
+void Platform::muteSound(bool on) {
+    parts_->synth.mute(on);
+}
+
 std::vector<std::string> Platform::poll() {
     std::vector<std::string> texts;
     if (parts_->jack) parts_->jack->poll();
@@ -85,6 +92,7 @@ std::vector<std::string> Platform::poll() {
     parts_->synth.poll();
     parts_->outputs.poll(texts);
     parts_->inputs.poll(texts);
+    if (const std::string text = parts_->synth.complaint(); !text.empty()) texts.push_back(text);
     // An instrument that is both an input and an output says so once.
     std::vector<std::string> once;
     for (const std::string& text : texts)

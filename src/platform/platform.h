@@ -13,6 +13,7 @@ struct PlatformOptions {
     std::string stateFile;   // what is remembered of the devices; "" keeps nothing
     bool systemPorts = true; // false: neither JACK nor ALSA, only the built-in devices
     bool sound = true;       // false: the built-in synthesizer opens no audio device and swallows its events
+    bool room = true;        // a little reverb around the built-in instruments
 };
 
 // User-interface thread, except for what the interfaces allow elsewhere. Works with and without a MIDI
@@ -38,6 +39,10 @@ class Platform {
 
     // The audio driver of the built-in synthesizer, "" while it has none.
     std::string soundDriver() const;
+
+    // The loudest value of the built-in synthesizer since the last call; 1 is full scale, beyond is overload.
+    float soundPeak();
+    void muteSound(bool on);
 
   private:
     struct Parts;

@@ -21,7 +21,8 @@ constexpr int kStalledPolls = 4;
 
 } // namespace
 
-Synth::Synth(PlayClock& clock, JackClient* jack, bool sound) : clock_(clock), jack_(jack), sound_(sound) {
+Synth::Synth(PlayClock& clock, JackClient* jack, const SynthOptions& options)
+    : clock_(clock), jack_(jack), options_(options) {
     silenceFluidSynth();
 }
 
@@ -60,12 +61,26 @@ void Synth::poll() {
     start();
 }
 
+std::string Synth::complaint() {
+    std::string now;
+    if (driver_.opening()) return now;
+    if (users_ > 0 && options_.sound && !running_)
+        now =
+            "No sound device was found: connect one or start a sound server, the synthesizer takes it at "
+            "once.";
+    else if (users_ > 0 && running_ && !core_->hasFont())
+        now = "No sound font was found, patches are silent: install timgm6mb-soundfont and start again.";
+    if (now == complained_) return "";
+    complained_ = now;
+    return now;
+}
+
 void Synth::start() {
     stalledPolls_ = 0;
-    if (!sound_ || startJack()) return;
+    if (!options_.sound || startJack()) return;
     prepare(SoundDriver::kRate);
     running_ = false; // until the driver asks for its first frames
-    if (core_->ready()) driver_.open(*this);
+    driver_.open(*this);
 }
 
 void Synth::stop() {
@@ -77,7 +92,8 @@ void Synth::stop() {
 }
 
 void Synth::prepare(int sampleRate) {
-    core_ = std::make_unique<SynthCore>(sampleRate); // a fresh one: nothing sounds on from before
+    core_ = std::make_unique<SynthCore>(
+        SynthSettings{sampleRate, options_.room}); // a fresh one: nothing sounds on from before
     time_.rate = sampleRate;
     frame_ = -1;
     latency_ = 0;
@@ -89,7 +105,7 @@ void Synth::prepare(int sampleRate) {
 bool Synth::startJack() {
     if (jack_ == nullptr || !jack_->online()) return false;
     prepare(jack_->sampleRate());
-    onJack_ = core_->ready() && jack_->setAudio(this);
+    onJack_ = jack_->setAudio(this);
     if (!onJack_) stop();
     return onJack_;
 }
@@ -140,6 +156,20 @@ void Synth::nextBlock() noexcept {
     }
     core_->render(left_.data(), right_.data());
     taken_ = 0;
+    fade();
+    if (core_->peak() > peak_.load(std::memory_order_relaxed))
+        peak_.store(core_->peak(), std::memory_order_relaxed);
+}
+
+void Synth::fade() noexcept {
+    constexpr float kStep = 1.0F / 256;
+    const float goal = muted_.load(std::memory_order_relaxed) ? 0 : 1;
+    if (open_ == 1 && goal == 1) return;
+    for (int i = 0; i < SynthCore::kBlock; ++i) {
+        open_ = std::clamp(open_ + (goal > open_ ? kStep : -kStep), 0.0F, 1.0F);
+        left_[i] *= open_;
+        right_[i] *= open_;
+    }
 }
 
 } // namespace marlune

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "platform/audio_source.h"
 #include "platform/frame_time.h"
@@ -16,14 +17,23 @@
 
 namespace marlune {
 
+struct SynthOptions {
+    bool sound = true; // false never opens an audio device
+    bool room = true;
+};
+
+// What there was to hear since the last look.
+struct SynthMeter {
+    float peak = 0; // the largest value before the limiter; 1 is full scale, and beyond that is overload
+};
+
 // User-interface thread, except send(): engine thread. Events go through a ring into the audio callback,
 // which places them at their sample with a fixed latency. Without any audio device it swallows what it gets,
 // and looks for one again from time to time.
 class Synth : public OutputLink, private AudioSource {
   public:
-    // jack: to be preferred while it is online; may be null. sound: false never opens an audio device. Clock
-    // and client outlive the synthesizer.
-    Synth(PlayClock& clock, JackClient* jack, bool sound);
+    // jack: to be preferred while it is online; may be null. Clock and client outlive the synthesizer.
+    Synth(PlayClock& clock, JackClient* jack, const SynthOptions& options);
     ~Synth() override;
     Synth(const Synth&) = delete;
     Synth& operator=(const Synth&) = delete;
@@ -33,6 +43,13 @@ class Synth : public OutputLink, private AudioSource {
     void addUser();
     void removeUser();
     void poll();
+
+    // A line for the user about what keeps the synthesizer silent, once each time it comes to that; else "".
+    std::string complaint();
+
+    // Silence within some milliseconds, and back. What is played meanwhile sounds on when it comes back.
+    void mute(bool on) { muted_.store(on, std::memory_order_relaxed); }
+    SynthMeter takeMeter() { return {peak_.exchange(0, std::memory_order_relaxed)}; }
 
     void send(const MidiMessage& message, std::int64_t due) noexcept override;
     bool alive() noexcept override { return true; }
@@ -54,16 +71,20 @@ class Synth : public OutputLink, private AudioSource {
     void stop();
     bool startJack();
     void nextBlock() noexcept;
+    void fade() noexcept;
 
     PlayClock& clock_;
     JackClient* jack_;
-    bool sound_;
+    SynthOptions options_;
+    std::string complained_;
     int users_ = 0;
     int idlePolls_ = 0;
     int stalledPolls_ = 0;
     std::uint32_t seenCallbacks_ = 0;
     bool onJack_ = false;
     std::atomic<bool> running_{false};
+    std::atomic<bool> muted_{false};
+    std::atomic<float> peak_{0};
     std::atomic<std::uint32_t> callbacks_{0};
     MessageRing ring_;
 
@@ -73,6 +94,7 @@ class Synth : public OutputLink, private AudioSource {
     std::int64_t frame_ = -1;       // handed out so far; -1: none yet
     std::int64_t latency_ = 0;      // frames
     int taken_ = SynthCore::kBlock; // of the present block
+    float open_ = 1;                // 0: muted
     std::array<float, SynthCore::kBlock> left_{}, right_{};
 
     SoundDriver driver_; // last: its thread ends before the rest

@@ -1,190 +1,109 @@
 #include "platform/synth_core.h"
 
-#include "boundary/midi_bytes.h"
-
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
-#include <iterator>
+
+#include "boundary/midi_bytes.h"
 
 namespace marlune {
 
 namespace {
 
-constexpr int kBassChannels = 2;
-constexpr int kPolyphony = 96;
-constexpr int kBassProgram = 38; // Synth Bass 1; the second bass has Synth Bass 2
+constexpr int kDrumChannel = 9;
 constexpr int kResetControllers = 121;
+constexpr int kSystemReset = 0xFF;
+constexpr float kRoomAmount = 0.5F;
+constexpr float kInstruments = 0.46F; // room for two basses and the drums at full velocity
 
-// Loud enough for a bass alone, with room for two basses and drums at full velocity.
-constexpr double kGain = 0.8;
-
-struct Modulation {
-    int controller;
-    int flags;
-    int generator;
-    double amount;
-};
-
-constexpr int kRising = FLUID_MOD_CC | FLUID_MOD_LINEAR | FLUID_MOD_UNIPOLAR | FLUID_MOD_POSITIVE;
-constexpr int kFalling = FLUID_MOD_CC | FLUID_MOD_LINEAR | FLUID_MOD_UNIPOLAR | FLUID_MOD_NEGATIVE;
-
-// Falling ones change nothing at 127, rising ones nothing at 0: that is how the other channels stay plain.
-// Filter in cents, resonance and sustain in tenths of a decibel, decay in timecents.
-constexpr std::array<Modulation, 6> kModulations = {{
-    {12, kFalling, GEN_FILTERFC, -5400},
-    {13, kRising, GEN_FILTERQ, 150},
-    {14, kRising, GEN_MODENVTOFILTERFC, 5400},
-    {15, kFalling, GEN_VOLENVSUSTAIN, 960},
-    {15, kFalling, GEN_VOLENVDECAY, -3600},
-    {15, kFalling, GEN_MODENVDECAY, -3600},
-}};
-
-struct ControllerValue {
-    int controller, bass, plain;
-};
-
-constexpr std::array<ControllerValue, 4> kStartValues = {
-    {{12, 64, 127}, {13, 32, 0}, {14, 48, 0}, {15, 80, 127}}};
-
-struct Setting {
-    int generator;
-    float value;
-};
-
-// What a bass starts from whichever sound is chosen, so that the four controllers always have their whole
-// way: the filter where it is widest open, its envelope falling from full to nothing, a tone that holds.
-constexpr std::array<Setting, 8> kBassVoice = {{
-    {GEN_FILTERFC, 11600},
-    {GEN_FILTERQ, 10},
-    {GEN_MODENVTOFILTERFC, 0},
-    {GEN_MODENVATTACK, -12000},
-    {GEN_MODENVDECAY, 1200},
-    {GEN_MODENVSUSTAIN, 1000},
-    {GEN_VOLENVDECAY, 2400},
-    {GEN_VOLENVSUSTAIN, 0},
-}};
-
-// Straight up to here, bent above, so that a resonance at full cannot leave the range.
+// Straight up to the knee, bent above.
 float limited(float x) noexcept {
-    constexpr float kKnee = 0.8F;
+    constexpr float kKnee = 0.6F, kRest = SynthCore::kCeiling - kKnee;
     const float size = std::abs(x);
     if (size <= kKnee) return x;
-    const float over = (size - kKnee) / (1.0F - kKnee);
-    return std::copysign(kKnee + (1.0F - kKnee) * over / (1.0F + over), x);
+    const float over = (size - kKnee) / kRest;
+    return std::copysign(kKnee + kRest * over / (1.0F + over), x);
 }
 
 } // namespace
 
-void silenceFluidSynth() noexcept {
-    for (const int level : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG})
-        fluid_set_log_function(
-            level, [](int, const char*, void*) {}, nullptr);
+SynthCore::SynthCore(const SynthSettings& settings)
+    : sampleRate_(std::clamp(settings.sampleRate, 8000, 96000)),
+      sampler_(sampleRate_),
+      basses_{BassInstrument(sampleRate_, 0.34F), BassInstrument(sampleRate_, 0.68F)},
+      drums_(sampleRate_),
+      room_(Timbre::room, sampleRate_, Voice::Ends::byItself) {
+    *room_.value("amount") = settings.room ? kRoomAmount : 0;
 }
 
-std::string findSoundFont() {
-    for (const char* path : {"/usr/share/sounds/sf2/TimGM6mb.sf2", "/usr/share/soundfonts/TimGM6mb.sf2",
-                             "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/soundfonts/default.sf2",
-                             "/usr/share/sounds/sf2/FluidR3_GM.sf2", "/usr/share/soundfonts/FluidR3_GM.sf2"})
-        if (access(path, R_OK) == 0) return path;
-    return "";
+bool SynthCore::onSampler(int channel, const MidiMessage& message) const noexcept {
+    if (patched_[channel]) return true;
+    if (channel < static_cast<int>(basses_.size())) return false;
+    if (channel != kDrumChannel) return true;
+    const bool note = statusKind(message.bytes[0]) <= kPolyPressure;
+    return note && sampler_.ready() && !DrumMachine::knows(message.bytes[1] & 0x7F);
 }
 
-SynthCore::SynthCore(int sampleRate) : sampleRate_(std::clamp(sampleRate, 8000, 96000)) {
-    silenceFluidSynth();
-    settings_.reset(new_fluid_settings());
-    fluid_settings_t* settings = settings_.get();
-    fluid_settings_setnum(settings, "synth.sample-rate", sampleRate_);
-    fluid_settings_setnum(settings, "synth.gain", kGain);
-    for (const auto& [name, value] : {std::pair{"synth.reverb.active", 0},
-                                      {"synth.chorus.active", 0},
-                                      {"synth.cpu-cores", 1},
-                                      {"synth.polyphony", kPolyphony},
-                                      {"synth.threadsafe-api", 0},
-                                      {"synth.audio-channels", kChannels},
-                                      {"synth.audio-groups", kChannels}})
-        fluid_settings_setint(settings, name, value);
-    synth_.reset(new_fluid_synth(settings));
-    if (!synth_) return;
-
-    std::unique_ptr<fluid_mod_t, Deleter<delete_fluid_mod>> mod(new_fluid_mod());
-    for (const Modulation& row : kModulations) {
-        fluid_mod_set_source1(mod.get(), row.controller, row.flags);
-        fluid_mod_set_source2(mod.get(), FLUID_MOD_NONE, 0);
-        fluid_mod_set_dest(mod.get(), row.generator);
-        fluid_mod_set_amount(mod.get(), row.amount);
-        fluid_synth_add_default_mod(synth_.get(), mod.get(), FLUID_SYNTH_ADD);
-    }
-    const std::string font = findSoundFont();
-    ready_ = !font.empty() && fluid_synth_sfload(synth_.get(), font.c_str(), 1) != FLUID_FAILED;
-    for (int channel = 0; channel < kChannels; ++channel) setControllers(channel);
-    for (int bass = 0; bass < kBassChannels; ++bass)
-        fluid_synth_program_change(synth_.get(), bass, kBassProgram + bass);
+void SynthCore::renderTo(int frame) noexcept {
+    for (BassInstrument& bass : basses_) bass.renderTo(frame);
+    drums_.renderTo(frame);
 }
 
-void SynthCore::setControllers(int channel) noexcept {
-    const bool bass = channel < kBassChannels;
-    for (const ControllerValue& row : kStartValues)
-        fluid_synth_cc(synth_.get(), channel, row.controller, bass ? row.bass : row.plain);
+void SynthCore::toInstrument(int channel, const MidiMessage& message) noexcept {
+    if (channel == kDrumChannel)
+        drums_.play(message);
+    else if (channel < static_cast<int>(basses_.size()))
+        basses_[channel].play(message);
 }
 
-// Before its first sample: gives a bass note's voices their common start.
-void SynthCore::shapeBass(int channel, int key) noexcept {
-    std::array<fluid_voice_t*, kPolyphony + 1> voices{};
-    fluid_synth_get_voicelist(synth_.get(), voices.data(), static_cast<int>(voices.size()), -1);
-    for (fluid_voice_t* voice : voices) {
-        if (voice == nullptr) break;
-        if (fluid_voice_get_channel(voice) != channel || fluid_voice_get_key(voice) != key ||
-            fluid_voice_is_on(voice) == 0)
-            continue;
-        for (const Setting& row : kBassVoice) {
-            fluid_voice_gen_set(voice, row.generator, row.value);
-            fluid_voice_update_param(voice, row.generator);
-        }
-    }
-    // Changes to a voice reach its sound at the end of the next call only, whichever that is.
-    fluid_synth_get_gain(synth_.get());
+void SynthCore::takeProgram(int channel) noexcept {
+    patched_[channel] = true;
+    if (channel < static_cast<int>(basses_.size())) basses_[channel].releaseAll();
+}
+
+void SynthCore::resetChannel(int channel) noexcept {
+    patched_[channel] = false;
+    const MidiMessage reset = midiBytes(kControlChange + channel, kResetControllers, 0);
+    sampler_.play(midiBytes(kControlChange + channel, 123, 0), 0); // all notes off
+    sampler_.play(reset, 0);
+    toInstrument(channel, reset);
 }
 
 void SynthCore::play(const MidiMessage& message, int offset) noexcept {
-    if (!synth_ || message.size == 0 || message.bytes[0] >= kSystem) return;
-    fluid_synth_t* synth = synth_.get();
-    const int channel = message.bytes[0] & 0x0F;
-    const int a = message.bytes[1] & 0x7F, b = message.bytes[2] & 0x7F;
-    switch (statusKind(message.bytes[0])) {
-        case kNoteOff: fluid_synth_noteoff(synth, channel, a); break;
-        case kNoteOn:
-            if (b > 0) shifts_[channel].noteAt(offset);
-            fluid_synth_noteon(synth, channel, a, b); // velocity 0 releases
-            if (b > 0 && channel < kBassChannels) shapeBass(channel, a);
-            break;
-        case 0xA0: fluid_synth_key_pressure(synth, channel, a, b); break;
-        case kControlChange:
-            fluid_synth_cc(synth, channel, a, b);
-            if (a == kResetControllers) setControllers(channel);
-            break;
-        case kProgramChange: fluid_synth_program_change(synth, channel, a); break;
-        case 0xD0: fluid_synth_channel_pressure(synth, channel, a); break;
-        case 0xE0: fluid_synth_pitch_bend(synth, channel, a | b << 7); break;
-        default: break;
+    if (message.size == 0) return;
+    const NoDenormals guard;
+    renderTo(offset);
+    if (message.bytes[0] == kSystemReset)
+        for (int channel = 0; channel < kChannels; ++channel) resetChannel(channel);
+    if (message.bytes[0] >= kSystem) return;
+    const int channel = channelOfStatus(message.bytes[0]), kind = statusKind(message.bytes[0]);
+    if (kind == kProgramChange) takeProgram(channel);
+    if (kind == kControlChange && message.bytes[1] == kResetControllers) {
+        resetChannel(channel);
+        return;
     }
+    // Both know where the controllers stand, whoever plays.
+    const bool both = kind == kControlChange || kind == kPitchBend, sampler = onSampler(channel, message);
+    if (both || sampler) sampler_.play(message, offset);
+    if (both || !sampler) toInstrument(channel, message);
 }
 
 void SynthCore::render(float* left, float* right) noexcept {
-    std::fill_n(left, kBlock, 0.0F);
-    std::fill_n(right, kBlock, 0.0F);
-    if (!ready_) return;
-    float sound[2 * kChannels][kBlock] = {};
-    float* buffers[2 * kChannels];
-    std::copy(std::begin(sound), std::end(sound), std::begin(buffers));
-    fluid_synth_process(synth_.get(), kBlock, 0, nullptr, 2 * kChannels, buffers);
-    float* const* pair = buffers;
-    for (SampleShift& shift : shifts_) {
-        shift.pass(pair[0], pair[1], left, right);
-        pair += 2;
-    }
+    const NoDenormals guard;
+    std::copy(nextLeft_.begin(), nextLeft_.end(), left);
+    std::copy(nextRight_.begin(), nextRight_.end(), right);
+    nextLeft_ = nextRight_ = {};
+    for (BassInstrument& bass : basses_) bass.mix(nextLeft_.data(), nextRight_.data());
+    drums_.mix(nextLeft_.data(), nextRight_.data());
     for (int i = 0; i < kBlock; ++i) {
+        left[i] *= kInstruments;
+        right[i] *= kInstruments;
+    }
+    sampler_.mix(left, right);
+    room_.feed(left, right);
+    room_.mix(left, right);
+    peak_ = 0;
+    for (int i = 0; i < kBlock; ++i) {
+        peak_ = std::max({peak_, std::abs(left[i]), std::abs(right[i])});
         left[i] = limited(left[i]);
         right[i] = limited(right[i]);
     }

@@ -1,69 +1,66 @@
-// The built-in synthesizer's sound: FluidSynth with a General MIDI font, set up for two basses and drums,
-// with events placed at their very sample.
+// The built-in synthesizer's sound: two basses and a drum machine, General MIDI sounds beside them, one room.
 #pragma once
 
-#include <fluidsynth.h>
-
 #include <array>
-#include <cstdint>
-#include <memory>
-#include <string>
 
 #include "boundary/midi_ports.h"
-#include "platform/sample_shift.h"
+#include "instruments/bass_instrument.h"
+#include "instruments/drum_machine.h"
+#include "platform/gm_sampler.h"
 
 namespace marlune {
 
-// Channels 0 and 1 begin with two synth basses, channel 9 is drums. On every channel
-//   controller 12 opens the filter, 13 is its resonance, 14 the depth of the filter's envelope, 15 the decay;
-// all of them at 0 give a dull, short, clearly audible bass. Beyond that General MIDI. Reverb and chorus are
-// off, so that the same messages give the same samples on every run.
+struct SynthSettings {
+    int sampleRate = 48000; // 8000..96000
+    bool room = true;
+};
+
+// Channels 0 and 1 begin as basses, channel 9 as the drum machine; see there for their controllers. A program
+// change takes such a channel to the sampler with that General MIDI sound, on channel 9 with that kit;
+// controller 121 takes it back, and a system reset all three. The other channels are the sampler's, and drum
+// notes without a voice of their own are. The same messages give the same samples on every run.
 class SynthCore {
   public:
     // Frames rendered in one go, and by how many the sound comes after the events.
-    static constexpr int kBlock = SampleShift::kBlock;
+    static constexpr int kBlock = kVoiceBlock;
+    static constexpr int kChannels = GmSampler::kChannels;
 
-    // sampleRate: 8000..96000. Any thread; may take some 50 ms. The library prints nothing.
-    explicit SynthCore(int sampleRate);
+    // Any thread; may take some 50 ms.
+    explicit SynthCore(const SynthSettings& settings);
 
-    // False where no sound font was found; render() then gives silence.
-    bool ready() const { return ready_; }
+    // False where no sound font was found: the sampler's channels are silent then.
+    bool hasFont() const { return sampler_.ready(); }
     int sampleRate() const { return sampleRate_; }
 
     // One thread at a time, real-time safe. A message for the block that begins kBlock frames after the one
-    // that render() gives next; offset: its frame in that block, 0..kBlock-1. Notes start at that frame,
-    // everything else at the start of the block. Where a block brings a channel several notes, the first sets
-    // the frame.
+    // that render() gives next; offset: its frame in that block, 0..kBlock-1; below that of the message
+    // before it counts as the same. On the sampler notes start at that frame, everything else at the start of
+    // the block; where a block brings a channel several notes, the first sets the frame.
     void play(const MidiMessage& message, int offset) noexcept;
 
-    // The same thread. Writes the next kBlock frames, each -1..+1.
+    // The same thread. Writes the next kBlock frames, each within kCeiling.
     void render(float* left, float* right) noexcept;
 
-    static constexpr int kChannels = 16;
+    static constexpr float kCeiling = 0.87F; // so that no device goes beyond full scale between the samples
+
+    // The largest value of the block just rendered, before it was limited; beyond 1 is overload.
+    float peak() const noexcept { return peak_; }
 
   private:
-    template <auto Delete>
-    struct Deleter {
-        template <class T>
-        void operator()(T* object) const noexcept {
-            Delete(object);
-        }
-    };
-
-    void setControllers(int channel) noexcept;
-    void shapeBass(int channel, int key) noexcept;
+    bool onSampler(int channel, const MidiMessage& message) const noexcept;
+    void renderTo(int frame) noexcept;
+    void takeProgram(int channel) noexcept;
+    void resetChannel(int channel) noexcept;
+    void toInstrument(int channel, const MidiMessage& message) noexcept;
 
     int sampleRate_;
-    bool ready_ = false;
-    std::unique_ptr<fluid_settings_t, Deleter<delete_fluid_settings>> settings_;
-    std::unique_ptr<fluid_synth_t, Deleter<delete_fluid_synth>> synth_;
-    std::array<SampleShift, kChannels> shifts_;
+    float peak_ = 0;
+    GmSampler sampler_;
+    std::array<BassInstrument, 2> basses_;
+    DrumMachine drums_;
+    Voice room_;
+    std::array<bool, kChannels> patched_{};              // a General MIDI sound was chosen
+    std::array<float, kBlock> nextLeft_{}, nextRight_{}; // of the instruments, a block ahead
 };
-
-// The library's own lines of text are switched off; called by whoever uses it. Any thread.
-void silenceFluidSynth() noexcept;
-
-// The first sound font found in the usual places, "" where there is none.
-std::string findSoundFont();
 
 } // namespace marlune

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <deque>
 #include <vector>
 
 #include "platform/synth_core.h"
@@ -15,8 +15,10 @@ class SynthRenderer : public OutputPort {
   public:
     static constexpr int kSampleRate = 44100;
 
-    // False where no sound font was found; render() then gives silence.
-    bool ready() const { return core_.ready(); }
+    explicit SynthRenderer(const SynthSettings& settings = {kSampleRate});
+
+    bool hasFont() const { return core_.hasFont(); }
+    int sampleRate() const { return core_.sampleRate(); }
 
     // due: ns from the first sample that is rendered; sounds there to the sample. In any order; what is due
     // before the samples already rendered sounds at once.
@@ -25,6 +27,12 @@ class SynthRenderer : public OutputPort {
     // The next frames, left and right in turn, each value -1..+1.
     std::vector<float> render(int frames);
 
+    // Frames rendered so far.
+    std::int64_t rendered() const { return handedOut_; }
+
+    // Only channels of which the bit is set are heard from now on. All of them at the beginning.
+    void listenTo(std::uint16_t channels) { channels_ = channels; }
+
   private:
     void renderBlock();
     struct Event {
@@ -32,19 +40,12 @@ class SynthRenderer : public OutputPort {
         MidiMessage message;
     };
 
-    SynthCore core_{kSampleRate};
-    std::vector<Event> events_; // by frame, in order of arrival among equals
-    std::size_t next_ = 0;
+    SynthCore core_;
+    std::uint16_t channels_ = 0xFFFF;
+    std::deque<Event> events_;    // still to be played, by frame, in order of arrival among equals
     std::int64_t blockStart_ = 0; // the first frame of the next block
-    std::vector<float> rendered_; // and not yet handed out
+    std::int64_t handedOut_ = 0;
+    std::vector<float> block_; // what is left of the last one
 };
-
-// -1..+1 to -32767..+32767, rounded; beyond is limited.
-std::vector<std::int16_t> toInt16(const std::vector<float>& samples);
-
-// Writes a RIFF WAVE file, 16 bit, two channels in turn, as a whole or not at all: false where it failed, and
-// the file is then as it was before.
-bool writeWav(const std::string& path, const std::vector<std::int16_t>& samples,
-              int sampleRate = SynthRenderer::kSampleRate);
 
 } // namespace marlune

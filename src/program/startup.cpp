@@ -13,6 +13,7 @@
 #include "panel/shown_state.h"
 #include "program/default_project.h"
 #include "program/open_project.h"
+#include "program/starter.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
 #include "project/song_track.h"
@@ -39,16 +40,28 @@ void MDIForm_Load(const StartupHooks& hooks) {
     nameProject(kUntitled);
 }
 
-void loadPanel() {
+// False at a first start: there is no configuration yet.
+bool loadPanel() {
     std::array<int, kKnobs> startValues{};
     for (int k = 0; k < kKnobs; ++k) startValues[k] = k < kFirstDrumKnob ? 0 : kFreshDrumLevel;
     config.midiInDevice = config.midiOutDevice = -1;
     ClearKeyMap();
     init309();
-    loadGlobalConfig();
+    const bool configured = loadGlobalConfig();
     for (int k = 0; k < kKnobs; ++k) showText(Control::UserTitle, k, knobLabel[k]);
     initKnobTrack(startValues);
     ClearCopyBuffer();
+    return configured;
+}
+
+// Opens the devices. A first start is told that none are chosen, as ever, and then that the built-in ones
+// are.
+void openDevices(bool helped) {
+    listMidiDevices();
+    if (MidiInit(helped ? kFirstStartNext : "") || !helped) return;
+    takeStarterConfig();
+    listMidiDevices();
+    MidiInit();
 }
 
 // What every control shows before anything has happened.
@@ -93,22 +106,25 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     resetMenus();
     GraphicModeAdjust();
     loadKnobs();
-    loadPanel();
+    setExamplesFolder(hooks.examplesFolder);
+    const bool helped = !loadPanel() && canHelpFirstStart();
     resetSongState();
     showFirstState();
     shell().showPanel(true);
     shell().letPaintRun();
     if (hooks.configured) hooks.configured();
     if (hooks.openDevices) {
-        listMidiDevices();
-        MidiInit();
+        openDevices(helped);
     } else {
         sendPanelState();
     }
     splash(false);
     shell().showPointer(Pointer::normal);
     forgetUnsavedChanges();
-    if (FileExists(commandLine)) OpenOnLoad(commandLine);
+    if (FileExists(commandLine))
+        OpenOnLoad(commandLine);
+    else if (helped)
+        offerDemo();
     return true;
 }
 

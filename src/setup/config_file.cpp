@@ -68,29 +68,38 @@ void setConfigFolder(const std::string& path) {
     folder = path;
 }
 
-void loadGlobalConfig() {
+std::string configFolderInUse() {
+    return folder;
+}
+
+bool loadGlobalConfig() {
     const FileBytes file = folder.empty() ? FileBytes{} : readFileStart(pathOf("marlune.cfg"), sizeof config);
     const bool whole = file.bytes.size() == sizeof config;
     if (!file.ok || (!whole && !file.bytes.empty())) {
         config.statusBarVisible = true;
         showStatusBarState();
-        return;
+        return false;
     }
     if (whole) std::memcpy(&config, file.bytes.data(), sizeof config);
     pushOutputAssignment();
     showStatusBarState();
     loadLabels();
     SetSyncOffset32(config.syncOffset);
+    return true;
 }
 
 void saveGlobalConfig() {
-    if (folder.empty()) return;
+    if (!folder.empty()) saveGlobalConfigTo(folder);
+}
+
+bool saveGlobalConfigTo(const std::string& other) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(&config);
-    writeFileAtomically(pathOf("marlune.cfg"), {bytes, sizeof config});
+    const bool saved = writeFileAtomically(other + "/marlune.cfg", {bytes, sizeof config});
     std::string labels;
     for (const std::string& label : knobLabel) labels += quoted(label);
-    writeFileAtomically(pathOf("labels.cfg"),
-                        {reinterpret_cast<const std::uint8_t*>(labels.data()), labels.size()});
+    return writeFileAtomically(other + "/labels.cfg",
+                               {reinterpret_cast<const std::uint8_t*>(labels.data()), labels.size()}) &&
+           saved;
 }
 
 void mnuStatusBarEnable_Click() {

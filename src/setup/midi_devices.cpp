@@ -95,7 +95,7 @@ void listMidiDevices() {
     fillLists();
 }
 
-bool openMidiDevices() {
+bool openMidiDevices(const std::string& next) {
     opened = {.wanted = true,
               .sync = OpenSyncPort32(config.syncOutDevice) != 0,
               .sequencer = OpenMidiPort32(config.midiOutDevice) != 0};
@@ -109,7 +109,8 @@ bool openMidiDevices() {
     }
     shell().messageBox(
         "Warning: Can't open selected MIDI Device(s) or No MIDI Device(s) Selected.\n"
-        "MIDI has been disabled.  Select Midi Devices from Midi Setup.",
+        "MIDI has been disabled.  Select Midi Devices from Midi Setup." +
+            next,
         BoxIcon::exclamation, BoxButtons::ok);
     return false;
 }
@@ -143,14 +144,16 @@ void closeMidiDevices() {
     MIDIIn1.close();
 }
 
-void MidiInit() {
+bool MidiInit(const std::string& next) {
     closeMidiDevices();
-    if (openMidiDevices()) {
+    const bool allOpen = openMidiDevices(next);
+    if (allOpen) {
         closeMidiDevices();
         openMidiDevices();
     }
     sendPanelState();
     StopPlay();
+    return allOpen;
 }
 
 void sendPanelState() {

@@ -3,6 +3,8 @@
 // User-interface thread. A device is an index into the lists of the port layer, which keeps them stable.
 #pragma once
 
+#include <string>
+
 #include "boundary/form.h"
 #include "boundary/midi_ports.h"
 
@@ -12,7 +14,9 @@ namespace marlune {
 void setOutputDevices(OutputDevices* devices);
 
 void listMidiDevices(); // fills the lists of the dialog and fits the chosen indices to them
-bool openMidiDevices(); // all three; true when the outputs and the input are open, else warns
+// All three; true when the outputs and the input are open, else warns. next: what the warning says beyond
+// itself.
+bool openMidiDevices(const std::string& next = "");
 void closeMidiDevices();
 
 // About once a second: a chosen device that was away when it was to be opened is opened when it has come.
@@ -21,7 +25,9 @@ void openMissingDevices();
 // Closes the input for a while, and opens it again if it was closed so.
 void restInput();
 void wakeInput();
-void MidiInit(); // close, open (twice when it went well), then the state of the panel goes out
+
+// Close, open (twice when it went well: then true), then the state of the panel goes out.
+bool MidiInit(const std::string& next = "");
 
 void sendPanelState(); // shows the patterns and the tempo, sends all knobs
 

@@ -10,6 +10,7 @@
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
+#include "panel/silent_accents.h"
 #include "project/global_config.h"
 #include "project/recording.h"
 #include "project/song_track.h"
@@ -102,6 +103,7 @@ void playButton() {
         stopAndTakeCues();
     } else {
         start();
+        tellSilentAccents();
     }
 }
 

@@ -2,23 +2,24 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <sndfile.h>
+
 #include <filesystem>
 
 #include "boundary/midi_bytes.h"
 #include "cli/arguments.h"
 #include "cli/wire_file.h"
+#include "support/sound_measures.h"
 #include "support/test_program.h"
 
 namespace marlune {
 namespace {
 
-using test::readBytes;
-using test::TemporaryFolder;
-using test::writeBytes;
+using namespace test;
 
 constexpr const char* kSong = EXAMPLES "/harbour_nights.mlp";
 constexpr const char* kJam = EXAMPLES "/tide_pool.mlp";
+constexpr const char* kSlow = EXAMPLES "/slow_lantern.mlp";
 
 TEST(Verbs, RefuseWhatDoesNotFitAndLeaveNoFile) {
     const TemporaryFolder folder;
@@ -78,29 +79,65 @@ TEST(Verbs, ResaveGivesTheSameBytesAndExportAFile) {
     EXPECT_GT(readBytes(folder.file("x.mid")).size(), 500U);
 }
 
-// The demos sound good enough to be heard and to leave room: between -30 and -6 dBFS, without clipping.
-TEST(Demos, RenderAtASensibleLevel) {
-    if (!std::filesystem::exists("/usr/share/sounds/sf2/TimGM6mb.sf2")) GTEST_SKIP() << "no sound font";
+Sound soundOf(const std::string& name) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(name.c_str(), SFM_READ, &info);
+    Sound sound(2 * static_cast<std::size_t>(info.frames));
+    sf_read_float(file, sound.data(), static_cast<sf_count_t>(sound.size()));
+    sf_close(file);
+    return sound;
+}
+
+double seconds(const Sound& sound) {
+    return static_cast<double>(sound.size()) / 2 / 44100;
+}
+
+TEST(Demos, RenderAtALevelThatFitsBesideOtherMusic) {
     const TemporaryFolder folder;
+    const std::string name = folder.file("o.wav");
     const std::vector<Words> runs = {
-        {kJam, folder.file("o.wav"), "--bars", "8"},
-        {kSong, folder.file("o.wav"), "--bars", "4"},
-        {kSong, folder.file("o.wav"), "--song", "--bars", "76"},
+        {kJam, name, "--bars", "8"},
+        {kSong, name, "--bars", "4"},
+        {kSong, name, "--song", "--bars", "76"},
+        {kSlow, name, "--song", "--bars", "32"},
     };
     for (const auto& run : runs) {
         ASSERT_EQ(renderVerb(run), 0);
-        const auto bytes = readBytes(folder.file("o.wav"));
-        double sum = 0, peak = 0;
-        for (std::size_t i = 44; i < bytes.size(); i += 2) {
-            const double value = static_cast<std::int16_t>(bytes[i] | bytes[i + 1] << 8) / 32768.0;
-            sum += value * value;
-            peak = std::max(peak, std::abs(value));
-        }
-        const double level = 10 * std::log10(sum * 2 / static_cast<double>(bytes.size() - 44));
-        EXPECT_GT(level, -30);
-        EXPECT_LT(level, -6);
-        EXPECT_LT(peak, 32767 / 32768.0);
+        const Sound sound = soundOf(name);
+        const double level = levelOf(sound, 44100, 0, seconds(sound));
+        EXPECT_GT(level, -20);
+        EXPECT_LT(level, -12);
+        EXPECT_LT(truePeak(sound), -1);
+        EXPECT_GT(energyAbove(Sound(sound.begin(), sound.begin() + 8 * 88200), 44100, 10000), 0.002);
     }
+}
+
+TEST(Render, GivesTheSameBytesAgainAndOneFileForEachModule) {
+    const TemporaryFolder folder;
+    for (const char* name : {"a.wav", "b.wav"})
+        ASSERT_EQ(renderVerb({kSong, folder.file(name), "--bars", "3", "--song", "--bar", "18"}), 0);
+    EXPECT_EQ(readBytes(folder.file("a.wav")), readBytes(folder.file("b.wav")));
+    ASSERT_EQ(renderVerb({kJam, folder.file("all.wav"), "--bars", "2", "--bits", "24", "--rate", "48000"}),
+              0);
+    ASSERT_EQ(
+        renderVerb({kJam, folder.file("s.wav"), "--bars", "2", "--bits", "24", "--rate", "48000", "--stems"}),
+        0);
+    const Sound all = soundOf(folder.file("all.wav"));
+    Sound sum(all.size());
+    for (const char* stem : {"s-103A.wav", "s-103B.wav", "s-109.wav"}) {
+        const Sound part = soundOf(folder.file(stem));
+        ASSERT_EQ(part.size(), all.size()) << stem;
+        EXPECT_GT(levelOf(part, 48000, 0, 3), -45) << stem;
+        for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += part[i];
+    }
+    for (std::size_t i = 0; i < sum.size(); ++i) sum[i] -= all[i];
+    EXPECT_LT(levelOf(sum, 48000, 0, 3),
+              levelOf(all, 48000, 0, 3) - 15); // but for the limiter the same sound
+    const Words wrong[] = {{"--rate", "44101"}, {"--bits", "20"}};
+    for (const Words& words : wrong)
+        EXPECT_EQ(renderVerb({kJam, folder.file("x.wav"), words[0], words[1]}), 1);
+    EXPECT_FALSE(std::filesystem::exists(folder.file("x.wav")));
+    EXPECT_EQ(renderVerb({kJam, "/nowhere/x.wav"}), 1);
 }
 
 } // namespace

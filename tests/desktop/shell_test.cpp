@@ -8,12 +8,15 @@
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
+#include <utility>
 
 #include "desktop/desktop_support.h"
 #include "desktop/fd_pump.h"
 #include "desktop/main_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
+#include "desktop/sound_meter.h"
 
 namespace marlune {
 namespace {
@@ -76,6 +79,40 @@ TEST_F(ShellTest, TheWindowTakesTheSizeOfTheZoomedPanel) {
     shell->window().setZoom(50);
     shell->window().stepZoom(-1);
     EXPECT_EQ(shell->window().panel().zoom(), 50);
+}
+
+TEST_F(ShellTest, TheMeterFollowsTheSoundAndTheLampHoldsTwoSeconds) {
+    float peak = 0;
+    bool muted = true;
+    SoundMeter meter(SoundSource{.peak = [&] { return std::exchange(peak, 0.0F); },
+                                 .mute = [&](bool on) { muted = on; },
+                                 .sounding = [] { return true; }});
+    EXPECT_FALSE(muted);
+    peak = 0.5F;
+    meter.look(40);
+    EXPECT_NEAR(meter.level(), -6, 0.1);
+    EXPECT_FALSE(meter.overloaded());
+    peak = 1.01F;
+    meter.look(40);
+    for (int ms = 0; ms < 1960; ms += 40) meter.look(40);
+    EXPECT_TRUE(meter.overloaded());
+    meter.look(40);
+    EXPECT_FALSE(meter.overloaded());
+    EXPECT_EQ(meter.level(), SoundMeter::kSilence);
+    const QImage dark = meter.grab().toImage();
+    peak = 2;
+    meter.look(40);
+    EXPECT_NE(meter.grab().toImage(), dark);
+    meter.muteButton()->click();
+    EXPECT_TRUE(muted);
+    EXPECT_EQ(meter.muteButton()->text(), "Muted");
+}
+
+TEST_F(ShellTest, ALongStatusTextDoesNotWidenTheWindow) {
+    const int width = shell->window().width();
+    shell->showStatus(std::string(400, 'w'));
+    takeEvents();
+    EXPECT_EQ(shell->window().width(), width);
 }
 
 TEST_F(ShellTest, ClosingAsksFirstAndWaitsForARoutineThatLetsEventsRun) {

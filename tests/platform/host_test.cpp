@@ -12,6 +12,7 @@
 #include "platform/instance_lock.h"
 #include "platform/platform.h"
 #include "platform/play_clock.h"
+#include "platform/settings_file.h"
 #include "platform/signals.h"
 #include "support/test_program.h"
 
@@ -121,6 +122,16 @@ TEST(Platform, OpensItsBuiltInDevicesOnABareMachineAndPrintsNothing) {
         platform.inputs().close();
     }
     EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(SettingsFile, GivesTheFirstLineWithTheKey) {
+    const test::TemporaryFolder folder;
+    EXPECT_TRUE(roomWanted(folder.path)); // no file
+    const std::string text = "# room = on\n room\t=  off \r\nroom = on\nempty =\nno line";
+    test::writeBytes(folder.file("settings.cfg"), {text.begin(), text.end()});
+    EXPECT_FALSE(roomWanted(folder.path));
+    EXPECT_EQ(settingOf(folder.path, "empty", "x"), "");
+    EXPECT_EQ(settingOf(folder.path, "no line", "x"), "x");
 }
 
 } // namespace

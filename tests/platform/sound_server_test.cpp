@@ -24,7 +24,7 @@ TEST(SoundServers, ThatHangHoldUpNeitherTheStartNorTheEnd) {
     setenv("PULSE_COOKIE", folder.file("cookie").c_str(), 1);
     SystemPlayClock clock;
     {
-        Synth synth(clock, nullptr, true);
+        Synth synth(clock, nullptr, {});
         synth.addUser();
         const int caller = accept(server, nullptr, nullptr); // it has come that far
         EXPECT_GE(caller, 0);

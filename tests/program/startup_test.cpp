@@ -1,3 +1,6 @@
+#include "commands/reset_program.h"
+#include "panel/editing.h"
+#include "program/starter.h"
 #include "support/program_test.h"
 
 namespace marlune {
@@ -32,6 +35,72 @@ TEST_F(Startup, WarnsOnceWithoutDevicesAndOpensTheNamedProject) {
     EXPECT_EQ(project.tempo, 99);
     EXPECT_EQ(opened.shell.title, "Marlune 200Q [ named.mlp ]");
     EXPECT_FALSE(editingState->projectDirty);
+}
+
+TEST_F(Startup, HelpsAtTheFirstStartAndAtNoOther) {
+    std::vector<std::string> boxes;
+    const auto start = [&](const char* examples, BoxAnswer demo) {
+        MDIForm_Unload();
+        resetProgram();
+        program.shell.boxes.clear();
+        program.shell.answers = {BoxAnswer::ok, demo};
+        setConfigFolder(folder.path);
+        StartupHooks hooks;
+        hooks.examplesFolder = examples;
+        startupMain("", hooks);
+        boxes = program.shell.boxes;
+    };
+    start(EXAMPLES, BoxAnswer::ok);
+    ASSERT_EQ(boxes.size(), 2U);
+    EXPECT_TRUE(boxes[0].starts_with(
+        "Warning: Can't open selected MIDI Device(s) or No MIDI Device(s) Selected.\n"
+        "MIDI has been disabled.  Select Midi Devices from Midi Setup.\n\nThis is the first start: "));
+    EXPECT_TRUE(boxes[1].starts_with("Open the demo song?"));
+    EXPECT_EQ(project.tempo, 132);
+    EXPECT_EQ(program.shell.title, "Marlune 200Q [ untitled.mlp ]");
+    program.wire();
+    playButton();
+    program.play(2);
+    EXPECT_NE(program.wire(), ""); // the output is open
+    start(EXAMPLES, BoxAnswer::ok);
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_EQ(config.midiOutDevice, 0);
+    std::filesystem::remove(folder.file("marlune.cfg"));
+    setConfigFolder("");
+    start(EXAMPLES, BoxAnswer::cancel);
+    EXPECT_EQ(boxes.size(), 2U);
+    EXPECT_EQ(project.tempo, 140);
+    setConfigFolder("");
+    std::filesystem::remove(folder.file("marlune.cfg"));
+    start("/nowhere", BoxAnswer::ok); // no help at hand: told as ever
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_TRUE(boxes[0].ends_with("Select Midi Devices from Midi Setup."));
+}
+
+TEST_F(FileNew, FromTheStarterSetsTheKnobsWhereTheyAreHeard) {
+    menuClicked(Menu::mnuFileNewStarter); // no examples are known
+    EXPECT_TRUE(program.shell.status.starts_with("The starter project is missing"));
+    setExamplesFolder(EXAMPLES);
+    markProject();
+    menuClicked(Menu::mnuFileNewStarter); // the question is answered with Cancel
+    EXPECT_EQ(project.knobValue[0], 0);
+    program.shell.answers = {BoxAnswer::no};
+    menuClicked(Menu::mnuFileNewStarter);
+    for (const int knob : {0, 1, 2, 3, 5, 6, 7, 8, 9, 11, 19}) EXPECT_GT(project.knobValue[knob], 30) << knob;
+    EXPECT_EQ(program.shell.title, "Marlune 200Q [ untitled.mlp ]");
+    EXPECT_FALSE(editingState->projectDirty);
+    EXPECT_EQ(program.copyDifference(), "");
+    program.shell.status.clear();
+    accentClick(0);
+    EXPECT_EQ(program.shell.status, "");
+    forgetUnsavedChanges();
+    mnuFileNew_Click(); // as ever: the knobs at 0
+    accentClick(0);
+    EXPECT_EQ(program.shell.status,
+              "Accented steps of 103A are silent: turn up the Accent knob, which stands at 0.");
+    program.shell.status.clear();
+    playButton();
+    EXPECT_TRUE(program.shell.status.starts_with("Accented steps of 103A are silent"));
 }
 
 TEST_F(Startup, RefusesASecondInstanceBeforeAnythingElse) {
