@@ -98,6 +98,7 @@ QtShell::QtShell() {
 }
 
 QtShell::~QtShell() {
+    if (!ended_) rememberWindows(); // ended by a signal
     for (FormWindow* form : forms_) delete form;
 }
 
@@ -121,8 +122,8 @@ SheetWindow& QtShell::sheet() {
 void QtShell::toggleSheet() {
     SheetWindow& window = sheet();
     if (window.isVisible() && window.isActiveWindow()) {
-        memory_.remember(window);
         window.hide();
+        memory_.remember(window);
         window_->activateWindow();
         return;
     }

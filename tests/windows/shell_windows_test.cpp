@@ -31,7 +31,9 @@ TEST_F(ShellWindows, F3ShowsTheSheetAndPutsItAway) {
     EXPECT_EQ(shell.panel().focusControl(), nullptr); // no control is chosen by that
     QtShell next;
     next.setWindowFile(QString::fromStdString(folder.file("windows.cfg")));
+    next.openRemembered();
     EXPECT_EQ(next.sheet().form(), SheetForm::compact);
+    EXPECT_FALSE(next.sheet().isVisible()); // it was put away
 }
 
 TEST_F(ShellWindows, WhateverChangesIsShownWhenTheProgramComesToRest) {
