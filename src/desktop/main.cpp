@@ -2,6 +2,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include <QApplication>
 #include <QDateTime>
 #include <QFileInfo>
@@ -25,6 +27,7 @@
 #include "platform/platform.h"
 #include "platform/settings_file.h"
 #include "platform/signals.h"
+#include "program/recovery.h"
 #include "program/startup.h"
 #include "project/run_state.h"
 #include "setup/config_file.h"
@@ -106,10 +109,23 @@ class Machine {
     QTimer devicePoll_;
 };
 
-// Ends the program without a question, with every note released.
-void endBySignal() {
+// Ends the program without a question: unsaved work is kept, every note released, the settings written.
+void endUnasked() {
+    keepRecovery();
     MDIForm_Unload();
+}
+
+void endBySignal() {
+    endUnasked();
     QApplication::exit(0);
+}
+
+// A lost display ends the process from inside the toolkit, with everything still standing.
+void endByExit() {
+    if (transportState->programClosing || engineComponent() == nullptr) return;
+    setPanelView(nullptr);
+    setAppShell(nullptr);
+    endUnasked();
 }
 
 int run(int argc, char** argv) {
@@ -150,6 +166,12 @@ int run(int argc, char** argv) {
     hooks.windowHandle = machine.windowHandle();
     hooks.examplesFolder = examplesFolder();
     hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());
+    hooks.recoveryFolder = stateFolder() + "/recovery";
+    std::atexit(endByExit);
+    QTimer recovery;
+    QObject::connect(&recovery, &QTimer::timeout, tendRecovery);
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, keepRecovery);
+    recovery.start(kDevicePollMs);
     startupMain(commandLine(QApplication::arguments()), hooks);
     return transportState->programClosing ? 0 : QApplication::exec();
 }

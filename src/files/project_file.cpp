@@ -80,6 +80,7 @@ void saveAs(const std::string& name) {
 void saveProject(bool underNewName) {
     releaseCtrl();
     std::string name = editingState->projectFileName;
+    dlgCommonDialog.fileName = withoutExtension(name);
     if (editingState->saveAsks && wannaOverwrite(name) != 1) underNewName = true;
     while (underNewName) {
         name = askProjectName(true);
@@ -103,7 +104,6 @@ std::string askProjectName(bool save) {
     dlgCommonDialog.title.clear();
     dlgCommonDialog.filter = kFilter;
     dlgCommonDialog.defaultExtension = kExtension;
-    dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
     std::string name = shell().fileDialog(dlgCommonDialog);
     shell().letPaintRun();
     if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);

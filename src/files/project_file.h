@@ -21,7 +21,8 @@ std::vector<std::uint8_t> projectFileBytes();
 // failure leaves the old file, projectDirty and the title, and is told in a message box.
 bool saveProjectFile(const std::string& fileName);
 
-// Asks for a name through the dialog, which proposes the project's; empty when it was left without one.
+// Asks for a name through the dialog, which proposes what dlgCommonDialog holds; empty when it was left
+// without one.
 std::string askProjectName(bool save);
 
 void mnuFileSavePatt_Click();

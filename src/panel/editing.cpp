@@ -6,6 +6,10 @@
 
 namespace marlune {
 
+namespace {
+void (*savedHook)() = nullptr;
+}
+
 void markProject() {
     if (!editingState->projectDirty) shell().showModified(true);
     editingState.write().projectDirty = true;
@@ -29,6 +33,11 @@ void showProjectTitle(const std::string& fileName) {
 void forgetUnsavedChanges() {
     if (editingState->projectDirty) shell().showModified(false);
     editingState.write().projectDirty = false;
+    if (savedHook != nullptr) savedHook();
+}
+
+void setSavedHook(void (*hook)()) {
+    savedHook = hook;
 }
 
 void recordReplaced() {

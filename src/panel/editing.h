@@ -11,6 +11,7 @@ void nameProject(const std::string& fileName); // it is that file's content now;
 void doubtProjectFile();                       // that file could not be taken: the first save over it asks
 void showProjectTitle(const std::string& fileName);
 void forgetUnsavedChanges();
+void setSavedHook(void (*hook)()); // called whenever the content has become that of a file; null for none
 
 // The record is another one from here on: a load, a new project, a mode switch.
 void recordReplaced();

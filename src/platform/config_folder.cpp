@@ -17,7 +17,21 @@ bool isInstalled(const std::string& folder) {
     return false;
 }
 
+std::string userFolder(const char* variable, const char* otherwise) {
+    const char* told = std::getenv(variable);
+    const char* home = std::getenv("HOME");
+    const std::string folder =
+        told != nullptr && told[0] == '/' // anything but an absolute path is to be ignored
+            ? std::string(told)
+            : std::string(home != nullptr && home[0] == '/' ? home : "/tmp") + otherwise;
+    return folder + "/marlune200q";
+}
+
 } // namespace
+
+std::string stateFolder() {
+    return userFolder("XDG_STATE_HOME", "/.local/state");
+}
 
 std::string programFolder() {
     std::error_code error;
@@ -28,14 +42,7 @@ std::string programFolder() {
 std::string configFolder(const std::string& program) {
     if (!program.empty() && !isInstalled(program) && access(program.c_str(), W_OK | X_OK) == 0)
         return program;
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    const char* home = std::getenv("HOME");
-    std::string folder;
-    if (config != nullptr && config[0] == '/') // anything but an absolute path is to be ignored
-        folder = config;
-    else
-        folder = std::string(home != nullptr && home[0] == '/' ? home : "/tmp") + "/.config";
-    folder += "/marlune200q";
+    const std::string folder = userFolder("XDG_CONFIG_HOME", "/.config");
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     return folder;

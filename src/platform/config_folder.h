@@ -13,4 +13,8 @@ std::string programFolder();
 // ~/.config/marlune200q, which is made where it is missing. Without a "/" at the end.
 std::string configFolder(const std::string& program = programFolder());
 
+// The folder of what is kept from run to run for the user alone: $XDG_STATE_HOME/marlune200q, or
+// ~/.local/state/marlune200q. It need not exist yet.
+std::string stateFolder();
+
 } // namespace marlune

@@ -8,12 +8,14 @@
 #include "panel/refresh.h"
 #include "project/run_state.h"
 #include "song/mode_switch.h"
+#include "util/whole_file.h"
 
 namespace marlune {
 
 void mnuFileOpenPatt_Click() {
     releaseCtrl();
     if (wannaSaveYourWorkCancel()) return;
+    dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
     const std::string name = askProjectName(false);
     if (!name.empty()) OpenOnLoad(name);
 }

@@ -13,6 +13,7 @@
 #include "panel/shown_state.h"
 #include "program/default_project.h"
 #include "program/open_project.h"
+#include "program/recovery.h"
 #include "program/starter.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
@@ -121,6 +122,8 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     splash(false);
     shell().showPointer(Pointer::normal);
     forgetUnsavedChanges();
+    startRecovery(hooks.recoveryFolder);
+    if (offerRecovery()) return true;
     if (FileExists(commandLine))
         OpenOnLoad(commandLine);
     else if (helped)
@@ -131,6 +134,10 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
 bool MDIForm_QueryUnload() {
     if (wannaSaveYourWorkCancel()) return false;
     if (transportState->transportRunning) playButton();
+    contentIsSaved(); // or given up
+    if (!saveGlobalConfig())
+        shell().messageBox("The settings can't be written.\nThey stay as they were.", BoxIcon::exclamation,
+                           BoxButtons::ok);
     shell().showPanel(false);
     return true;
 }

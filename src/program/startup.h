@@ -13,6 +13,7 @@ struct StartupHooks {
     std::function<void(bool)> showSplash;
     std::function<void()> configured; // the configuration is loaded, the devices are not yet open
     std::string examplesFolder;       // see starter.h; "" gives a first start no help
+    std::string recoveryFolder;       // see recovery.h; "" keeps and offers no copies
     bool openDevices = true;          // false leaves the MIDI devices alone
     int windowHandle = -1;            // descriptor that the component wakes when it has posted a message
     unsigned randomSeed = 0;          // of the random source, from the clock

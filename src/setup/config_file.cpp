@@ -88,8 +88,8 @@ bool loadGlobalConfig() {
     return true;
 }
 
-void saveGlobalConfig() {
-    if (!folder.empty()) saveGlobalConfigTo(folder);
+bool saveGlobalConfig() {
+    return folder.empty() || saveGlobalConfigTo(folder);
 }
 
 bool saveGlobalConfigTo(const std::string& other) {

@@ -15,7 +15,7 @@ std::string configFolderInUse();
 bool loadGlobalConfig();
 
 // Writes both files, each as a whole or not at all; a folder that can't be written is left alone silently.
-void saveGlobalConfig();
+bool saveGlobalConfig();
 
 // The same into another folder; false where that failed.
 bool saveGlobalConfigTo(const std::string& other);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include "panel/editing.h"
 #include "support/program_test.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -178,6 +179,39 @@ TEST_F(OpenCommand, KeepsPlayingAndTakesTheNameEvenOfABadFile) {
     program.shell.fileNames = {folder.file("bad.mlp")};
     mnuFileOpenPatt_Click();
     EXPECT_EQ(editingState->projectFileName, folder.file("bad.mlp"));
+}
+
+TEST_F(OpenCommand, IsOneStepOfUndoAndABadFileIsNotOverwrittenUnasked) {
+    test::setBassSteps(0, "C D E F");
+    ASSERT_TRUE(saveProjectFile(folder.file("good.mlp")));
+    Bytes half = readBytes(folder.file("good.mlp"));
+    half.resize(half.size() - 2000);
+    writeBytes(folder.file("half.mlp"), half);
+    for (const char* file : {"half.mlp", "good.mlp"}) {
+        nameProject(folder.file("mine.mlp"));
+        const ProjectRecord before = project;
+        test::setBassSteps(0, "G G G G");
+        const Bytes mine = projectFileBytes();
+        program.shell.answers = {BoxAnswer::no};
+        program.shell.fileNames = {folder.file(file)};
+        menuClicked(Menu::mnuFileOpenPatt);
+        EXPECT_NE(projectFileBytes(), mine);
+        EXPECT_EQ(editingState->projectFileName, folder.file(file));
+        if (file[0] == 'h') {
+            program.shell.answers = {BoxAnswer::cancel};
+            program.shell.fileNames.clear();
+            mnuFileSavePatt_Click(); // asks, and the dialog behind it is left
+            EXPECT_EQ(program.shell.boxes.back(),
+                      folder.file(file) + " already exists. Do\nyou want to replace it ?");
+            EXPECT_EQ(readBytes(folder.file(file)), half);
+        }
+        menuClicked(Menu::mnuEditUndo);
+        EXPECT_EQ(projectFileBytes(), mine);
+        EXPECT_EQ(editingState->projectFileName, folder.file("mine.mlp"));
+        EXPECT_TRUE(editingState->projectDirty && program.shell.modified);
+        EXPECT_EQ(program.copyDifference(), "");
+        project = before;
+    }
 }
 
 } // namespace

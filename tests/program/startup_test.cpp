@@ -1,6 +1,11 @@
+#include <sys/wait.h>
+#include <unistd.h>
 #include "commands/reset_program.h"
 #include "panel/editing.h"
 #include "program/starter.h"
+
+#include "panel/editing.h"
+#include "program/recovery.h"
 #include "support/program_test.h"
 
 namespace marlune {
@@ -146,6 +151,61 @@ TEST_F(FileNew, BringsTheDefaultsBackInEitherMode) {
         EXPECT_EQ(knobTrack[12][9999], 100);
         EXPECT_FALSE(editingState->projectDirty);
         EXPECT_EQ(program.copyDifference(), "");
+    }
+}
+
+// What a process that ended badly leaves, and what the next start makes of it.
+TEST(Recovery, KeepsWhatDiffersFromTheFileAndOffersItAsUnsavedWork) {
+    const TemporaryFolder folder;
+    const std::string song = folder.file("song.mlp"), copies = folder.file("copies");
+    const auto kept = [&] {
+        return std::filesystem::exists(copies + "/" + std::to_string(::getpid()) + ".mlp");
+    };
+    {
+        TestProgram program;
+        startRecovery(copies);
+        project.tempo = 99;
+        ASSERT_TRUE(saveProjectFile(song));
+        nameProject(song);
+        TestProgram::advanceClock(40'000);
+        markProject(); // the mark alone is no content
+        tendRecovery();
+        EXPECT_FALSE(kept());
+        project.tempo = 111;
+        tendRecovery(); // less than 30 s after the last look
+        EXPECT_FALSE(kept());
+        TestProgram::advanceClock(31'000);
+        tendRecovery();
+        EXPECT_TRUE(kept());
+        nameProject(song); // saved
+        EXPECT_FALSE(kept());
+        project.tempo = 112;
+        keepRecovery(); // a signal
+        startRecovery("");
+    }
+    const pid_t gone = ::fork();
+    if (gone == 0) ::_exit(0);
+    ::waitpid(gone, nullptr, 0);
+    const std::string orphan = copies + "/" + std::to_string(gone);
+    for (const char* extension : {".mlp", ".name"})
+        std::filesystem::rename(copies + "/" + std::to_string(::getpid()) + extension, orphan + extension);
+    for (const BoxAnswer answer : {BoxAnswer::cancel, BoxAnswer::yes, BoxAnswer::no}) {
+        TestProgram program;
+        startRecovery(copies);
+        program.shell.answers = {answer};
+        EXPECT_EQ(offerRecovery(), answer == BoxAnswer::yes);
+        EXPECT_EQ(program.shell.boxes.at(0),
+                  "Marlune ended without saving song.mlp.\nOpen the work as it was then ?");
+        EXPECT_EQ(std::filesystem::exists(orphan + ".mlp"), answer == BoxAnswer::cancel);
+        if (answer == BoxAnswer::yes) {
+            EXPECT_EQ(project.tempo, 112);
+            EXPECT_EQ(editingState->projectFileName, song);
+            EXPECT_TRUE(editingState->projectDirty && editingState->saveAsks && kept());
+            for (const char* extension : {".mlp", ".name"}) // ends badly once more
+                std::filesystem::rename(copies + "/" + std::to_string(::getpid()) + extension,
+                                        orphan + extension);
+        }
+        startRecovery("");
     }
 }
 
