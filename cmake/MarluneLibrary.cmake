@@ -7,6 +7,12 @@ target_compile_options(marlune_options INTERFACE
     # g++ 12 warns of overlapping copies inside its own std::string where there are none.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<BOOL:${MARLUNE_WERROR}>:-Werror>)
+# What is shipped is hardened: overruns of the stack and of known buffers end the program, tables are read-only.
+if(NOT MARLUNE_SANITIZE)
+    target_compile_options(marlune_options INTERFACE
+        $<$<CONFIG:Release>:-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+    target_link_options(marlune_options INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
+endif()
 if(MARLUNE_SANITIZE)
     target_compile_options(marlune_options INTERFACE
         -fsanitize=${MARLUNE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)

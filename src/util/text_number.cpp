@@ -27,7 +27,8 @@ std::size_t scanNumber(std::string_view text, double& value) {
     const bool point = first + 1 < text.size() && text[first] == '.' &&
                        std::isdigit(static_cast<unsigned char>(text[first + 1])) != 0;
     if (!digit && !point) return 0;
-    const auto [end, error] = std::from_chars(text.data() + start, text.data() + text.size(), value);
+    const auto [end, error] = std::from_chars(text.data() + start, text.data() + text.size(), value,
+                                              std::chars_format::fixed); // "1e1" is no number
     if (error == std::errc::result_out_of_range) {
         value =
             text.starts_with('-') ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();

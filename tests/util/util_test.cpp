@@ -20,16 +20,16 @@ using test::writeBytes;
 
 TEST(TextNumbers, AreReadByTheirStart) {
     const std::tuple<const char*, double, bool> rows[] = {
-        {"12", 12, true},   {" 12 ", 12, true}, {"-5", -5, true},  {"12abc", 12, false}, {"abc", 0, false},
-        {"", 0, false},     {"1.5", 1.5, true}, {".5", .5, true},  {"+7", 7, true},      {"+-7", 0, false},
-        {"1e2", 100, true}, {"inf", 0, false},  {"nan", 0, false}, {"0x10", 0, false},   {"-", 0, false},
-        {"012", 12, true},  {"1 2", 1, false}};
+        {"12", 12, true},  {" 12 ", 12, true}, {"-5", -5, true},  {"12abc", 12, false}, {"abc", 0, false},
+        {"", 0, false},    {"1.5", 1.5, true}, {".5", .5, true},  {"+7", 7, true},      {"+-7", 0, false},
+        {"1e2", 1, false}, {"inf", 0, false},  {"nan", 0, false}, {"0x10", 0, false},   {"-", 0, false},
+        {"012", 12, true}, {"1 2", 1, false}};
     for (const auto& [text, leading, numeric] : rows) {
         EXPECT_EQ(leadingNumber(text), leading) << text;
         EXPECT_EQ(isNumeric(text), numeric) << text;
     }
     EXPECT_EQ(leadingInteger("99999999999999999999"), 2147483647);
-    EXPECT_EQ(leadingInteger("-1e999"), -2147483647 - 1);
+    EXPECT_EQ(leadingInteger("-99999999999999999999"), -2147483647 - 1);
 }
 
 TEST(Rounding, TakesHalvesToTheEvenNeighbour) {
