@@ -3,6 +3,7 @@
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QToolTip>
 #include <algorithm>
 #include <array>
@@ -312,10 +313,12 @@ bool PanelWidget::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-// Below the control, so that it covers nothing of it.
+// Below the panel, or above it where the screen ends: over no control, so that a tip neither covers what the
+// pointer goes to nor takes its click.
 void PanelWidget::showTip(QPoint at) {
     constexpr QPoint kOwnOffset(2, 16); // which the toolkit adds
-    constexpr int kAway = 6;
+    constexpr int kAway = 4;
+    constexpr int kTipHeight = 30;
     const PlacedControl* control = reachable(panelPoint(at));
     if (control == nullptr) {
         QToolTip::hideText();
@@ -324,8 +327,10 @@ void PanelWidget::showTip(QPoint at) {
     const double k = zoom_ / 100.0;
     const PanelRect& r = control->rect;
     const QRect area = QRectF(r.x * k, r.y * k, r.width * k, r.height * k).toAlignedRect();
-    QToolTip::showText(mapToGlobal(QPoint(area.left(), area.bottom() + kAway) - kOwnOffset),
-                       controlTip(*control), this, area);
+    const int below = height() + kAway;
+    const bool room = mapToGlobal(QPoint(0, below + kTipHeight)).y() < screen()->availableGeometry().bottom();
+    const int y = room ? below : -kTipHeight - kAway;
+    QToolTip::showText(mapToGlobal(QPoint(area.left(), y) - kOwnOffset), controlTip(*control), this, area);
 }
 
 // --- keyboard

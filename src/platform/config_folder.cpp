@@ -42,7 +42,7 @@ std::string programFolder() {
 std::string configFolder(const std::string& program) {
     if (!program.empty() && !isInstalled(program) && access(program.c_str(), W_OK | X_OK) == 0)
         return program;
-    const std::string folder = userFolder("XDG_CONFIG_HOME", "/.config");
+    std::string folder = userFolder("XDG_CONFIG_HOME", "/.config");
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     return folder;
