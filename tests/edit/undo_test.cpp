@@ -71,6 +71,40 @@ TEST_F(Undo, TakesAWholeRecordingPassAsOneStep) {
     EXPECT_TRUE(differenceTo(before, false).empty());
 }
 
+TEST_F(Undo, WhatIsAbandonedOrLosesItsReleaseLeavesTheHistoryWhole) {
+    clearUndoHistory();
+    const auto before = captureMusic();
+    program.calls();
+    for (const bool song : {false, true}) {
+        if (song) Check1_Click();
+        clearUndoHistory();
+        program.calls();
+        beginEdit();
+        program.drag(Control::knobSprite, 3, 1000, 700);
+        editLoop(1, -4);
+        EXPECT_NE(captureMusic(), before);
+        abandonEdit();
+        EXPECT_EQ(captureMusic(), before);
+        EXPECT_EQ(undoSteps(), 0);
+        EXPECT_EQ(program.copyDifference(), "");
+        EXPECT_EQ(shownText(Control::LoopPt, 1), "16");
+        if (song) Check1_Click();
+    }
+    clearUndoHistory();
+    panelPointer(Control::accent, 0, {}); // its release is lost
+    program.click(Control::accent, 1);
+    EXPECT_EQ(undoSteps(), 2);
+    endGesture(); // none is open
+    program.click(Control::step109LED, 1);
+    EXPECT_EQ(undoSteps(), 3);
+    for (int i = 0; i < 3; ++i) menuClicked(Menu::mnuEditUndo);
+    EXPECT_EQ(captureMusic(), before);
+    program.click(Control::accent, 0); // a new edit: there is nothing to make again
+    EXPECT_FALSE(menuState(Menu::mnuEditRedo).enabled);
+    menuClicked(Menu::mnuEditRedo);
+    EXPECT_EQ(undoSteps(), 1);
+}
+
 // One random edit of those that a user can make in pattern mode.
 void randomEdit(TestProgram& program, std::mt19937& random) {
     const auto below = [&random](int count) {

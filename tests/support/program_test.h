@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <source_location>
 #include <thread>
 
 #include "boundary/menus.h"
@@ -22,6 +24,7 @@
 #include "files/project_file.h"
 #include "midi/midi_input.h"
 #include "midi/remote_control.h"
+#include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "panel/scaling.h"
@@ -32,6 +35,7 @@
 #include "program/startup.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
+#include "project/pattern_push.h"
 #include "project/run_state.h"
 #include "project/song_track.h"
 #include "project/step_rules.h"
@@ -42,6 +46,7 @@
 #include "song/mode_switch.h"
 #include "song/selection.h"
 #include "song/song_moves.h"
+#include "support/session.h"
 #include "support/test_program.h"
 #include "transport/navigation.h"
 #include "transport/timer_control.h"
@@ -65,5 +70,22 @@ struct ProgramTest : testing::Test {
 struct SongModeTest : ProgramTest {
     SongModeTest() { Check1_Click(); }
 };
+
+// The transcript is what doing it brings.
+inline void expectSession(test::Session& session, const std::string& transcript,
+                          std::source_location at = std::source_location::current()) {
+    const std::string told = session.tell(transcript);
+    if (told == transcript) return;
+    const auto apart = std::ranges::mismatch(told, transcript);
+    const auto line = std::count(told.begin(), apart.in1, '\n');
+    ADD_FAILURE_AT(at.file_name(), static_cast<int>(at.line()))
+        << "from line " << line << " of the transcript on; it is now\n"
+        << told << "\n(end)";
+}
+inline void expectSession(TestProgram& program, const std::string& transcript,
+                          std::source_location at = std::source_location::current()) {
+    test::Session session(program);
+    expectSession(session, transcript, at);
+}
 
 } // namespace marlune
