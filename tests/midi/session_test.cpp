@@ -15,19 +15,21 @@ midi 90 34 64:
 midi 90 23 64:
 midi 90 24 64: step103(0)=0
 midi 90 3a 64:
-midi 90 3b 64: Set103Down32(0,0,0,0,-1) | down(0)=1 | changed1 103A A1 {C_ C*15}
-midi 90 3b 64: Set103Down32(0,0,0,0,0) | down(0)=0 | changed1 103A A1 {C*16}
-midi 90 3c 64: Set103NoteOn32(0,0,0,0,0) | keys(0)=13 | changed1 103A A1 {C- C*15}
-midi 90 48 64: Set103Note32(0,0,0,0,12) Set103NoteOn32(0,0,0,0,-1) | keys(0)=12 | changed1 103A A1 {C' C*15}
-midi 90 49 64: Set103Up32(0,0,0,0,-1) | up(0)=1 | changed1 103A A1 {C'^ C*15}
-midi 90 4a 64: Set103Accent32(0,0,0,0,-1) | accent(0)=1 | changed1 103A A1 {C'^! C*15}
+midi 90 3b 64: Set103Down32(0,0,0,0,-1) | down(0)=1 | undo1 changed1 103A A1 {C_ C*15}
+midi 90 3b 64: Set103Down32(0,0,0,0,0) | down(0)=0 | undo2 changed1 103A A1 {C*16}
+midi 90 3c 64: Set103NoteOn32(0,0,0,0,0) | keys(0)=13 | undo3 changed1 103A A1 {C- C*15}
+midi 90 48 64: Set103Note32(0,0,0,0,12) Set103NoteOn32(0,0,0,0,-1) | keys(0)=12 | undo4 changed1 103A A1 {C'
+    C*15}
+midi 90 49 64: Set103Up32(0,0,0,0,-1) | up(0)=1 | undo5 changed1 103A A1 {C'^ C*15}
+midi 90 4a 64: Set103Accent32(0,0,0,0,-1) | accent(0)=1 | undo6 changed1 103A A1 {C'^! C*15}
 midi 90 4b 64:
 midi 90 4a 0:
 midi 91 25 1: step103(1)=1
-midi 91 48 1: Set103Note32(1,0,0,1,12) Set103NoteOn32(1,0,0,1,-1) | keys(1)=12 | changed1 103B A1 {C C' C*14}
-midi 91 4a 1: Set103Accent32(1,0,0,1,-1) | accent(1)=1 | changed1 103B A1 {C C'! C*14}
-midi 99 24 1: Set109bOn32(0,0,0,0,1) | lamp(0)=on | changed1 109 A1 {drums 0.1}
-midi 99 33 1: Set109bOn32(0,0,15,0,1) | lamp(15)=on | changed1 109 A1 {drums 0.1.16}
+midi 91 48 1: Set103Note32(1,0,0,1,12) Set103NoteOn32(1,0,0,1,-1) | keys(1)=12 | undo7 changed1 103B A1 {C C'
+    C*14}
+midi 91 4a 1: Set103Accent32(1,0,0,1,-1) | accent(1)=1 | undo8 changed1 103B A1 {C C'! C*14}
+midi 99 24 1: Set109bOn32(0,0,0,0,1) | lamp(0)=on | undo9 changed1 109 A1 {drums 0.1}
+midi 99 33 1: Set109bOn32(0,0,15,0,1) | lamp(15)=on | undo10 changed1 109 A1 {drums 0.1.16}
 midi 99 34 1:
 midi 99 3b 1:
 midi 99 3c 1:
@@ -35,7 +37,7 @@ midi 99 43 1: sel109(0)=0 sel109(7)=1 lamp(0)=off lamp(15)=off
 midi 99 44 1:
 midi 92 25 1:
 midi b0 b 7:
-midi b0 c 7: SetController32(0,7) | knobSprite(0)=3 | changed1 knobs 0=7
+midi b0 c 7: SetController32(0,7) | knobSprite(0)=3 | undo11 changed1 knobs 0=7
 midi b0 1f 127: SetController32(19,39) | knobSprite(19)=16 | changed1 knobs 19=39
 midi b0 20 9:
 midi b1 c 9:
@@ -75,16 +77,16 @@ midi 90 25 64:
 midi 90 40 64:
 midi b0 d 64:
 play 1: Set103Note32(0,0,0,1,4) Set103NoteOn32(0,0,0,1,-1) PrepareController32(1,100) | step103(0)=1 keys(0)=4
-    LEDBar(0)=17 LEDBar(1)=1 LEDBar(2)=1 knobSprite(1)=42 | tick2 changed1 knobs 1=100 103A A1 {C E C*14}
+    LEDBar(0)=17 LEDBar(1)=1 LEDBar(2)=1 knobSprite(1)=42 | tick2 undo1 changed1 knobs 1=100 103A A1 {C E C*14}
 - click startStopButton 0
 - song
-midi b0 d 64:
+midi b0 d 64: undo0
 midi 90 26 64: keys(0)=0 step103(0)=2
 midi 94 2 64: changed1
 click RecButton 0: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
-midi b0 d 64: PrepareController32(1,100) | knobSprite(1)=42 | changed1 knobs 1=100 track1 1=100
+midi b0 d 64: PrepareController32(1,100) | knobSprite(1)=42 | undo1 changed1 knobs 1=100 track1 1=100
 midi 94 2 64: song(0 A2>A1@0 A1>A1@0 A1>A1@0) song(0 A2>A1@0 A1>A1@0 D1>A1@0) song(0 A2>A1@0 A1>A1@0 D8>A1@0) |
-    DigitPatt(0)=1 DigitPatt(4)=24 DigitPatt(4)=31 | changed1 bars 103A 1=A2 bars 109 1=D8
+    DigitPatt(0)=1 DigitPatt(4)=24 DigitPatt(4)=31 | undo2 changed1 bars 103A 1=A2 bars 109 1=D8
 click startStopButton 0: PrepareController32(0,0) (1,100) PrepareController32(2..11,0)
     PrepareController32(12..19,100) HoldTicks32(-1) SetMarluneTempo32(140) song(0 A2>A1@0 A1>A1@0 D8>A1@0)
     StartMarluneTimer32(17,0) next(A2 A1 D8) HoldTicks32(0) | startStopButton=1 playSongButton=2 DigitPatt(1)=1
@@ -109,7 +111,7 @@ play 16: PrepareController32(1,80) (2,81) (1,80) (2,81) (1,80) (2,81) (1,80) (2,
 click startStopButton 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) (153,36,0) (153,38,0)
     (153,39,0) (153,42,0) (153,44,0) (153,46,0) (153,48,0) song(18 A2>A2@2 A1>A1@2 D8>D8@2) | knobSprite(0..18)
     disabled RecButton=1 LEDBar(0)=18 LEDBar(1)=2 LEDBar(2)=2 microDisplay="[ 3/16]" startStopButton=0
-    playSongButton=1 | run0 rec0 STALE LEDBar(0)=16 LEDBar(1)=0 LEDBar(2)=0
+    playSongButton=1 | run0 rec0 undo3 STALE LEDBar(0)=16 LEDBar(1)=0 LEDBar(2)=0
 click startStopButton 0: PrepareController32(0,0) (1,80) (2,81) PrepareController32(3..11,0)
     PrepareController32(12..19,100) HoldTicks32(-1) SetMarluneTempo32(140) song(16 A2>A2@0 A1>A1@0 D8>D8@0)
     StartMarluneTimer32(17,0) next(A2 A1 D8) HoldTicks32(0) | startStopButton=1 playSongButton=2 microDisplay=""

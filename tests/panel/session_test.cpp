@@ -23,47 +23,54 @@ click ediSel 1: SelEditPicture(0)=1 SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16
 click step103B 3: keys(1)=5 down(1)=1 step103(1)=3
 click step103A 15: step103(0)=15 SelEditPicture(1)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(1)=0 | edit0
 click sel103BButton 12: Set103Note32(1,0,0,3,12) Set103NoteOn32(1,0,0,3,-1) | keys(1)=12 SelEditPicture(0)=1
-    SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16 | edit1 changed1 103B A1 {C D! E^ C'_ G C- C*10 loop 7 patch 20}
-click sel103BButton 12: Set103NoteOn32(1,0,0,3,0) | keys(1)=13 | changed1 103B A1 {C D! E^ C'_- G C- C*10 loop 7
+    SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16 | edit1 undo1 changed1 103B A1 {C D! E^ C'_ G C- C*10 loop 7
     patch 20}
+click sel103BButton 12: Set103NoteOn32(1,0,0,3,0) | keys(1)=13 | undo2 changed1 103B A1 {C D! E^ C'_- G C- C*10
+    loop 7 patch 20}
 click sel103AButton 4: Set103Note32(0,2,5,15,4) Set103NoteOn32(0,2,5,15,-1) | keys(0)=4 SelEditPicture(1)=1
-    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(1)=0 | edit0 changed1 103A C6 {C*15 E}
+    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(1)=0 | edit0 undo3 changed1 103A C6 {C*15 E}
 click up 1: Set103Up32(1,0,0,3,-1) (1,0,0,3,0) Set103Down32(1,0,0,3,0) | down(1)=0 SelEditPicture(0)=1
-    SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16 | edit1 changed1 103B A1 {C D! E^ C'- G C- C*10 loop 7 patch 20}
-click down 1: Set103Down32(1,0,0,3,-1) | down(1)=1 | changed1 103B A1 {C D! E^ C'_- G C- C*10 loop 7 patch 20}
-click down 1: Set103Down32(1,0,0,3,0) | down(1)=0 | changed1 103B A1 {C D! E^ C'- G C- C*10 loop 7 patch 20}
-click accent 1: Set103Accent32(1,0,0,3,-1) | accent(1)=1 | changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7 patch
+    SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16 | edit1 undo4 changed1 103B A1 {C D! E^ C'- G C- C*10 loop 7
+    patch 20}
+click down 1: Set103Down32(1,0,0,3,-1) | down(1)=1 | undo5 changed1 103B A1 {C D! E^ C'_- G C- C*10 loop 7 patch
     20}
+click down 1: Set103Down32(1,0,0,3,0) | down(1)=0 | undo6 changed1 103B A1 {C D! E^ C'- G C- C*10 loop 7 patch
+    20}
+click accent 1: Set103Accent32(1,0,0,3,-1) | accent(1)=1 | undo7 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7
+    patch 20}
 click accent 0: Set103Accent32(0,2,5,15,-1) | accent(0)=1 SelEditPicture(1)=1 SelEditPicture(0)=0 LEDBar(0)=16
-    LEDBar(1)=0 | edit0 changed1 103A C6 {C*15 E!}
-double up 0: Set103Up32(0,2,5,15,-1) (0,2,5,15,0) | up(0)=1 up(0)=0 | changed1
+    LEDBar(1)=0 | edit0 undo8 changed1 103A C6 {C*15 E!}
+double up 0: Set103Up32(0,2,5,15,-1) (0,2,5,15,0) | up(0)=1 up(0)=0 | undo10 changed1
 click sel109 6: sel109(0)=0 sel109(6)=1 SelEditPicture(0)=1 SelEditPicture(2)=0 LEDBar(0)=0 LEDBar(2)=16 | edit2
-click step109LED 3: Set109bOn32(3,0,3,6,1) | lamp(3)=on | changed1 109 D1 {drums 6.4}
-double step109LED 3: Set109bOn32(3,0,3,6,0) (3,0,3,6,1) | lamp(3)=off lamp(3)=on | changed1
+click step109LED 3: Set109bOn32(3,0,3,6,1) | lamp(3)=on | undo11 changed1 109 D1 {drums 6.4}
+double step109LED 3: Set109bOn32(3,0,3,6,0) (3,0,3,6,1) | lamp(3)=off lamp(3)=on | undo13 changed1
 click edi109 0:
 wheel PatchID 1 2: Set103Patch32(1,0,0,22) | SelEditPicture(2)=1 SelEditPicture(1)=0 LEDBar(1)=16 LEDBar(2)=0
-    PatchID(1)="22" | edit1 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7 patch 22}
+    PatchID(1)="22" | edit1 undo14 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7 patch 22}
 drag PatchID 0 400: Set103Patch32(0,2,5,26) | SelEditPicture(1)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(1)=0
-    PatchID(0)="5" PatchID(0)="12" PatchID(0)="19" PatchID(0)="26" | edit0 changed1 103A C6 {C*15 E! patch 26}
+    PatchID(0)="5" PatchID(0)="12" PatchID(0)="19" PatchID(0)="26" | edit0 undo15 changed1 103A C6 {C*15 E! patch
+    26}
 wheel PatchID 1 200: Set103Patch32(1,0,0,127) | SelEditPicture(0)=1 SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16
-    PatchID(1)="127" | edit1 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7 patch 127}
-drag PatchID 1 -9000: Set103Patch32(1,0,0,-1) | PatchID(1)="NONE" | changed1 103B A1 {C D! E^ C'!- G C- C*10 loop
-    7}
+    PatchID(1)="127" | edit1 undo16 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7 patch 127}
+drag PatchID 1 -9000: Set103Patch32(1,0,0,-1) | PatchID(1)="NONE" | undo17 changed1 103B A1 {C D! E^ C'!- G C-
+    C*10 loop 7}
 wheel LoopPt 2 -3: Set109Loop32(3,0,12) | SelEditPicture(1)=1 SelEditPicture(2)=0 LEDBar(1)=0 LEDBar(2)=16
-    LoopPt(2)="13" | edit2 changed1 109 D1 {drums 6.4 loop 13}
+    LoopPt(2)="13" | edit2 undo18 changed1 109 D1 {drums 6.4 loop 13}
 drag LoopPt 1 500: Set103Loop32(1,0,0,15) | SelEditPicture(2)=1 SelEditPicture(1)=0 LEDBar(1)=16 LEDBar(2)=0
-    LoopPt(1)="10" LoopPt(1)="12" LoopPt(1)="14" LoopPt(1)="16" | edit1 changed1 103B A1 {C D! E^ C'!- G C- C*10}
+    LoopPt(1)="10" LoopPt(1)="12" LoopPt(1)="14" LoopPt(1)="16" | edit1 undo19 changed1 103B A1 {C D! E^ C'!- G
+    C- C*10}
 wheel knobSprite 0 3: SetController32(0,3) | SelEditPicture(1)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(1)=0
-    knobSprite(0)=1 | edit0 changed1 knobs 0=3
+    knobSprite(0)=1 | edit0 undo20 changed1 knobs 0=3
 drag knobSprite 7 100: SetController32(7,4) (7,8) (7,13) (7,17) | SelEditPicture(0)=1 SelEditPicture(1)=0
-    LEDBar(0)=0 LEDBar(1)=16 knobSprite(7)=2 knobSprite(7)=3 knobSprite(7)=5 knobSprite(7)=7 | edit1 changed1
-    knobs 7=17
+    LEDBar(0)=0 LEDBar(1)=16 knobSprite(7)=2 knobSprite(7)=3 knobSprite(7)=5 knobSprite(7)=7 | edit1 undo21
+    changed1 knobs 7=17
 drag knobSprite 18 -40: SetController32(18,98) (18,97) (18,95) (18,93) | SelEditPicture(1)=1 SelEditPicture(2)=0
-    LEDBar(1)=0 LEDBar(2)=16 knobSprite(18)=41 knobSprite(18)=40 knobSprite(18)=39 | edit2 changed1 knobs 18=93
-wheel knobTempo 0 5: knobTempo=27 tempoBPM="145" | changed1 tempo=145
+    LEDBar(1)=0 LEDBar(2)=16 knobSprite(18)=41 knobSprite(18)=40 knobSprite(18)=39 | edit2 undo22 changed1 knobs
+    18=93
+wheel knobTempo 0 5: knobTempo=27 tempoBPM="145" | undo23 changed1 tempo=145
 drag knobTempo 0 -100: knobTempo=26 tempoBPM="139" knobTempo=24 tempoBPM="132" knobTempo=22 tempoBPM="125"
-    knobTempo=20 tempoBPM="119" | changed1 tempo=119
-drag knobTempo 0 -9000: knobTempo=0 tempoBPM="40" | changed1 tempo=40
+    knobTempo=20 tempoBPM="119" | undo24 changed1 tempo=119
+drag knobTempo 0 -9000: knobTempo=0 tempoBPM="40" | undo25 changed1 tempo=40
 drag DigitPatt 2 400: SetNextPatt32(1,0) SetCurrPatt32(1,0) SetNextPatt32(1,1) SetCurrPatt32(1,1)
     SetNextPatt32(1,1) SetCurrPatt32(1,1) SetNextPatt32(1,2) SetCurrPatt32(1,2) SetNextPatt32(1,2)
     SetCurrPatt32(1,2) | SelEditPicture(2)=1 SelEditPicture(1)=0 LEDBar(1)=16 LEDBar(2)=0 DigitPatt(3)=1
@@ -79,7 +86,7 @@ click bank109 3: SetNextGroup32(2,3) SetCurrGroup32(2,3) | SelEditPicture(1)=1 S
 click Offset109 2:
 press PatchID 0 3000: SelEditPicture(2)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 | edit0
 move PatchID 0 2800: PatchID(0)="12"
-release PatchID 0 2800: Set103Patch32(0,1,5,12) | changed1 103A B6 {C*16 patch 12}
+release PatchID 0 2800: Set103Patch32(0,1,5,12) | undo26 changed1 103A B6 {C*16 patch 12}
 press LoopPt 2 3000: SelEditPicture(0)=1 SelEditPicture(2)=0 LEDBar(0)=0 LEDBar(2)=16 | edit2
 move LoopPt 2 2800:
 release LoopPt 2 2800: Set109Loop32(3,3,15) | changed1
@@ -111,26 +118,26 @@ click sel109 6: sel109(0)=0 sel109(6)=1 SelEditPicture(1)=1 SelEditPicture(2)=0 
 drag PatchID 0 400:
 wheel PatchID 0 4:
 wheel LoopPt 1 -3: Set103Loop32(1,0,0,12) | SelEditPicture(2)=1 SelEditPicture(1)=0 LEDBar(1)=16 LEDBar(2)=0
-    LoopPt(1)="13" | edit1 changed1 103B A1 {C*16 loop 13}
-drag LoopPt 1 500: Set103Loop32(1,0,0,15) | LoopPt(1)="16" | changed1 103B A1 {C*16}
+    LoopPt(1)="13" | edit1 undo1 changed1 103B A1 {C*16 loop 13}
+drag LoopPt 1 500: Set103Loop32(1,0,0,15) | LoopPt(1)="16" | undo2 changed1 103B A1 {C*16}
 wheel knobSprite 19 3: SelEditPicture(1)=1 SelEditPicture(2)=0 LEDBar(1)=0 LEDBar(2)=16 | edit2
 drag knobSprite 7 100: SelEditPicture(2)=1 SelEditPicture(1)=0 LEDBar(1)=16 LEDBar(2)=0 | edit1
-wheel knobTempo 0 5: knobTempo=27 tempoBPM="145" | changed1 tempo=145
+wheel knobTempo 0 5: knobTempo=27 tempoBPM="145" | undo3 changed1 tempo=145
 wheel DigitPatt 3 3:
 click bank103A 1: SelEditPicture(1)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(1)=0 | edit0 changed1
 click RecButton 0: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
 drag knobSprite 7 100: PrepareController32(7,24) (7,28) (7,33) (7,37) | SelEditPicture(0)=1 SelEditPicture(1)=0
-    LEDBar(0)=0 LEDBar(1)=16 knobSprite(7)=10 knobSprite(7)=12 knobSprite(7)=14 knobSprite(7)=15 | edit1 changed1
-    knobs 7=37 track7 1=37
+    LEDBar(0)=0 LEDBar(1)=16 knobSprite(7)=10 knobSprite(7)=12 knobSprite(7)=14 knobSprite(7)=15 | edit1 undo4
+    changed1 knobs 7=37 track7 1=37
 wheel knobSprite 19 3: PrepareController32(19,103) | SelEditPicture(1)=1 SelEditPicture(2)=0 LEDBar(1)=0
-    LEDBar(2)=16 knobSprite(19)=43 | edit2 changed1 knobs 19=103 track19 1=103
+    LEDBar(2)=16 knobSprite(19)=43 | edit2 undo5 changed1 knobs 19=103 track19 1=103
 wheel DigitPatt 3 3: song(0 A1>A1@0 A4>A1@0 A1>A1@0) | SelEditPicture(2)=1 SelEditPicture(1)=0 LEDBar(1)=16
-    LEDBar(2)=0 DigitPatt(2)=3 | edit1 changed1 bars 103B 1=A4
+    LEDBar(2)=0 DigitPatt(2)=3 | edit1 undo6 changed1 bars 103B 1=A4
 drag DigitPatt 2 400: song(0 A1>A1@0 A4>A1@0 A1>A1@0) song(0 A1>A1@0 A5>A1@0 A1>A1@0) song(0 A1>A1@0 A5>A1@0
     A1>A1@0) song(0 A1>A1@0 A6>A1@0 A1>A1@0) song(0 A1>A1@0 A6>A1@0 A1>A1@0) | DigitPatt(2)=4 DigitPatt(2)=5 |
-    changed1 bars 103B 1=A6
+    undo7 changed1 bars 103B 1=A6
 click bank109 2: song(0 A1>A1@0 A6>A1@0 C1>A1@0) | DigitPatt(4)=16 SelEditPicture(1)=1 SelEditPicture(2)=0
-    LEDBar(1)=0 LEDBar(2)=16 | edit2 changed1 bars 109 1=C1
+    LEDBar(1)=0 LEDBar(2)=16 | edit2 undo8 changed1 bars 109 1=C1
 click RecButton 0: knobSprite(0..18) disabled RecButton=1 | rec0
 dialog 0=many b0:
 menu mnuToolsSongRandom: Song Randomize: {Radomize Details Number of Bars :[4]6 '[ Starting at Bar:1 ]' 'Module
@@ -213,10 +220,10 @@ play 1: tick1
 click ediSel 2: SelEditPicture(0)=1 SelEditPicture(2)=0 | edit2
 click bank103A 1: SetNextGroup32(0,1) | DigitPatt(1)=8 SelEditPicture(2)=1 SelEditPicture(0)=0 | edit0 changed1
 wheel DigitPatt 1 3: SetNextPatt32(0,3) | DigitPatt(1)=11
-wheel knobTempo 0 5: knobTempo=27 tempoBPM="145" | changed1 tempo=145
-wheel knobSprite 3 50: SetController32(3,50) | knobSprite(3)=21 | changed1 knobs 3=50
+wheel knobTempo 0 5: knobTempo=27 tempoBPM="145" | undo1 changed1 tempo=145
+wheel knobSprite 3 50: SetController32(3,50) | knobSprite(3)=21 | undo2 changed1 knobs 3=50
 click sel109 2: sel109(0)=0 sel109(2)=1 SelEditPicture(0)=1 SelEditPicture(2)=0 | edit2
-click step109LED 9: Set109bOn32(0,0,9,2,1) | lamp(9)=on | changed1 109 A1 {drums 2.10}
+click step109LED 9: Set109bOn32(0,0,9,2,1) | lamp(9)=on | undo3 changed1 109 A1 {drums 2.10}
 play 1: SetMarluneTempo32(145) SetMarluneTimerInterval32(17,0) | LEDBar(0)=1 LEDBar(1)=1 LEDBar(2)=17 | tick2
 click stopButton 0:
 click PlayHit 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) (153,36,0) (153,38,0) (153,39,0)

@@ -48,34 +48,18 @@ TEST_F(Sessions, StartAndEnd) {
 start: StopMarluneTimer32() SetMarluneHwnd32(-1) Set103Chan32(0,0) (1,1) Set109Chan32(2,9)
     Set103StoredChan32(0,0) (1,1) Set103NoteOffset32(0,36) (1,36) Set103Vel32(0,100) (1,100)
     DefineController32(0,12) (1,13) (2,14) (3,15) (4,16) (5,17) (6,12) (7,13) (8,14) (9,15) (10,16) (11,17)
-    DefineController32(12..19,-1) pattern(109 A1) pattern(103A A1) pattern(103B A1) pattern(109 A2) pattern(103A
-    A2) pattern(103B A2) pattern(109 A3) pattern(103A A3) pattern(103B A3) pattern(109 A4) pattern(103A A4)
-    pattern(103B A4) pattern(109 A5) pattern(103A A5) pattern(103B A5) pattern(109 A6) pattern(103A A6)
-    pattern(103B A6) pattern(109 A7) pattern(103A A7) pattern(103B A7) pattern(109 A8) pattern(103A A8)
-    pattern(103B A8) pattern(109 B1) pattern(103A B1) pattern(103B B1) pattern(109 B2) pattern(103A B2)
-    pattern(103B B2) pattern(109 B3) pattern(103A B3) pattern(103B B3) pattern(109 B4) pattern(103A B4)
-    pattern(103B B4) pattern(109 B5) pattern(103A B5) pattern(103B B5) pattern(109 B6) pattern(103A B6)
-    pattern(103B B6) pattern(109 B7) pattern(103A B7) pattern(103B B7) pattern(109 B8) pattern(103A B8)
-    pattern(103B B8) pattern(109 C1) pattern(103A C1) pattern(103B C1) pattern(109 C2) pattern(103A C2)
-    pattern(103B C2) pattern(109 C3) pattern(103A C3) pattern(103B C3) pattern(109 C4) pattern(103A C4)
-    pattern(103B C4) pattern(109 C5) pattern(103A C5) pattern(103B C5) pattern(109 C6) pattern(103A C6)
-    pattern(103B C6) pattern(109 C7) pattern(103A C7) pattern(103B C7) pattern(109 C8) pattern(103A C8)
-    pattern(103B C8) pattern(109 D1) pattern(103A D1) pattern(103B D1) pattern(109 D2) pattern(103A D2)
-    pattern(103B D2) pattern(109 D3) pattern(103A D3) pattern(103B D3) pattern(109 D4) pattern(103A D4)
-    pattern(103B D4) pattern(109 D5) pattern(103A D5) pattern(103B D5) pattern(109 D6) pattern(103A D6)
-    pattern(103B D6) pattern(109 D7) pattern(103A D7) pattern(103B D7) pattern(109 D8) pattern(103A D8)
-    pattern(103B D8) Set103Vel32(0,100) (1,100) Set103NoteOffset32(0,36) (1,36) Set103Chan32(0,0) (1,1)
-    Set109Chan32(2,9) DefineController32(0,12) (1,13) (2,14) (3,15) (4,16) (5,17) (6,12) (7,13) (8,14) (9,15)
-    (10,16) (11,17) DefineController32(12..19,-1) SetSyncOffset32(3) SetSong32(0) patterns(0 A1>A1@0 A1>A1@0
-    A1>A1@0) position(0) CloseMidiPort32() CloseSyncPort32() OpenSyncPort32(0) OpenMidiPort32(1)
-    SetSyncOffset32(3) SendShortMessage32(159,1,0) CloseMidiPort32() CloseSyncPort32() OpenSyncPort32(0)
-    OpenMidiPort32(1) SetSyncOffset32(3) SendShortMessage32(159,1,0) SetController32(0..11,0)
-    SetController32(12..19,100) | knobSprite(0..11)=0 knobSprite(12..19)=42 SelEditPicture(0)=0
-    SelEditPicture(0)=1 SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16 LEDBar(2)=0 SelEditPicture(1)=1
-    SelEditPicture(2)=0 LEDBar(1)=0 LEDBar(2)=16 knobTempo=26 tempoBPM="140" SelEditPicture(2)=1
-    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 UserTitle(0)="Cutoff" UserTitle(1)="Res" UserTitle(2)="Env.Amt"
-    UserTitle(3)="Decay" UserTitle(4)="Ctrl.1" UserTitle(5)="Accent" UserTitle(6)="Cutoff" UserTitle(7)="Res"
-    UserTitle(8)="Env.Amt" UserTitle(9)="Decay" UserTitle(10)="Ctrl.1" UserTitle(11)="Accent"
+    DefineController32(12..19,-1) pattern(109 A1) pattern(103B D8) Set103Vel32(0,100) (1,100)
+    Set103NoteOffset32(0,36) (1,36) Set103Chan32(0,0) (1,1) Set109Chan32(2,9) DefineController32(0,12) (1,13)
+    (2,14) (3,15) (4,16) (5,17) (6,12) (7,13) (8,14) (9,15) (10,16) (11,17) DefineController32(12..19,-1)
+    SetSyncOffset32(3) SetSong32(0) patterns(0 A1>A1@0 A1>A1@0 A1>A1@0) position(0) CloseMidiPort32()
+    CloseSyncPort32() OpenSyncPort32(0) OpenMidiPort32(1) SetSyncOffset32(3) SendShortMessage32(159,1,0)
+    CloseMidiPort32() CloseSyncPort32() OpenSyncPort32(0) OpenMidiPort32(1) SetSyncOffset32(3)
+    SendShortMessage32(159,1,0) SetController32(0..11,0) SetController32(12..19,100) | knobSprite(0..11)=0
+    knobSprite(12..19)=42 SelEditPicture(0)=0 SelEditPicture(0)=1 SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16
+    LEDBar(2)=0 SelEditPicture(1)=1 SelEditPicture(2)=0 LEDBar(1)=0 LEDBar(2)=16 knobTempo=26 tempoBPM="140"
+    SelEditPicture(2)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 UserTitle(0)="Cutoff" UserTitle(1)="Res"
+    UserTitle(2)="Env.Amt" UserTitle(3)="Decay" UserTitle(4)="Ctrl.1" UserTitle(5)="Accent" UserTitle(6)="Cutoff"
+    UserTitle(7)="Res" UserTitle(8)="Env.Amt" UserTitle(9)="Decay" UserTitle(10)="Ctrl.1" UserTitle(11)="Accent"
     UserTitle(12)="BDrum" UserTitle(13)="Snare" UserTitle(14)="Clap" UserTitle(15)="ClHt1" UserTitle(16)="ClHt2"
     UserTitle(17)="OpHat" UserTitle(18)="Loop" UserTitle(19)="Accent" timeDisplay="1" microDisplay=""
     startStopButton=0 playSongButton=0 RecButton=0 stopButton=0 Check1=0 ResetButton=0 prevButton=0 nextButton=0
@@ -84,28 +68,14 @@ start: StopMarluneTimer32() SetMarluneHwnd32(-1) Set103Chan32(0,0) (1,1) Set109C
     keys(1)=0 accent(1)=0 down(1)=0 up(1)=0 step103(1)=0 LoopPt(1)="16" PatchID(1)="NONE" DigitPatt(3)=0
     DigitPatt(4)=0 sel109(0)=1 lamp(0..15)=off Offset109(0)="36" Offset109(1)="38" Offset109(2)="39"
     Offset109(3)="42" Offset109(4)="44" Offset109(5)="46" Offset109(6)="48" LoopPt(2)="16" DigitPatt(5)=0 |
-    tempo=140 knobs 12..19=100 103A A1 {C*16} 103A A2 {C*16} 103A A3 {C*16} 103A A4 {C*16} 103A A5 {C*16} 103A A6
-    {C*16} 103A A7 {C*16} 103A A8 {C*16} 103A B1 {C*16} 103A B2 {C*16} 103A B3 {C*16} 103A B4 {C*16} 103A B5
-    {C*16} 103A B6 {C*16} 103A B7 {C*16} 103A B8 {C*16} 103A C1 {C*16} 103A C2 {C*16} 103A C3 {C*16} 103A C4
-    {C*16} 103A C5 {C*16} 103A C6 {C*16} 103A C7 {C*16} 103A C8 {C*16} 103A D1 {C*16} 103A D2 {C*16} 103A D3
-    {C*16} 103A D4 {C*16} 103A D5 {C*16} 103A D6 {C*16} 103A D7 {C*16} 103A D8 {C*16} 103B A1 {C*16} 103B A2
-    {C*16} 103B A3 {C*16} 103B A4 {C*16} 103B A5 {C*16} 103B A6 {C*16} 103B A7 {C*16} 103B A8 {C*16} 103B B1
-    {C*16} 103B B2 {C*16} 103B B3 {C*16} 103B B4 {C*16} 103B B5 {C*16} 103B B6 {C*16} 103B B7 {C*16} 103B B8
-    {C*16} 103B C1 {C*16} 103B C2 {C*16} 103B C3 {C*16} 103B C4 {C*16} 103B C5 {C*16} 103B C6 {C*16} 103B C7
-    {C*16} 103B C8 {C*16} 103B D1 {C*16} 103B D2 {C*16} 103B D3 {C*16} 103B D4 {C*16} 103B D5 {C*16} 103B D6
-    {C*16} 103B D7 {C*16} 103B D8 {C*16} 109 A1 {drums} 109 A2 {drums} 109 A3 {drums} 109 A4 {drums} 109 A5
-    {drums} 109 A6 {drums} 109 A7 {drums} 109 A8 {drums} 109 B1 {drums} 109 B2 {drums} 109 B3 {drums} 109 B4
-    {drums} 109 B5 {drums} 109 B6 {drums} 109 B7 {drums} 109 B8 {drums} 109 C1 {drums} 109 C2 {drums} 109 C3
-    {drums} 109 C4 {drums} 109 C5 {drums} 109 C6 {drums} 109 C7 {drums} 109 C8 {drums} 109 D1 {drums} 109 D2
-    {drums} 109 D3 {drums} 109 D4 {drums} 109 D5 {drums} 109 D6 {drums} 109 D7 {drums} 109 D8 {drums} track12
-    1..16000=100 track13 1..16000=100 track14 1..16000=100 track15 1..16000=100 track16 1..16000=100 track17
-    1..16000=100 track18 1..16000=100 track19 1..16000=100
+    tempo=140 knobs 12..19=100 103A A1..103A D8 {C*16} 103B A1..103B D8 {C*16} 109 A1..109 D8 {drums}
+    track12..track19 1..16000=100
 menu mnuToolsRNotes: Set103Note32(0,0,0,0,0) (0,0,0,1,5) (0,0,0,2,7) (0,0,0,3,6) (0,0,0,4,6) (0,0,0,5,0)
     (0,0,0,6,2) (0,0,0,7,4) (0,0,0,8,2) (0,0,0,9,0) (0,0,0,10,3) (0,0,0,11,11) (0,0,0,12,5) (0,0,0,13,2)
-    (0,0,0,14,3) (0,0,0,15,2) | changed1 103A A1 {C F G F#*2 C D E D C D# B F D D# D}
+    (0,0,0,14,3) (0,0,0,15,2) | undo1 changed1 103A A1 {C F G F#*2 C D E D C D# B F D D# D}
 menu mnuToolsRAccents: Set103Accent32(0,0,0,0,0) (0,0,0,1,0) (0,0,0,2,0) (0,0,0,3,0) (0,0,0,4,0) (0,0,0,5,0)
     (0,0,0,6,-1) (0,0,0,7,0) (0,0,0,8,-1) (0,0,0,9,-1) (0,0,0,10,0) (0,0,0,11,-1) (0,0,0,12,-1) (0,0,0,13,-1)
-    (0,0,0,14,-1) (0,0,0,15,0) | 103A A1 {C F G F#*2 C D! E D! C! D# B! F! D! D#! D}
+    (0,0,0,14,-1) (0,0,0,15,0) | undo2 103A A1 {C F G F#*2 C D! E D! C! D# B! F! D! D#! D}
 menu mnuEditPaste:
 key 49: SetNextPatt32(0,0) SetCurrPatt32(0,0)
 key 75: SetNextPatt32(2,7) SetCurrPatt32(2,7) | DigitPatt(5)=7 DigitPatt(4)=7
@@ -153,47 +123,15 @@ TEST_F(Sessions, FileNew) {
     expectSession(program, R"(
 menu mnuFileNew: Set103Chan32(0,0) (1,1) Set109Chan32(2,9) Set103StoredChan32(0,0) (1,1) Set103NoteOffset32(0,36)
     (1,36) Set103Vel32(0,100) (1,100) DefineController32(0,12) (1,13) (2,14) (3,15) (4,16) (5,17) (6,12) (7,13)
-    (8,14) (9,15) (10,16) (11,17) DefineController32(12..19,-1) pattern(109 A1) pattern(103A A1) pattern(103B A1)
-    pattern(109 A2) pattern(103A A2) pattern(103B A2) pattern(109 A3) pattern(103A A3) pattern(103B A3)
-    pattern(109 A4) pattern(103A A4) pattern(103B A4) pattern(109 A5) pattern(103A A5) pattern(103B A5)
-    pattern(109 A6) pattern(103A A6) pattern(103B A6) pattern(109 A7) pattern(103A A7) pattern(103B A7)
-    pattern(109 A8) pattern(103A A8) pattern(103B A8) pattern(109 B1) pattern(103A B1) pattern(103B B1)
-    pattern(109 B2) pattern(103A B2) pattern(103B B2) pattern(109 B3) pattern(103A B3) pattern(103B B3)
-    pattern(109 B4) pattern(103A B4) pattern(103B B4) pattern(109 B5) pattern(103A B5) pattern(103B B5)
-    pattern(109 B6) pattern(103A B6) pattern(103B B6) pattern(109 B7) pattern(103A B7) pattern(103B B7)
-    pattern(109 B8) pattern(103A B8) pattern(103B B8) pattern(109 C1) pattern(103A C1) pattern(103B C1)
-    pattern(109 C2) pattern(103A C2) pattern(103B C2) pattern(109 C3) pattern(103A C3) pattern(103B C3)
-    pattern(109 C4) pattern(103A C4) pattern(103B C4) pattern(109 C5) pattern(103A C5) pattern(103B C5)
-    pattern(109 C6) pattern(103A C6) pattern(103B C6) pattern(109 C7) pattern(103A C7) pattern(103B C7)
-    pattern(109 C8) pattern(103A C8) pattern(103B C8) pattern(109 D1) pattern(103A D1) pattern(103B D1)
-    pattern(109 D2) pattern(103A D2) pattern(103B D2) pattern(109 D3) pattern(103A D3) pattern(103B D3)
-    pattern(109 D4) pattern(103A D4) pattern(103B D4) pattern(109 D5) pattern(103A D5) pattern(103B D5)
-    pattern(109 D6) pattern(103A D6) pattern(103B D6) pattern(109 D7) pattern(103A D7) pattern(103B D7)
-    pattern(109 D8) pattern(103A D8) pattern(103B D8) SetController32(0..11,0) SetController32(12..19,100)
-    position(0) SetController32(0..11,0) SetController32(12..19,100) SetController32(0..11,0)
-    SetController32(12..19,100) | SelEditPicture(2)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 keys(0)=0
-    accent(0)=0 down(0)=0 up(0)=0 LoopPt(0)="16" PatchID(0)="NONE" keys(1)=0 accent(1)=0 down(1)=0 up(1)=0
-    LoopPt(1)="16" PatchID(1)="NONE" lamp(15)=off Offset109(0)="36" Offset109(1)="38" Offset109(2)="39"
-    Offset109(3)="42" Offset109(4)="44" Offset109(5)="46" Offset109(6)="48" LoopPt(2)="16" knobSprite(0..11)=0
-    knobSprite(12..19)=42 | edit0 tempo=140 knobs 0..11=0 12..19=100 103A A1 {C*16} 103A A2 {C*16} 103A A3 {C*16}
-    103A A4 {C*16} 103A A5 {C*16} 103A A6 {C*16} 103A A7 {C*16} 103A A8 {C*16} 103A B1 {C*16} 103A B2 {C*16} 103A
-    B3 {C*16} 103A B4 {C*16} 103A B5 {C*16} 103A B6 {C*16} 103A B7 {C*16} 103A B8 {C*16} 103A C1 {C*16} 103A C2
-    {C*16} 103A C3 {C*16} 103A C4 {C*16} 103A C5 {C*16} 103A C6 {C*16} 103A C7 {C*16} 103A C8 {C*16} 103A D1
-    {C*16} 103A D2 {C*16} 103A D3 {C*16} 103A D4 {C*16} 103A D5 {C*16} 103A D6 {C*16} 103A D7 {C*16} 103A D8
-    {C*16} 103B A1 {C*16} 103B A2 {C*16} 103B A3 {C*16} 103B A4 {C*16} 103B A5 {C*16} 103B A6 {C*16} 103B A7
-    {C*16} 103B A8 {C*16} 103B B1 {C*16} 103B B2 {C*16} 103B B3 {C*16} 103B B4 {C*16} 103B B5 {C*16} 103B B6
-    {C*16} 103B B7 {C*16} 103B B8 {C*16} 103B C1 {C*16} 103B C2 {C*16} 103B C3 {C*16} 103B C4 {C*16} 103B C5
-    {C*16} 103B C6 {C*16} 103B C7 {C*16} 103B C8 {C*16} 103B D1 {C*16} 103B D2 {C*16} 103B D3 {C*16} 103B D4
-    {C*16} 103B D5 {C*16} 103B D6 {C*16} 103B D7 {C*16} 103B D8 {C*16} 109 A1 {drums} 109 A2 {drums} 109 A3
-    {drums} 109 A4 {drums} 109 A5 {drums} 109 A6 {drums} 109 A7 {drums} 109 A8 {drums} 109 B1 {drums} 109 B2
-    {drums} 109 B3 {drums} 109 B4 {drums} 109 B5 {drums} 109 B6 {drums} 109 B7 {drums} 109 B8 {drums} 109 C1
-    {drums} 109 C2 {drums} 109 C3 {drums} 109 C4 {drums} 109 C5 {drums} 109 C6 {drums} 109 C7 {drums} 109 C8
-    {drums} 109 D1 {drums} 109 D2 {drums} 109 D3 {drums} 109 D4 {drums} 109 D5 {drums} 109 D6 {drums} 109 D7
-    {drums} 109 D8 {drums} bars 103A 1..1000=A1 bars 103B 1..1000=A1 bars 109 1..1000=A1 track0 1..16000=0 track1
-    1..16000=0 track2 1..16000=0 track3 1..16000=0 track4 1..16000=0 track5 1..16000=0 track6 1..16000=0 track7
-    1..16000=0 track8 1..16000=0 track9 1..16000=0 track10 1..16000=0 track11 1..16000=0 track12 1..16000=100
-    track13 1..16000=100 track14 1..16000=100 track15 1..16000=100 track16 1..16000=100 track17 1..16000=100
-    track18 1..16000=100 track19 1..16000=100
+    (8,14) (9,15) (10,16) (11,17) DefineController32(12..19,-1) pattern(109 A1) pattern(103B D8)
+    SetController32(0..11,0) SetController32(12..19,100) position(0) SetController32(0..11,0)
+    SetController32(12..19,100) SetController32(0..11,0) SetController32(12..19,100) | SelEditPicture(2)=1
+    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 keys(0)=0 accent(0)=0 down(0)=0 up(0)=0 LoopPt(0)="16"
+    PatchID(0)="NONE" keys(1)=0 accent(1)=0 down(1)=0 up(1)=0 LoopPt(1)="16" PatchID(1)="NONE" lamp(15)=off
+    Offset109(0)="36" Offset109(1)="38" Offset109(2)="39" Offset109(3)="42" Offset109(4)="44" Offset109(5)="46"
+    Offset109(6)="48" LoopPt(2)="16" knobSprite(0..11)=0 knobSprite(12..19)=42 | edit0 tempo=140 knobs 0..11=0
+    12..19=100 103A A1..103A D8 {C*16} 103B A1..103B D8 {C*16} 109 A1..109 D8 {drums} bars 103A 1..1000=A1 bars
+    103B 1..1000=A1 bars 109 1..1000=A1 track0..track11 1..16000=0 track12..track19 1..16000=100
 menu mnuEditUndo:
 menu mnuEditPaste:
 )");
@@ -225,14 +163,23 @@ TEST_F(Sessions, FileNewInSongMode) {
     test::Session session(program);
     session.marksAnew = false;
     config.syncOffset = 2;
+    program.shell.answers = {BoxAnswer::no, BoxAnswer::cancel};
     expectSession(session, R"(
 - song
 - click RecButton 0
 - key 33
 - drag knobSprite 3 100
 - down 17 2
-menu mnuFileNew: [Save changes to untitled.mlp before closing ? ] | ctrl0
-dialog b0:
+menu mnuFileNew: pattern(103A A1) pattern(103B A1) pattern(109 A1) SetSong32(0) patterns(16 A1>A1@0 A1>A1@0
+    A1>A1@0) SetController32(0..11,0) SetController32(12..19,100) Set103Chan32(0,0) (1,1) Set109Chan32(2,9)
+    Set103StoredChan32(0,0) (1,1) Set103NoteOffset32(0,36) (1,36) Set103Vel32(0,100) (1,100)
+    DefineController32(0,12) (1,13) (2,14) (3,15) (4,16) (5,17) (6,12) (7,13) (8,14) (9,15) (10,16) (11,17)
+    DefineController32(12..19,-1) pattern(109 A1) pattern(103B D8) SetController32(0..11,0)
+    SetController32(12..19,100) position(0) SetController32(0..11,0) SetController32(12..19,100)
+    SetController32(0..11,0) SetController32(12..19,100) | timeDisplay disabled microDisplay disabled
+    knobSprite(3)=0 Check1=0 ResetButton=0 prevButton=0 nextButton=0 RwdStep=0 FwdStep=0 stopButton=0
+    playSongButton=0 RecButton=0 timeDisplay="1" | [Save changes to untitled.mlp before closing ? ] | tick0 song0
+    rec0 ctrl0 undo0 changed0 knobs 3=0 track3 17=0
 - song
 menu mnuFileNew: [Save changes to untitled.mlp before closing ? ]
 )");

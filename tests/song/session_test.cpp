@@ -79,20 +79,20 @@ key 33: song(16 A1>A1@1 B2>A1@0 A1>C3@0) | LEDBar(0)=17 DigitPatt(2)=9 DigitPatt
 key 33: song(32 A1>D4@2 A1>A1@0 C3>A1@0) PrepareController32(0,40) | LEDBar(0)=18 DigitPatt(1)=27 DigitPatt(2)=0
     DigitPatt(4)=18 DigitPatt(5)=0 timeDisplay="3" knobSprite(0)=17 nextButton=2 nextButton=1 | tick32 changed1
     knobs 0=40
-wheel LoopPt 0 -2: Set103Loop32(0,0,0,2) | LoopPt(0)="3" | changed1 103A A1 {C*16 loop 3}
+wheel LoopPt 0 -2: Set103Loop32(0,0,0,2) | LoopPt(0)="3" | undo1 changed1 103A A1 {C*16 loop 3}
 click RecButton 0: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
 key 33: song(48 D4>A1@0 A1>A5@0 A1>A1@0) PrepareController32(0,0) (19,50) | LEDBar(0)=16 DigitPatt(0)=27
     LoopPt(0)="16" DigitPatt(1)=0 DigitPatt(3)=4 DigitPatt(4)=0 timeDisplay="4" knobSprite(0)=0 knobSprite(19)=21
     nextButton=2 nextButton=1 | tick48 changed1 knobs 0=0 19=50
-key 54: song(48 D6>A1@0 A1>A5@0 A1>A1@0) | DigitPatt(0)=29 | changed1 bars 103A 4=D6
-key 50 1: song(48 B6>A1@0 A1>A5@0 A1>A1@0) | DigitPatt(0)=13 | changed1 bars 103A 4=B6
+key 54: song(48 D6>A1@0 A1>A5@0 A1>A1@0) | DigitPatt(0)=29 | undo2 changed1 bars 103A 4=D6
+key 50 1: song(48 B6>A1@0 A1>A5@0 A1>A1@0) | DigitPatt(0)=13 | undo3 changed1 bars 103A 4=B6
 wheel DigitPatt 2 2: song(48 B6>A1@0 A3>A5@0 A1>A1@0) | SelEditPicture(0)=1 SelEditPicture(1)=0 LEDBar(0)=0
-    LEDBar(1)=16 DigitPatt(2)=2 | edit1 changed1 bars 103B 4=A3
+    LEDBar(1)=16 DigitPatt(2)=2 | edit1 undo4 changed1 bars 103B 4=A3
 wheel DigitPatt 4 9: song(48 B6>A1@0 A3>A5@0 A8>A1@0) | SelEditPicture(1)=1 SelEditPicture(2)=0 LEDBar(1)=0
-    LEDBar(2)=16 DigitPatt(4)=7 | edit2 changed1 bars 109 4=A8
+    LEDBar(2)=16 DigitPatt(4)=7 | edit2 undo5 changed1 bars 109 4=A8
 drag DigitPatt 0 300: song(48 B6>A1@0 A3>A5@0 A8>A1@0) song(48 B6>A1@0 A3>A5@0 A8>A1@0) song(48 B7>A1@0 A3>A5@0
     A8>A1@0) song(48 B7>A1@0 A3>A5@0 A8>A1@0) song(48 B7>A1@0 A3>A5@0 A8>A1@0) | SelEditPicture(2)=1
-    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 DigitPatt(0)=14 | edit0 changed1 bars 103A 4=B7
+    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 DigitPatt(0)=14 | edit0 undo6 changed1 bars 103A 4=B7
 click DigitPatt 0:
 song: pattern(103A A2) pattern(103B A3) pattern(109 A4) pattern(103A A1) SetSong32(0) patterns(48 A2>A2@0 A3>A3@0
     A4>A4@0) SetController32(0..11,0) SetController32(12..19,100) | timeDisplay disabled microDisplay disabled
@@ -100,9 +100,9 @@ song: pattern(103A A2) pattern(103B A3) pattern(109 A4) pattern(103A A1) SetSong
     ResetButton=0 prevButton=0 nextButton=0 RwdStep=0 FwdStep=0 stopButton=0 playSongButton=0 RecButton=0 | song0
     rec0 changed1 knobs 19=100 103A A1 {C*16 loop 5}
 wheel LoopPt 2 -4: Set109Loop32(0,3,11) | SelEditPicture(0)=1 SelEditPicture(2)=0 LEDBar(0)=0 LEDBar(2)=16
-    LoopPt(2)="12" | edit2 changed1 109 A4 {drums loop 12}
+    LoopPt(2)="12" | edit2 undo1 changed1 109 A4 {drums loop 12}
 drag LoopPt 0 -300: Set103Loop32(0,0,1,11) | SelEditPicture(2)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0
-    LoopPt(0)="15" LoopPt(0)="14" LoopPt(0)="12" | edit0 changed1 103A A2 {C*16 loop 12}
+    LoopPt(0)="15" LoopPt(0)="14" LoopPt(0)="12" | edit0 undo2 changed1 103A A2 {C*16 loop 12}
 song: SetSong32(-1) song(48 B7>A1@0 A3>A5@0 A8>A1@0) PrepareController32(19,50) PrepareController32(0..11,0)
     PrepareController32(12..18,100) (19,50) pattern(103A B7) pattern(103B A3) pattern(109 A8) | timeDisplay
     enabled microDisplay enabled knobSprite(0..18) disabled DigitPatt(0)=14 LoopPt(0)="16" DigitPatt(1)=0
@@ -111,7 +111,7 @@ song: SetSong32(-1) song(48 B7>A1@0 A3>A5@0 A8>A1@0) PrepareController32(19,50) 
     knobs 19=50
 click startStopButton 0: PrepareController32(0..11,0) PrepareController32(12..18,100) (19,50) HoldTicks32(-1)
     SetMarluneTempo32(140) song(48 B7>A1@0 A3>A5@0 A8>A1@0) StartMarluneTimer32(17,0) next(A1 A5 A1)
-    HoldTicks32(0) | startStopButton=1 playSongButton=2 | run1
+    HoldTicks32(0) | startStopButton=1 playSongButton=2 | run1 undo0
 play 2: next(A1 A5 A1) PrepareController32(19,100) | knobSprite(19)=42 LEDBar(0)=17 LEDBar(1)=1 LEDBar(2)=1 |
     tick50 changed1 knobs 19=100
 song: pattern(103A A2) pattern(103B A3) pattern(109 A4) SetSong32(0) patterns(50 A2>A2@2 A3>A3@2 A4>A4@2)
@@ -170,7 +170,7 @@ song: SetSong32(-1) song(0 A1>A1@0 B2>B2@0 A1>A1@0) PrepareController32(0..4,0) 
     A1) | knobSprite(0..18) disabled DigitPatt(3)=9 DigitPatt(5)=0 stopButton=1 playSongButton=1 RecButton=1 |
     song1 changed1
 hold nextButton 10: song(16 A1>A1@0 B2>B2@0 A1>A1@0) | timeDisplay="2" nextButton=2 nextButton=1 nextButton=2
-    nextButton=1 | tick16
+    nextButton=1 | tick16 undo0
 )");
     EXPECT_EQ(songPosition->windBaseTempo, 193);
     EXPECT_FALSE(recordingState->knobRecording[5]);

@@ -11,6 +11,7 @@
 #include "boundary/form.h"
 #include "boundary/limits.h"
 #include "boundary/menus.h"
+#include "edit/undo_history.h"
 #include "panel/editing.h"
 #include "panel/refresh.h"
 #include "project/global_config.h"
@@ -118,16 +119,41 @@ std::string listed(const std::vector<std::string>& entries) {
     return text;
 }
 
+// Neighbours with the same text are one: "first..last text".
+class Alike {
+  public:
+    void add(const std::string& name, const std::string& text) {
+        if (text.empty() || text != text_) close();
+        if (text.empty()) return;
+        if (first_.empty()) first_ = name;
+        last_ = name;
+        text_ = text;
+    }
+    std::string all() {
+        close();
+        return all_;
+    }
+
+  private:
+    void close() {
+        if (!first_.empty()) all_ += " " + first_ + (last_ != first_ ? ".." + last_ : "") + text_;
+        first_.clear();
+        text_.clear();
+    }
+    std::string first_, last_, text_, all_;
+};
+
 template <typename Module>
 std::string patternsChanged(const Module& was, const Module& is, int module) {
-    std::string text;
+    Alike patterns;
     for (int p = 0; p < kBanks * kPatterns; ++p) {
         const auto& pattern = is.patterns[p / kPatterns][p % kPatterns];
-        if (std::memcmp(&pattern, &was.patterns[p / kPatterns][p % kPatterns], sizeof pattern) != 0)
-            text += std::string(" ") + kModuleNames[module] + " " + digit(p / kPatterns, p % kPatterns) +
-                    " {" + textOf(pattern) + "}";
+        const bool same =
+            std::memcmp(&pattern, &was.patterns[p / kPatterns][p % kPatterns], sizeof pattern) == 0;
+        patterns.add(std::string(kModuleNames[module]) + " " + digit(p / kPatterns, p % kPatterns),
+                     same ? "" : " {" + textOf(pattern) + "}");
     }
-    return text;
+    return patterns.all();
 }
 
 // Stretches of a track that have another value, by their places: " 3..5=B2".
@@ -223,6 +249,7 @@ Session::Look Session::look() const {
              {"rec", recordingState->recordOn},
              {"edit", editingState->editSel},
              {"ctrl", editingState->ctrlDown},
+             {"undo", undoSteps()},
              {"changed", editingState->projectDirty}},
             program_.shell.status,
             program_.shell.title};
@@ -277,6 +304,17 @@ void Session::act(const std::string& line) {
         words >> name >> a >> b;
         const Control control = controlNamed(name);
         if (verb == "click") program_.click(control, a);
+        if (verb == "right" || verb == "away") {
+            const PointerEvent event{.leftButton = verb == "away", .y = 3000, .inside = false};
+            PointerEvent next = event;
+            panelPointer(control, a, event);
+            next.action = PointerAction::move;
+            next.y -= 300;
+            panelPointer(control, a, next);
+            next.action = PointerAction::release;
+            next.inside = verb == "right";
+            panelPointer(control, a, next);
+        }
         if (verb == "double") program_.doubleClick(control, a);
         if (verb == "drag") program_.drag(control, a, 5000, 5000 - b);
         if (verb == "wheel") panelWheel(control, a, b);
@@ -325,6 +363,12 @@ std::string Session::calls() {
         const std::string first = place(i);
         while (!first.empty() && end < told.size() && place(end) == first) ++end;
         const bool whole = end - i >= 82; // as many as a bassline has
+        if (whole && entries.size() >= 2 && entries.back().starts_with("pattern(") &&
+            entries[entries.size() - 2] == "pattern(109 A1)") { // a push of all
+            entries.back() = "pattern(" + first + ")";
+            i = end;
+            continue;
+        }
         entries.push_back(whole ? "pattern(" + first + ")" : told[i]);
         i = whole ? end : i + 1;
     }
@@ -359,11 +403,12 @@ std::string Session::changed(const Look& was, const Look& is) {
             trackChanged(was.bars[m], is.bars[m], [](SongBar bar) { return digit(bar.bank, bar.patt); });
         if (!bars.empty()) text += std::string(" bars ") + kModuleNames[m] + bars;
     }
+    Alike tracks;
     for (int k = 0; k < kKnobs; ++k) {
-        const std::string ticks =
-            trackChanged(was.knobs[k], is.knobs[k], [](int v) { return std::to_string(v); });
-        if (!ticks.empty()) text += " track" + std::to_string(k) + ticks;
+        tracks.add("track" + std::to_string(k),
+                   trackChanged(was.knobs[k], is.knobs[k], [](int v) { return std::to_string(v); }));
     }
+    text += tracks.all();
     return text;
 }
 
