@@ -123,8 +123,7 @@ menu mnuEditTransposeDown: Set109DrumNote32(0,0,0,36) | Offset109(0)="36" | undo
 menu mnuEditMoveRight: pattern(109 A1) | lamp(0)=off lamp(1)=on | undo21 changed1 109 A1 {drums 0.2 7.1 loop 12}
 menu mnuEditMoveLeft: pattern(109 A1) | lamp(0)=on lamp(1)=off | undo22 changed1 109 A1 {drums 0.1 7.16 loop 12}
 menu mnuEditLoopPt2: Set109Loop32(0,0,10) | LoopPt(2)="11" | undo23 changed1 109 A1 {drums 0.1 7.16 loop 11}
-menu mnuPatchDec:
-menu mnuPatchInc:
+menu mnuPatchDec; menu mnuPatchInc:
 menu mnuToolsRNotes: Set109DrumNote32(0,0,0,37) | Offset109(0)="37" | undo24 changed1 109 A1 {drums 0.1 7.16
     note0 37 loop 11}
 menu mnuToolsRandRest: Set109bOn32(0,0,0,0,0) (0,0,1,0,0) (0,0,2,0,255) (0,0,3,0,0) (0,0,4,0,0) (0,0,5,0,255)
@@ -147,14 +146,11 @@ menu mnuToolsInit: pattern(109 A1) | lamp(2)=off lamp(5)=off lamp(6)=off lamp(8)
 - click sel109 7
 menu mnuToolsRNotes: Set109DrumNote32(0,0,7,98) | undo30 changed1 109 A1 {drums}
 menu mnuEditTransposeUp: changed1
-- drag knobTempo 0 100
-- drag knobSprite 14 -50
+- drag knobTempo 0 100; drag knobSprite 14 -50
 menu mnuEditUndo: SetController32(14,100) | knobSprite(14)=42 | undo31 changed1 knobs 14=100
 menu mnuEditUndo: knobTempo=26 tempoBPM="140" | undo30 changed1 tempo=140
 menu mnuEditRedo: knobTempo=33 tempoBPM="166" | undo31 changed1 tempo=166
-menu mnuToolsSongRandom:
-menu mnuEditCopyPattern:
-menu mnuToolsInitBarfromPatt:
+menu mnuToolsSongRandom; menu mnuEditCopyPattern; menu mnuToolsInitBarfromPatt:
 )");
 }
 
@@ -186,10 +182,7 @@ dialog b1:
 menu mnuEditCut: Copy Pattern [103B]: {Copy Details Number of Bars :[2]6 '[ Starting at Bar:2 ]' Copy Knobs[x] }
     ( !OK xCancel )
 menu mnuEditPaste: song(16 A1>A1@0 B2>C3@0 A1>A1@4) | changed1
-- key 33
-- key 33
-- key 33
-- click ediSel 0
+- key 33; key 33; key 33; click ediSel 0
 menu mnuEditPaste: song(64 B2>C3@0 A5>A1@0 A1>A1@4) PrepareController32(0,26) (1,27) (2,28) (3,29) (4,30) (5,31)
     | DigitPatt(0)=9 accent(0)=0 DigitPatt(1)=18 knobSprite(0)=11 knobSprite(1)=11 knobSprite(2)=12
     knobSprite(3)=12 knobSprite(4)=13 knobSprite(5)=13 | undo1 changed1 knobs 0=26 1=27 2=28 3=29 4=30 5=31 bars
@@ -222,8 +215,7 @@ menu mnuEditRedo: song(0 A1>A1@0 A1>B2@0 A1>A1@0) PrepareController32(12..19,100
 - click ediSel 1
 menu mnuEditCopyPattern:
 menu mnuEditPastePattern: changed1
-- key 34
-- dialog 0=1000 b0
+- key 34; dialog 0=1000 b0
 menu mnuEditCut: Copy Pattern [103B]: {Copy Details Number of Bars :[2]6 '[ Starting at Bar:1 ]' Copy Knobs[x] }
     ( !OK xCancel ) status "SONG COPY: ( 103B Patterns and knobs ) from BAR 1 thru 1000 ."
 dialog 0=0 c0 b0:
@@ -278,10 +270,7 @@ menu mnuEditUndo: song(0 A4>A4@0 A1>A1@0 B1>B1@0) PrepareController32(0,0) (4,0)
     knobSprite(0)=0 knobSprite(4)=0 knobSprite(6)=0 knobSprite(11)=0 knobSprite(12)=42 knobSprite(19)=42 | undo3
     changed1 knobs 0=0 4=0 6=0 11=0 12=100 19=100 track0 1..16000=0 track4 1..16000=0 track6 1..16000=0 track11
     1..16000=0 track12 1..16000=100 track19 1..16000=100
-menu mnuEditTransposeUp:
-menu mnuToolsRNotes:
-menu mnuPatchDec:
-menu mnuPatchInc:
+menu mnuEditTransposeUp; menu mnuToolsRNotes; menu mnuPatchDec; menu mnuPatchInc:
 menu mnuToolsClear:
 menu mnuEditLoop1: Set103Loop32(1,0,0,8) | LoopPt(1)="9" | undo4 changed1 103B A1 {A_ C'^ C_ C- B! C*11 loop 9
     patch 30}

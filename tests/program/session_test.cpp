@@ -55,11 +55,10 @@ start: StopMarluneTimer32() SetMarluneHwnd32(-1) Set103Chan32(0,0) (1,1) Set109C
     CloseSyncPort32() OpenSyncPort32(0) OpenMidiPort32(1) SetSyncOffset32(3) SendShortMessage32(159,1,0)
     CloseMidiPort32() CloseSyncPort32() OpenSyncPort32(0) OpenMidiPort32(1) SetSyncOffset32(3)
     SendShortMessage32(159,1,0) SetController32(0..11,0) SetController32(12..19,100) | knobSprite(0..11)=0
-    knobSprite(12..19)=42 SelEditPicture(0)=0 SelEditPicture(0)=1 SelEditPicture(1)=0 LEDBar(0)=0 LEDBar(1)=16
-    LEDBar(2)=0 SelEditPicture(1)=1 SelEditPicture(2)=0 LEDBar(1)=0 LEDBar(2)=16 knobTempo=26 tempoBPM="140"
-    SelEditPicture(2)=1 SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 UserTitle(0)="Cutoff" UserTitle(1)="Res"
-    UserTitle(2)="Env.Amt" UserTitle(3)="Decay" UserTitle(4)="Ctrl.1" UserTitle(5)="Accent" UserTitle(6)="Cutoff"
-    UserTitle(7)="Res" UserTitle(8)="Env.Amt" UserTitle(9)="Decay" UserTitle(10)="Ctrl.1" UserTitle(11)="Accent"
+    knobSprite(12..19)=42 SelEditPicture(0)=0 edit(0>1: 0 16) LEDBar(2)=0 edit(1>2: 0 16) knobTempo=26
+    tempoBPM="140" edit(2>0: 16 0) UserTitle(0)="Cutoff" UserTitle(1)="Res" UserTitle(2)="Env.Amt"
+    UserTitle(3)="Decay" UserTitle(4)="Ctrl.1" UserTitle(5)="Accent" UserTitle(6)="Cutoff" UserTitle(7)="Res"
+    UserTitle(8)="Env.Amt" UserTitle(9)="Decay" UserTitle(10)="Ctrl.1" UserTitle(11)="Accent"
     UserTitle(12)="BDrum" UserTitle(13)="Snare" UserTitle(14)="Clap" UserTitle(15)="ClHt1" UserTitle(16)="ClHt2"
     UserTitle(17)="OpHat" UserTitle(18)="Loop" UserTitle(19)="Accent" timeDisplay="1" microDisplay=""
     startStopButton=0 playSongButton=0 RecButton=0 stopButton=0 Check1=0 ResetButton=0 prevButton=0 nextButton=0
@@ -83,8 +82,8 @@ key 186: Set103Patch32(0,0,0,-1)
 click startStopButton 0: SetController32(0..11,0) SetController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) position(0) patterns(0 A1>A1@0 A1>A1@0 A8>A8@0) StartMarluneTimer32(17,0)
     HoldTicks32(0) | startStopButton=1 | run1
-end: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) (153,36,0) (153,38,0) (153,39,0) (153,42,0)
-    (153,44,0) (153,46,0) (153,48,0) CloseMidiPort32() CloseSyncPort32() | startStopButton=0 | run0
+end: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) CloseMidiPort32()
+    CloseSyncPort32() | startStopButton=0 | run0
 )");
     EXPECT_EQ(panels, "panel splash panel gone "); // the panel of the run before is hidden behind the splash
     EXPECT_EQ(config.midiInDevice * 10 + config.midiOutDevice, 11);
@@ -125,15 +124,14 @@ menu mnuFileNew: Set103Chan32(0,0) (1,1) Set109Chan32(2,9) Set103StoredChan32(0,
     (1,36) Set103Vel32(0,100) (1,100) DefineController32(0,12) (1,13) (2,14) (3,15) (4,16) (5,17) (6,12) (7,13)
     (8,14) (9,15) (10,16) (11,17) DefineController32(12..19,-1) pattern(109 A1) pattern(103B D8)
     SetController32(0..11,0) SetController32(12..19,100) position(0) SetController32(0..11,0)
-    SetController32(12..19,100) SetController32(0..11,0) SetController32(12..19,100) | SelEditPicture(2)=1
-    SelEditPicture(0)=0 LEDBar(0)=16 LEDBar(2)=0 keys(0)=0 accent(0)=0 down(0)=0 up(0)=0 LoopPt(0)="16"
-    PatchID(0)="NONE" keys(1)=0 accent(1)=0 down(1)=0 up(1)=0 LoopPt(1)="16" PatchID(1)="NONE" lamp(15)=off
-    Offset109(0)="36" Offset109(1)="38" Offset109(2)="39" Offset109(3)="42" Offset109(4)="44" Offset109(5)="46"
-    Offset109(6)="48" LoopPt(2)="16" knobSprite(0..11)=0 knobSprite(12..19)=42 | edit0 tempo=140 knobs 0..11=0
-    12..19=100 103A A1..103A D8 {C*16} 103B A1..103B D8 {C*16} 109 A1..109 D8 {drums} bars 103A 1..1000=A1 bars
-    103B 1..1000=A1 bars 109 1..1000=A1 track0..track11 1..16000=0 track12..track19 1..16000=100
-menu mnuEditUndo:
-menu mnuEditPaste:
+    SetController32(12..19,100) SetController32(0..11,0) SetController32(12..19,100) | edit(2>0: 16 0) keys(0)=0
+    accent(0)=0 down(0)=0 up(0)=0 LoopPt(0)="16" PatchID(0)="NONE" keys(1)=0 accent(1)=0 down(1)=0 up(1)=0
+    LoopPt(1)="16" PatchID(1)="NONE" lamp(15)=off Offset109(0)="36" Offset109(1)="38" Offset109(2)="39"
+    Offset109(3)="42" Offset109(4)="44" Offset109(5)="46" Offset109(6)="48" LoopPt(2)="16" knobSprite(0..11)=0
+    knobSprite(12..19)=42 | edit0 tempo=140 knobs 0..11=0 12..19=100 103A A1..103A D8 {C*16} 103B A1..103B D8
+    {C*16} 109 A1..109 D8 {drums} bars 103A 1..1000=A1 bars 103B 1..1000=A1 bars 109 1..1000=A1 track0..track11
+    1..16000=0 track12..track19 1..16000=100
+menu mnuEditUndo; menu mnuEditPaste:
 )");
     EXPECT_EQ(knobLabel[3], "Decay");
     const NoteMapEntry& entry = project.noteMap[127];
@@ -165,11 +163,7 @@ TEST_F(Sessions, FileNewInSongMode) {
     config.syncOffset = 2;
     program.shell.answers = {BoxAnswer::no, BoxAnswer::cancel};
     expectSession(session, R"(
-- song
-- click RecButton 0
-- key 33
-- drag knobSprite 3 100
-- down 17 2
+- song; click RecButton 0; key 33; drag knobSprite 3 100; down 17 2
 menu mnuFileNew: pattern(103A A1) pattern(103B A1) pattern(109 A1) SetSong32(0) patterns(16 A1>A1@0 A1>A1@0
     A1>A1@0) SetController32(0..11,0) SetController32(12..19,100) Set103Chan32(0,0) (1,1) Set109Chan32(2,9)
     Set103StoredChan32(0,0) (1,1) Set103NoteOffset32(0,36) (1,36) Set103Vel32(0,100) (1,100)

@@ -217,8 +217,8 @@ TEST_F(SetupSession, Memorizer) {
     }};
     session.tell("- click startStopButton 0");
     expectSession(session, R"(
-menu mnuToolsLearn: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) (153,36,0) (153,38,0) (153,39,0)
-    (153,42,0) (153,44,0) (153,46,0) (153,48,0) | startStopButton=0 | run0 undo1 changed1
+menu mnuToolsLearn: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) | startStopButton=0
+    | run0 undo1 changed1
 map 50: used -1/-1 0/4 3/0
 map 51: free -1/-1 -1/-1 -1/-1
 midi 94 32 1: SetNextGroup32(1,0) SetCurrGroup32(1,0) SetNextPatt32(1,4) SetCurrPatt32(1,4) SetNextGroup32(2,3)

@@ -90,9 +90,61 @@ struct Counted {
     }
 };
 
+// What often comes together, as one entry: the selection of a module, "edit(0>1: 0 16)" with the frames of
+// the two step strips at rest; the three step strips, "steps(17 1 1)"; the release of all drums, "drums
+// off(153)".
+std::vector<std::string> gathered(const std::vector<std::string>& entries) {
+    std::vector<std::string> all;
+    const auto number = [&entries](std::size_t at, const char* format) {
+        int value = -1;
+        if (at < entries.size()) std::sscanf(entries[at].c_str(), format, &value);
+        return value;
+    };
+    const auto strip = [&entries](std::size_t at) {
+        std::pair<int, int> value{-1, -1};
+        if (at < entries.size())
+            std::sscanf(entries[at].c_str(), "LEDBar(%d)=%d", &value.first, &value.second);
+        return value;
+    };
+    for (std::size_t i = 0; i < entries.size();) {
+        const int from = number(i, "SelEditPicture(%d)=1"), to = number(i + 1, "SelEditPicture(%d)=0");
+        int drums = 0, status = -1;
+        while (drums < kDrums && i + drums < entries.size()) {
+            int note = -1, velocity = -1;
+            std::sscanf(entries[i + drums].c_str(), "SendShortMessage32(%d,%d,%d)", &status, &note,
+                        &velocity);
+            if (note != drumNoteDefaultOf(drums) || velocity != 0) break;
+            ++drums;
+        }
+        if (drums == kDrums) {
+            all.push_back("drums off(" + std::to_string(status) + ")");
+            i += kDrums;
+        } else if (entries[i].ends_with(")=1") && from >= 0 && to >= 0 && entries[i + 1].ends_with(")=0")) {
+            const bool strips =
+                strip(i + 2).first == std::min(from, to) && strip(i + 3).first == std::max(from, to);
+            all.push_back("edit(" + std::to_string(from) + ">" + std::to_string(to) +
+                          (strips ? ": " + std::to_string(strip(i + 2).second) + " " +
+                                        std::to_string(strip(i + 3).second)
+                                  : "") +
+                          ")");
+            i += strips ? 4 : 2;
+        } else if (strip(i).first == 0 && strip(i + 1).first == 1 && strip(i + 2).first == 2) {
+            std::string steps = "steps(";
+            for (std::size_t m = 0; m < kModules; ++m)
+                steps += (m > 0 ? " " : "") + std::to_string(strip(i + m).second);
+            all.push_back(steps + ")");
+            i += kModules;
+        } else {
+            all.push_back(entries[i++]);
+        }
+    }
+    return all;
+}
+
 // Three and more that differ by a number counting up are one, "SetController32(0..11,0)"; of calls in a row
 // with one name only the first has it.
-std::string listed(const std::vector<std::string>& entries) {
+std::string listed(const std::vector<std::string>& whole) {
+    const std::vector<std::string> entries = gathered(whole);
     std::string text, lastName;
     for (std::size_t i = 0; i < entries.size();) {
         const Counted first(entries[i]);
@@ -439,7 +491,9 @@ std::string Session::tell(const std::string& transcript) {
         const bool quiet = line.starts_with("- ");
         if (marksAnew) forgetUnsavedChanges();
         last_ = look();
-        act(quiet ? line.substr(2) : line);
+        std::istringstream actions(quiet ? line.substr(2) : line);
+        for (std::string action; std::getline(actions, action, ';');)
+            act(action.substr(action.find_first_not_of(' ')));
         const Look is = look();
         const std::string parts[] = {calls(), listed(std::exchange(program_.view.shown, {})), said(last_),
                                      changed(last_, is)};
