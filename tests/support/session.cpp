@@ -431,6 +431,12 @@ std::string Session::calls() {
 std::string Session::said(const Look& was) {
     std::string text = std::exchange(dialogs_, {});
     for (; boxes_ < program_.shell.boxes.size(); ++boxes_) text += " [" + program_.shell.boxes[boxes_] + "]";
+    for (; files_ < program_.shell.dialogs.size(); ++files_) {
+        const FileDialog& file = program_.shell.dialogs[files_];
+        text += std::string(file.save ? " save" : " open") + "(" +
+                file.fileName.substr(file.fileName.rfind('/') + 1) + " " + file.title + file.filter + " " +
+                file.defaultExtension + ")";
+    }
     for (; passing_ < program_.shell.passing.size(); ++passing_)
         text += " " + program_.shell.passing[passing_];
     if (program_.shell.status != was.status) text += " status \"" + program_.shell.status + "\"";

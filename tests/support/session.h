@@ -51,7 +51,7 @@ class Session {
     TestProgram& program_;
     Look last_;
     std::string dialogs_; // as they opened
-    std::size_t boxes_ = 0, passing_ = 0;
+    std::size_t boxes_ = 0, passing_ = 0, files_ = 0;
     bool held_ = false;
 };
 
