@@ -13,31 +13,9 @@ void copyBars(TestProgram& program, const char* count, bool knobs) {
     mnuEditCut_Click();
 }
 
-using PatternClipboard = ProgramTest;
 using SongClipboard = ProgramTest;
 using BarKnobs = SongModeTest;
 using Tools = ProgramTest;
-
-TEST_F(PatternClipboard, PastesIntoTheLikeModuleWithItsKnobs) {
-    test::setBassSteps(0, "C! D^ - F");
-    setPatch(0, 9);
-    project.bass[0].patterns[0][0].steps[2].slide = true;
-    for (int k = 0; k < 6; ++k) project.knobValue[k] = 10 + k;
-    EXPECT_FALSE(menuState(Menu::mnuEditPaste).enabled);
-    mnuEditCut_Click();
-    EXPECT_EQ(program.shell.status, "COPY: Module 103A ( current pattern and knobs ).");
-    EXPECT_TRUE(menuState(Menu::mnuEditPaste).enabled);
-    setEditSel(2);
-    editingState.write().projectDirty = false;
-    mnuEditPaste_Click(); // doesn't fit
-    EXPECT_FALSE(editingState->projectDirty);
-    setEditSel(1);
-    mnuEditPaste_Click();
-    EXPECT_EQ(project.bass[1].patterns[0][0].patch, 9);
-    EXPECT_TRUE(project.bass[1].patterns[0][0].steps[2].slide);
-    EXPECT_EQ(project.knobValue[8] * 100 + project.knobValue[2], 1212);
-    EXPECT_EQ(program.copyDifference(), "");
-}
 
 TEST_F(SongClipboard, CopiesBarsAndKnobsAndStopsAtTheEnd) {
     Check1_Click();

@@ -127,25 +127,6 @@ TEST_F(ProjectFile, OpensInTheModeOfTheLastSave) {
 using SaveCommands = ProgramTest;
 using OpenCommand = ProgramTest;
 
-TEST_F(SaveCommands, AskForANameAndBeforeReplacing) {
-    writeBytes(folder.file("old.mlp"), {1, 2, 3});
-    editingState.write().projectDirty = true;
-    program.shell.fileNames = {folder.file("old.mlp"), folder.file("new.mlp")};
-    program.shell.answers = {BoxAnswer::cancel};
-    mnuFileSavePatt_Click();
-    EXPECT_EQ(program.shell.boxes[0],
-              folder.file("old.mlp") + " already exists. Do\nyou want to replace it ?");
-    EXPECT_EQ(program.shell.dialogs[1].fileName, folder.file("old"));
-    EXPECT_EQ(readBytes(folder.file("old.mlp")).size(), 3U);
-    EXPECT_EQ(program.shell.title, "Marlune 200Q [ new.mlp ]");
-    EXPECT_FALSE(editingState->projectDirty);
-    mnuFileSavePatt_Click(); // has a name now
-    EXPECT_EQ(program.shell.dialogs.size(), 2U);
-    mnuSaveAs_Click(); // left without a name
-    EXPECT_EQ(program.shell.dialogs.size(), 3U);
-    EXPECT_EQ(editingState->projectFileName, folder.file("new.mlp"));
-}
-
 TEST_F(SaveCommands, LoseNothingWhenWritingFails) {
     editingState.write().projectFileName = "/proc/no/such/place.mlp";
     editingState.write().projectDirty = true;

@@ -119,7 +119,8 @@ dialog b1:
 menu mnuFileExport: Export to MIDI File: {Export Details Number of Bars :[2]6 '[ Starting at Bar:3 ]' } ( !Save
     xCancel )
 )");
-    EXPECT_EQ(meter, "Exporting to MIDI File 0..100\nExporting to MIDI File 2..7\nExporting to MIDI File 2..6\n");
+    EXPECT_EQ(meter,
+              "Exporting to MIDI File 0..100\nExporting to MIDI File 2..7\nExporting to MIDI File 2..6\n");
     EXPECT_EQ(readBytes("song1.mid"), readBytes("song2.mid"));
     EXPECT_FALSE(exportMeter.visible());
 }

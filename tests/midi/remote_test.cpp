@@ -12,30 +12,6 @@ using RemoteKnobs = ProgramTest;
 using InputQueue = ProgramTest;
 using Memorizer = ProgramTest;
 
-TEST_F(RemoteNotes, PressThePanelAsMapped) {
-    program.midi(0x90, 36 + 5, 100); // step 6 of 103A
-    program.midi(0x90, 60 + 7, 100); // key 7
-    const BassStep& step = project.bass[0].patterns[0][0].steps[5];
-    EXPECT_EQ(step.note, 7);
-    program.midi(0x90, 67, 100); // the same key again: a rest
-    EXPECT_FALSE(step.noteOn);
-    program.midi(0x90, 74, 1);
-    program.midi(0x90, 73, 1);
-    EXPECT_TRUE(step.accent && step.up);
-    program.midi(0x90, 59, 1); // down with up set: the middle
-    EXPECT_FALSE(step.up || step.down);
-    program.midi(0x90, 74, 0);  // velocity 0 does nothing
-    program.midi(0x90, 58, 90); // matches no row
-    EXPECT_TRUE(step.accent);
-    program.midi(0x99, 62, 90); // drum row 2
-    program.midi(0x99, 38, 90); // step 2
-    EXPECT_EQ(project.drum.selDrum, 2);
-    EXPECT_EQ(project.drum.patterns[0][0].drumOn[2][2], 255);
-    program.midi(0x95, 40, 90); // a channel of nobody
-    EXPECT_EQ(project.bass[1].selStep, 0);
-    EXPECT_EQ(program.copyDifference(), "");
-}
-
 TEST_F(RemoteNotes, OverlappingBasesAndSharedChannelsTakeTheFirstMatch) {
     config.selectBase = 45; // keys 45..57 overlap steps 36..51
     program.midi(0x90, 47, 100);
@@ -50,24 +26,6 @@ TEST_F(RemoteNotes, OverlappingBasesAndSharedChannelsTakeTheFirstMatch) {
     program.midi(0x93, 41, 100);
     EXPECT_EQ(project.bass[0].selStep, 5);
     EXPECT_EQ(project.bass[1].selStep, 0);
-}
-
-TEST_F(RemoteKnobs, FollowTheModeAndTheRecording) {
-    program.calls();
-    program.midi(0xB0, 12, 100);
-    EXPECT_EQ(program.calls(), "SetController32(0,100)");
-    EXPECT_EQ(shownFrame(Control::knobSprite, 0), 42);
-    program.midi(0xB0, 74, 5); // no knob
-    program.midi(0xB1, 12, 5); // another channel
-    EXPECT_EQ(project.knobValue[0], 100);
-    Check1_Click();
-    program.midi(0xB0, 12, 50);
-    EXPECT_EQ(project.knobValue[0], 0); // the track's value stands
-    recButton_Click();
-    songPosition.write().songTick = 7;
-    program.midi(0xB0, 12, 60);
-    EXPECT_EQ(knobTrack[0][7], 60);
-    EXPECT_TRUE(recordingState->knobRecording[0]);
 }
 
 TEST_F(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {

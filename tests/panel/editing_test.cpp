@@ -4,7 +4,6 @@
 namespace marlune {
 namespace {
 
-using Clicks = ProgramTest;
 using DrumEditing = ProgramTest;
 using Drags = ProgramTest;
 
@@ -42,28 +41,6 @@ TEST(StepEditing, TellsTheComponentAndShowsItself) {
         EXPECT_TRUE(editingState->projectDirty);
         EXPECT_EQ(program.copyDifference(), "");
     }
-}
-
-TEST_F(Clicks, EditInPatternModeAndOnlySelectInSongMode) {
-    program.click(Control::step103B, 6);
-    program.click(Control::sel103BButton, 4);
-    program.doubleClick(Control::accent, 1);
-    EXPECT_EQ(editingState->editSel, 1);
-    const BassStep& step = project.bass[1].patterns[0][0].steps[6];
-    EXPECT_EQ(step.note, 4);
-    EXPECT_FALSE(step.accent); // on and off
-    Check1_Click();
-    program.calls();
-    program.click(Control::sel103AButton, 9);
-    program.click(Control::step103A, 3);
-    program.click(Control::up, 0);
-    program.click(Control::step109LED, 5);
-    EXPECT_EQ(editingState->editSel, 2);
-    panelPointer(Control::PatchID, 0, {});
-    EXPECT_EQ(editingState->editSel, 2); // not even selected
-    EXPECT_EQ(project.bass[0].selStep, 3);
-    EXPECT_EQ(program.calls(), "");
-    EXPECT_FALSE(shownLamp(5));
 }
 
 TEST_F(DrumEditing, TogglesTheRowUnderEdit) {

@@ -135,25 +135,6 @@ TEST_F(Closing, AsksStopsAndReleasesInThatOrder) {
     EXPECT_FALSE(program.shell.panel);
 }
 
-TEST_F(FileNew, BringsTheDefaultsBackInEitherMode) {
-    for (const bool fromSong : {false, true}) {
-        project.tempo = 200;
-        setBar(1, 160, 3, 3);
-        test::setBassSteps(1, "G G_ G^");
-        if (fromSong) Check1_Click();
-        editingState.write().projectDirty = false;
-        config.midiOutDevice = 1; // chosen and not yet in a file
-        mnuFileNew_Click();
-        EXPECT_EQ(config.midiOutDevice, 1);
-        EXPECT_FALSE(songPosition->songMode);
-        EXPECT_EQ(project.tempo, 140);
-        EXPECT_EQ(barPatt(1, 160), 0);
-        EXPECT_EQ(knobTrack[12][9999], 100);
-        EXPECT_FALSE(editingState->projectDirty);
-        EXPECT_EQ(program.copyDifference(), "");
-    }
-}
-
 // What a process that ended badly leaves, and what the next start makes of it.
 TEST(Recovery, KeepsWhatDiffersFromTheFileAndOffersItAsUnsavedWork) {
     const TemporaryFolder folder;

@@ -6,7 +6,6 @@ namespace {
 using OutputDialog = ProgramTest;
 using InputDialog = ProgramTest;
 using SetupDialog = ProgramTest;
-using CustomizeDialog = ProgramTest;
 
 TEST_F(OutputDialog, RepairsItsEntriesOnOk) {
     const struct {
@@ -151,24 +150,6 @@ TEST_F(SetupDialog, FitsIndicesToTheListsAndNeedsDevices) {
         program.shell.boxes.back(),
         "Warning: No MIDI Drivers Installed!\nMarlune 200q requires at least one MIDI Driver. \nPlease exit "
         "Marlune and install a MIDI Driver.");
-}
-
-TEST_F(CustomizeDialog, RenamesTheKnobsOnOkOnly) {
-    program.shell.modal = {[](Form&) {
-                               customizeForm.Text1[2].text = "Wah";
-                               customizeForm.cmdCancel_Click();
-                           },
-                           [](Form&) {
-                               EXPECT_EQ(customizeForm.Text1[2].text, "Env.Amt");
-                               customizeForm.Text1[1].text = "gone";
-                               customizeForm.Command1_Click();
-                               customizeForm.Text1[0].text = "Wow";
-                               customizeForm.cmdOK_Click();
-                           }};
-    mnuOtpionsCustomize_Click();
-    mnuOtpionsCustomize_Click();
-    EXPECT_EQ(knobLabel[1], "Res");
-    EXPECT_EQ(shownText(Control::UserTitle, 0), "Wow");
 }
 
 TEST_F(SetupDialog, ADeviceThatWasAwayIsOpenedWhenItComes) {

@@ -4,7 +4,6 @@ namespace marlune {
 namespace {
 
 using ModeSwitch = ProgramTest;
-using Menus = ProgramTest;
 
 TEST_F(ModeSwitch, ThereAndBackLeavesThePatternsAndTheTempo) {
     test::setBassSteps(0, "C D! E^ F_ G A -");
@@ -65,33 +64,6 @@ TEST_F(ModeSwitch, WorksWhilePlaying) {
     program.play(40);
     EXPECT_EQ(project.bass[0].currPatt, 5);
     EXPECT_EQ(program.copyDifference(), "");
-}
-
-TEST_F(Menus, ChangeWithTheMode) {
-    EXPECT_EQ(menuState(Menu::mnuEditCut).caption, "&Copy");
-    EXPECT_EQ(menuState(Menu::mnuToolsInit).caption, "Intialize Pattern");
-    const auto state = [](Menu menu) {
-        return std::string(menuState(menu).visible ? "v" : "-") + (menuState(menu).enabled ? "e" : "-");
-    };
-    const struct {
-        Menu menu;
-        const char *pattern, *song;
-    } rows[] = {{Menu::mnuEditCopyPattern, "--", "ve"}, {Menu::mnuEditTransposeUp, "ve", "-e"},
-                {Menu::mnuPatchInc, "ve", "v-"},        {Menu::mnuToolsSongRandom, "v-", "ve"},
-                {Menu::mnuToolsClear, "ve", "v-"},      {Menu::mnuToolsInitBarfromPatt, "-e", "ve"},
-                {Menu::mnuEditPaste, "v-", "v-"}};
-    for (int round = 0; round < 2; ++round) {
-        Check1_Click();
-        for (const auto& row : rows) EXPECT_EQ(state(row.menu), row.song) << menuState(row.menu).caption;
-        EXPECT_EQ(menuState(Menu::mnuEditPaste).caption, "Paste Pattern");
-        Check1_Click();
-        for (const auto& row : rows) EXPECT_EQ(state(row.menu), row.pattern) << menuState(row.menu).caption;
-        EXPECT_EQ(menuState(Menu::mnuToolsInit).caption, "Initialize Pattern");
-    }
-    int missing = 0;
-    for (const MenuRow& row : menuRows())
-        missing += row.kind == MenuKind::entry && !menuHasCommand(row.id) ? 1 : 0;
-    EXPECT_EQ(missing, 0);
 }
 
 } // namespace

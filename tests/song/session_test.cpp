@@ -13,6 +13,8 @@ std::string menus() {
     std::string text;
     for (const MenuRow& row : menuRows()) {
         if (row.kind == MenuKind::menu || row.id == Menu::separator) continue;
+        if (row.kind == MenuKind::entry && !menuHasCommand(row.id))
+            text += std::string("no command: ") + row.name + "\n";
         const MenuState& state = menuState(row.id);
         const std::string own = (state.caption == row.caption ? "" : " " + state.caption) +
                                 (state.visible ? "" : " hidden") + (state.enabled ? "" : " off") +

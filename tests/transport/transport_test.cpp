@@ -5,15 +5,6 @@
 namespace marlune {
 namespace {
 
-std::string sprites() {
-    std::string text;
-    for (const Control c :
-         {Control::startStopButton, Control::playSongButton, Control::stopButton, Control::RecButton}) {
-        text += std::to_string(shownFrame(c, 0));
-    }
-    return text;
-}
-
 using Transport = ProgramTest;
 using Recording = ProgramTest;
 
@@ -32,26 +23,6 @@ TEST_F(Transport, StopByThePlayButtonTakesCuesAndStopInPlaceLeavesThem) {
     playButton();
     EXPECT_EQ(project.bass[0].currPatt, 3);
     EXPECT_TRUE(MIDIIn1.MessageEvents);
-}
-
-TEST_F(Transport, SpritesFollowModeAndState) {
-    const auto clicked = [this](Control control) {
-        program.click(control);
-        return sprites();
-    };
-    EXPECT_EQ(clicked(Control::startStopButton), "1000");
-    program.doubleClick(Control::PlayHit); // off and on
-    EXPECT_EQ(sprites(), "1000");
-    EXPECT_EQ(clicked(Control::startStopButton), "0000");
-    EXPECT_EQ(clicked(Control::Check1), "0111");
-    EXPECT_EQ(clicked(Control::RecButton), "0112");
-    EXPECT_EQ(clicked(Control::playSongButton), "1212");
-    EXPECT_EQ(clicked(Control::playSongButton), "1212"); // goes on
-    panelPointer(Control::stopButton, 0, {.action = PointerAction::press});
-    EXPECT_EQ(sprites(), "0121");
-    panelPointer(Control::stopButton, 0, {.action = PointerAction::release});
-    EXPECT_EQ(sprites(), "0111");
-    EXPECT_FALSE(transportState->transportRunning || recordingState->recordOn);
 }
 
 TEST_F(Transport, EveryNoteThatStartedEnds) {
