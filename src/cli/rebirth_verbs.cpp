@@ -51,6 +51,7 @@ int tell(RebirthResult result, const Arguments& arguments) {
         case RebirthResult::done: return 0;
         case RebirthResult::unreadable: return refuse("Can't read " + arguments.files[0]);
         case RebirthResult::corrupt: return refuse(kCorruptRebirthFile);
+        case RebirthResult::left:
         case RebirthResult::notWritten: break;
     }
     return refuse("Can't write " + arguments.files[1]);

@@ -103,7 +103,9 @@ std::string askProjectName(bool save) {
     dlgCommonDialog.title.clear();
     dlgCommonDialog.filter = kFilter;
     dlgCommonDialog.defaultExtension = kExtension;
-    dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
+    const std::string& proposed = editingState->proposedName;
+    dlgCommonDialog.fileName =
+        save && !proposed.empty() ? proposed : withoutExtension(editingState->projectFileName);
     std::string name = shell().fileDialog(dlgCommonDialog);
     shell().letPaintRun();
     if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);
