@@ -1,10 +1,18 @@
 #include "import/midi_import.h"
 
+#include <string_view>
+
 #include "boundary/app_shell.h"
 #include "import/midi_form.h"
 #include "util/whole_file.h"
 
 namespace marlune {
+
+bool looksLikeMidiFile(const std::string& path) {
+    constexpr std::string_view kMark = "MThd";
+    const auto bytes = readFileStart(path, kMark.size()).bytes;
+    return std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()) == kMark;
+}
 
 void mnuFileImportMidi_Click() {
     if (!startImport()) return;

@@ -10,6 +10,9 @@ namespace marlune {
 
 inline constexpr const char* kCorruptMidiFile = "This is no MIDI file that can be read.";
 
+// Whether the file begins as a MIDI file does.
+bool looksLikeMidiFile(const std::string& path);
+
 // Asks about unsaved work, for a file, and who plays what. Refused files change nothing.
 void mnuFileImportMidi_Click();
 
