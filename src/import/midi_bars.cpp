@@ -69,6 +69,7 @@ struct Draft {
     void place(int module, const std::vector<Pattern>& bars, Pattern empty, const PatternAt& at);
     std::vector<std::uint8_t>& values(int knob);
     void takeControllers(int module, int channel);
+    [[nodiscard]] std::vector<std::uint8_t> toldValues(int knob) const;
     void fillKnobs(int module);
 
     // What each knob is set to at each step, kNoValue for nothing; empty for a knob that nothing moves.
@@ -103,6 +104,15 @@ void Draft::takeControllers(int module, int channel) {
             }
         }
     }
+}
+
+// What controllers have set a knob to by each step; kNoValue where they haven't.
+std::vector<std::uint8_t> Draft::toldValues(int knob) const {
+    std::vector<std::uint8_t> told(steps, kNoValue);
+    std::uint8_t held = kNoValue;
+    for (std::size_t s = 0; s < moves[knob].size(); ++s)
+        told[s] = held = moves[knob][s] != kNoValue ? moves[knob][s] : held;
+    return told;
 }
 
 // As a song a knob holds its present value up to its first movement; without one it stands where it is set
@@ -210,6 +220,7 @@ void Draft::takeBass(int module, const MidiSource& source) {
     takeControllers(module, source.channel);
     const int accentKnob = lastKnobOf(module) - 1;
     const bool accentTold = !moves[accentKnob].empty();
+    const auto announced = toldValues(accentKnob);
     const auto notes = notesByStep(source, nameOf(module));
     const int shift = bestShift(notes, baseNoteOf(module));
     BassPattern empty{};
@@ -227,7 +238,8 @@ void Draft::takeBass(int module, const MidiSource& source) {
         BassStep& step = bars[s / kSteps].steps[s % kSteps];
         setPitch(step, pitch);
         step.noteOn = true;
-        step.accent = note.velocity > choices.accentAbove;
+        const bool atKnob = note.velocity == announced[s];
+        step.accent = note.velocity > choices.accentAbove || (atKnob && note.velocity != velocityOf(module));
         step.slide = next < steps && note.end > notes[next]->start;
         if (step.accent && !accentTold) values(accentKnob)[s] = static_cast<std::uint8_t>(note.velocity);
         layRests(bars, s + 1, next, nearestStep(note.end), pitch);

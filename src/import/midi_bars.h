@@ -30,9 +30,10 @@ MidiChoices proposedChoices(const std::vector<MidiSource>& sources);
 //
 // Basslines: moved by whole octaves to where most notes can be played, single ones further. A note held over
 // several steps goes on as rests of its pitch, which don't release it; one that overlaps the next slides.
-// Programs of the channel become patches. Drums: rows by their default notes. Controllers of the channel move
-// the knobs that are mapped to them; levels and accents that no controller tells are taken from the
-// velocities.
+// Accents are what exceeds the threshold, and what a controller of the accent knob has announced by that very
+// velocity. Programs of the channel become patches. Drums: rows by their default notes. Controllers of the
+// channel move the knobs that are mapped to them; levels and accents that no controller tells are taken from
+// the velocities.
 void draftMidi(const MidiSong& song, const std::vector<MidiSource>& sources, const MidiChoices& choices,
                MusicDraft& draft);
 
