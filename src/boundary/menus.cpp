@@ -29,6 +29,7 @@ constexpr MenuRow kRows[] = {
     kLine,
     MARLUNE_ENTRY(mnuFileImportRebPatt, "Import ReBirth Patterns", ""),
     MARLUNE_ENTRY(mnuFileRebirthImport, "Import ReBirth Song", ""),
+    MARLUNE_ENTRY(mnuFileImportMidi, "Import MIDI Patterns", ""),
     MARLUNE_ENTRY(mnuFileExport, "Export to .MID", ""),
     MARLUNE_ENTRY(mnuFileExportWav, "Export to .&WAV", ""),
     kLine,

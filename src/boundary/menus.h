@@ -19,6 +19,7 @@ enum class Menu : std::uint8_t {
     mnuSaveAs,
     mnuFileImportRebPatt,
     mnuFileRebirthImport,
+    mnuFileImportMidi,
     mnuFileExport,
     mnuFileExportWav,
     mnuFileConvert,

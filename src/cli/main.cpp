@@ -22,11 +22,15 @@ constexpr Verb kVerbs[] = {
      "PROJECT.mlp OUT.wav [--song] [--bar N] [--bars N] [--stems] [--rate 44100|48000] [--bits 16|24]\n"
      "    [--config DIR] [--progress]"},
     {"export", exportVerb, "PROJECT.mlp OUT.mid [--config DIR] [--bar FIRST] [--bars COUNT]"},
-    {"import", importVerb, "SONG.rbs OUT.mlp [--patterns-only]"},
+    {"import", importVerb,
+     "SONG.rbs OUT.mlp [--patterns-only] [--drums 808|909|both]\n"
+     "    or SONG.mid OUT.mlp [--patterns-only] [--103a CHANNEL] [--103b CHANNEL] [--109 CHANNEL] [--last]\n"
+     "    [--accent-above VELOCITY]; channel 0 for none"},
     {"convert", convertVerb,
      "SONG.rbs OUT.mid [--top-base-note N] [--top-velocity N] [--top-channel N] [--top-cutoff N]\n"
      "    [--top-reso N] [--top-envmod N] [--top-decay N] [--top-accent N] [--mid-... N] [--drums-channel "
-     "N]"},
+     "N]\n    [--slides] [--accents]"},
+    {"info", infoVerb, "FILE [--json]"},
     {"resave", resaveVerb, "PROJECT.mlp OUT.mlp"},
     {"ports", portsVerb, ""},
 };

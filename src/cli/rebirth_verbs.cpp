@@ -1,13 +1,10 @@
-// import and convert.
+// convert: a ReBirth song into a Standard MIDI File.
 #include <array>
 #include <string>
 
 #include "cli/arguments.h"
-#include "cli/session.h"
 #include "cli/verbs.h"
-#include "files/project_file.h"
 #include "rebirth/rebirth_convert.h"
-#include "rebirth/rebirth_import.h"
 
 namespace marlune {
 
@@ -32,6 +29,7 @@ constexpr UnitOptionRow kUnitRows[] = {
     {"--top-accent", "--mid-accent", &UnitOptions::accent, kDataByteLimits},
 };
 constexpr const char* kDrumsChannel = "--drums-channel";
+constexpr const char *kSlides = "--slides", *kAccents = "--accents";
 
 std::vector<OptionRow> convertOptions() {
     std::vector<OptionRow> rows;
@@ -43,29 +41,22 @@ std::vector<OptionRow> convertOptions() {
         add(row.mid, row.limits);
     }
     add(kDrumsChannel, kChannelLimits);
+    rows.push_back({kSlides, Kind::flag});
+    rows.push_back({kAccents, Kind::flag});
     return rows;
-}
-
-int tell(RebirthResult result, const Arguments& arguments) {
-    switch (result) {
-        case RebirthResult::done: return 0;
-        case RebirthResult::unreadable: return refuse("Can't read " + arguments.files[0]);
-        case RebirthResult::corrupt: return refuse(kCorruptRebirthFile);
-        case RebirthResult::notWritten: break;
-    }
-    return refuse("Can't write " + arguments.files[1]);
 }
 
 } // namespace
 
-int importVerb(const Words& words) {
-    Arguments arguments;
-    if (const auto wrong = arguments.parse(words, {{"--patterns-only", Kind::flag}}, 2))
-        return refuse(*wrong);
-    const Session session{SessionOptions{}};
-    const RebirthResult result = importRebirthFile(arguments.files[0], arguments.has("--patterns-only"));
-    if (result != RebirthResult::done) return tell(result, arguments);
-    return saveProjectFile(arguments.files[1]) ? 0 : refuse(session.shell.status());
+int tellRebirth(RebirthResult result, const Words& files) {
+    switch (result) {
+        case RebirthResult::done: return 0;
+        case RebirthResult::unreadable: return refuse("Can't read " + files[0]);
+        case RebirthResult::corrupt: return refuse(kCorruptRebirthFile);
+        case RebirthResult::left:
+        case RebirthResult::notWritten: break;
+    }
+    return refuse("Can't write " + files[1]);
 }
 
 int convertVerb(const Words& words) {
@@ -77,7 +68,9 @@ int convertVerb(const Words& words) {
         options.mid.*row.option = arguments.number(row.mid, options.mid.*row.option);
     }
     options.drumsChannel = arguments.number(kDrumsChannel, options.drumsChannel);
-    return tell(convertRebirthFile(arguments.files[0], arguments.files[1], options), arguments);
+    options.top.slides = options.mid.slides = arguments.has(kSlides);
+    options.top.accents = options.mid.accents = arguments.has(kAccents);
+    return tellRebirth(convertRebirthFile(arguments.files[0], arguments.files[1], options), arguments.files);
 }
 
 } // namespace marlune

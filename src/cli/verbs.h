@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "rebirth/rebirth_units.h"
+
 namespace marlune {
 
 using Words = std::vector<std::string>; // the command line behind the verb
@@ -15,6 +17,7 @@ int portsVerb(const Words& words);
 int exportVerb(const Words& words);
 int importVerb(const Words& words);
 int convertVerb(const Words& words);
+int infoVerb(const Words& words);
 
 class Arguments;
 
@@ -23,5 +26,8 @@ bool takeProject(const std::string& name, const Arguments& arguments);
 
 // Tells what is wrong and returns the exit status for it.
 int refuse(const std::string& text);
+
+// The exit status of a command on a ReBirth file; files: in, out.
+int tellRebirth(RebirthResult result, const Words& files);
 
 } // namespace marlune

@@ -11,6 +11,7 @@
 #include "edit/undo_history.h"
 #include "files/export_driver.h"
 #include "files/project_file.h"
+#include "import/midi_import.h"
 #include "program/default_project.h"
 #include "program/open_project.h"
 #include "program/starter.h"
@@ -40,6 +41,7 @@ constexpr MenuCommand kCommands[] = {
     {Menu::mnuSaveAs, mnuSaveAs_Click},
     {Menu::mnuFileImportRebPatt, mnuFileImportRebPatt_Click},
     {Menu::mnuFileRebirthImport, mnuFileRebirthImport_Click},
+    {Menu::mnuFileImportMidi, mnuFileImportMidi_Click},
     {Menu::mnuFileExport, mnuFileExport_Click},
     {Menu::mnuFileExportWav, mnuFileExportWav_Click},
     {Menu::mnuFileConvert, mnuFileConvert_Click},

@@ -7,6 +7,7 @@
 #include "edit/song_tools.h"
 #include "edit/undo_history.h"
 #include "files/export_driver.h"
+#include "import/midi_form.h"
 #include "panel/key_slider.h"
 #include "panel/shown_state.h"
 #include "program/starter.h"
@@ -15,6 +16,7 @@
 #include "project/run_state.h"
 #include "project/song_track.h"
 #include "rebirth/converter_form.h"
+#include "rebirth/drum_choice.h"
 #include "rebirth/error_form.h"
 #include "render/wav_export.h"
 #include "setup/config_file.h"
@@ -39,7 +41,7 @@ void renewAll(Forms&... forms) {
 void resetProgram() {
     renewAll(memorizer, songRandomizer, patternCopyForm, exportForm, exportMeter, wavExportForm, wavMeter,
              calculator, midiSetupForm, midiOutputForm, midiInputForm, customizeForm, rebirthToMidiForm,
-             errorForm);
+             errorForm, drumChoiceForm, midiImportForm);
     project = {};
     patternImage = {};
     resetRunState();

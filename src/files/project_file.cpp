@@ -104,6 +104,7 @@ std::string askProjectName(bool save) {
     dlgCommonDialog.title.clear();
     dlgCommonDialog.filter = kFilter;
     dlgCommonDialog.defaultExtension = kExtension;
+    if (save && !editingState->proposedName.empty()) dlgCommonDialog.fileName = editingState->proposedName;
     std::string name = shell().fileDialog(dlgCommonDialog);
     shell().letPaintRun();
     if (!name.empty()) dlgCommonDialog.fileName = withoutExtension(name);

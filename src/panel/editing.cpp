@@ -1,5 +1,7 @@
 #include "panel/editing.h"
 
+#include <algorithm>
+
 #include "boundary/app_shell.h"
 #include "project/run_state.h"
 #include "util/whole_file.h"
@@ -19,7 +21,15 @@ void doubtProjectFile() {
     editingState.write().saveAsks = true;
 }
 
+void proposeName(const std::string& title) {
+    std::string name = title;
+    std::ranges::replace(name, '/', '-');
+    if (name.starts_with('.')) name[0] = '-'; // such a file would be hidden
+    editingState.write().proposedName = name;
+}
+
 void nameProject(const std::string& fileName) {
+    editingState.write().proposedName.clear();
     editingState.write().projectFileName = fileName;
     editingState.write().saveAsks = false;
     forgetUnsavedChanges();

@@ -8,6 +8,7 @@ namespace marlune {
 
 void markProject();                            // the project has unsaved changes
 void nameProject(const std::string& fileName); // it is that file's content now; title with the short name
+void proposeName(const std::string& title);    // of the next save under a new name, until the project has one
 void doubtProjectFile();                       // that file could not be taken: the first save over it asks
 void showProjectTitle(const std::string& fileName);
 void forgetUnsavedChanges();

@@ -58,6 +58,7 @@ struct EditingState {
     bool ctrlDown = false;                   // the Control key is held
     bool projectDirty = false;               // the project has unsaved changes
     std::string projectFileName = kUntitled; // kUntitled for a project without a file
+    std::string proposedName;                // for a save under a new name; empty: that of the file
     bool saveAsks = false; // the file of that name was not taken: its first save asks like any other file
     bool savedSongMode = false;    // songMode at the last save since the start
     unsigned recordGeneration = 0; // counts loads, new projects and mode switches

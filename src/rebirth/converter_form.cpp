@@ -160,6 +160,9 @@ bool Rebirth_to_MIDI::validateOptions() {
     }
     if (DRUMS_MIDI_Channel.text.empty()) return true;
     for (int unit = 0; unit < 2; ++unit) {
+        unitOf(options, unit).slides = (this->*kChecks[unit].slide).checked;
+        unitOf(options, unit).accents = (this->*kChecks[unit].accent).checked;
+        unitOf(options, unit).knobs = (this->*kChecks[unit].knobs).checked;
         for (const UnitField& field : kUnitFields) {
             unitOf(options, unit).*field.option = limitedEntry(this->*field.boxes[unit], field.limits);
         }

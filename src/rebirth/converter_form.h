@@ -8,8 +8,8 @@
 
 namespace marlune {
 
-// Asks for the settings of one conversion; entries are limited to what MIDI allows on OK. The check boxes are
-// shown and read by nothing.
+// Asks for the settings of one conversion; entries are limited to what MIDI allows on OK. The check boxes of
+// the basslines count for songs of ReBirth 2; those of the drums are shown and read by nothing.
 struct Rebirth_to_MIDI final : Form {
     Rebirth_to_MIDI();
     TextBox TOP_303_Base_Note, TOP_303_Note_Velocity, TOP_303_MIDI_Channel;

@@ -1,6 +1,6 @@
 #include "rebirth/rbs_image.h"
 
-#include "util/whole_file.h"
+#include <algorithm>
 
 namespace marlune {
 
@@ -17,9 +17,8 @@ static_assert(flagByteOf(437) == 438 && flagByteOf(439) == 446 && flagByteOf(445
 
 } // namespace
 
-std::optional<RbsImage> loadRbsImage(const std::string& path) {
-    FileBytes file = readFileStart(path, kRbsLongestFile);
-    if (!file.ok) return std::nullopt;
+RbsImage rbsImageOf(FileBytes file) {
+    file.bytes.resize(std::min<std::size_t>(file.bytes.size(), kRbsLongestFile));
     return RbsImage(std::move(file.bytes));
 }
 

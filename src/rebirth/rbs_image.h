@@ -8,9 +8,9 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
-#include <string>
 #include <vector>
+
+#include "util/whole_file.h"
 
 namespace marlune {
 
@@ -49,8 +49,8 @@ class RbsImage {
     std::vector<std::uint8_t> bytes_;
 };
 
-// The file, or as much of it as the format can need. Nothing where it can't be read.
-std::optional<RbsImage> loadRbsImage(const std::string& path);
+// As much of a file that was read as the format can need.
+RbsImage rbsImageOf(FileBytes file);
 
 // The byte at offset with its top bit put back. flagOffset: its flag byte, 1 to 7 behind it.
 int byteWithTopBit(const RbsImage& image, int offset, int flagOffset);

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "rebirth/rb40_convert.h"
+
 namespace marlune {
 
 namespace {
 
 constexpr int kFileTicksPerUnit = kFileTicksPerStep / 2;
 constexpr int kLongestUnits = kLongestConversionBars * kUnitsPerBar;
-// The text is followed by six bytes that are no text.
-constexpr const char* kConverterText = "Marlune 200q ReBirth to MIDI Converter v1.00\x04\x20\x24\x07\x03\x65";
-
 class Conversion {
   public:
     Conversion(const RbsImage& image, MidiFileWriter& writer, const ConversionProgress& progress)
@@ -203,10 +202,16 @@ bool convertRbsImage(const RbsImage& image, const ConverterOptions& options, Mid
 
 RebirthResult convertRebirthFile(const std::string& in, const std::string& out,
                                  const ConverterOptions& options, const ConversionProgress& progress) {
-    const auto image = loadRbsImage(in);
-    if (!image) return RebirthResult::unreadable;
+    FileBytes bytes = readFileStart(in, kRb40LongestFile);
+    if (!bytes.ok) return RebirthResult::unreadable;
     MemoryMidiFile file;
-    if (!convertRbsImage(*image, options, file, progress)) return RebirthResult::corrupt;
+    if (isRb40(bytes.bytes)) {
+        const auto song = readRb40(bytes.bytes);
+        if (!song) return RebirthResult::corrupt;
+        convertRb40(*song, options, file, progress);
+    } else if (!convertRbsImage(rbsImageOf(std::move(bytes)), options, file, progress)) {
+        return RebirthResult::corrupt;
+    }
     return file.finish(out) ? RebirthResult::done : RebirthResult::notWritten;
 }
 

@@ -1,17 +1,19 @@
 #include "rebirth/rebirth_import.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "boundary/app_shell.h"
-#include "files/project_file.h"
+#include "import/music_draft.h"
 #include "panel/editing.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "project/pattern_push.h"
 #include "project/song_track.h"
+#include "rebirth/drum_choice.h"
 #include "rebirth/error_form.h"
+#include "song/song_moves.h"
 #include "song/song_place.h"
-#include "transport/transport.h"
 #include "util/text_number.h"
 #include "util/whole_file.h"
 
@@ -75,13 +77,6 @@ void fillKnob(int knob) {
     }
 }
 
-// False when the user gave up.
-bool startCommand() {
-    releaseCtrl();
-    if (transportState->transportRunning) StopPlay();
-    return !wannaSaveYourWorkCancel();
-}
-
 // The last pass of either command: positions, loop points, and everything to the component.
 void spreadPatterns() {
     const auto limitLoops = [](auto& module) {
@@ -104,21 +99,6 @@ std::string askForFile() {
 }
 
 } // namespace
-
-bool RebirthImport::RebirthToMarlune() {
-    const std::string name = askForFile();
-    if (name.empty()) return false;
-    if (takeFile(name) != RebirthResult::done) {
-        showCorruptRebirthFile();
-        return false;
-    }
-    return true;
-}
-
-RebirthResult RebirthImport::takeFile(const std::string& path) {
-    auto image = loadRbsImage(path);
-    return image ? takeImage(std::move(*image)) : RebirthResult::unreadable;
-}
 
 RebirthResult RebirthImport::takeImage(RbsImage image) {
     image_ = std::move(image);
@@ -181,28 +161,92 @@ void RebirthImport::takeTrack(int module) {
     }
 }
 
-void mnuFileImportRebPatt_Click() {
-    if (!startCommand()) return;
+namespace {
+
+// The component and the panel follow the song as it has become.
+void takeUpImport() {
+    if (songPosition->songMode) {
+        takeUpSong();
+        refreshKnobsAtSongTick();
+    } else {
+        placePatterns();
+    }
+    refreshAll();
+}
+
+// choose: the drum unit, or nothing to leave the command. report may be null.
+RebirthResult importRb40(const std::vector<std::uint8_t>& bytes, bool patternsOnly,
+                         const std::function<std::optional<Rb40Drums>(const Rb40Song&)>& choose,
+                         std::string* report) {
+    const auto song = readRb40(bytes);
+    if (!song) return RebirthResult::corrupt;
+    const auto drums = choose(*song);
+    if (!drums) return RebirthResult::left;
+    shell().showPointer(Pointer::hourglass);
+    leaveSongForImport();
+    const auto draft = draftOfProject();
+    draftRb40(*song, *drums, patternsOnly, *draft);
+    takeDraft(*draft);
+    if (report != nullptr) *report = draft->report.text();
+    shell().showPointer(Pointer::normal);
+    return RebirthResult::done;
+}
+
+RebirthResult importOldFormat(FileBytes file, bool patternsOnly) {
     RebirthImport job;
-    job.RebirthToMarlune();
+    const RebirthResult result =
+        file.ok ? job.takeImage(rbsImageOf(std::move(file))) : RebirthResult::unreadable;
+    if (result != RebirthResult::done) {
+        if (patternsOnly) spreadPatterns();
+        return result;
+    }
+    shell().letPaintRun();
+    shell().showPointer(Pointer::hourglass);
     spreadPatterns();
+    if (!patternsOnly) job.RebirthSongToMarlune();
+    takeUpImport();
+    shell().showPointer(Pointer::normal);
+    return result;
+}
+
+void importCommand(bool patternsOnly) {
+    if (!startImport()) return;
+    const std::string name = askForFile();
+    if (name.empty()) {
+        if (patternsOnly) spreadPatterns();
+        return;
+    }
+    FileBytes file = readFileStart(name, kRb40LongestFile);
+    const auto ask = [&](const Rb40Song& song) { return askForDrums(song, patternsOnly); };
+    const RebirthResult result = isRb40(file.bytes) ? importRb40(file.bytes, patternsOnly, ask, nullptr)
+                                                    : importOldFormat(std::move(file), patternsOnly);
+    if (result != RebirthResult::done && result != RebirthResult::left) showCorruptRebirthFile();
+}
+
+} // namespace
+
+void mnuFileImportRebPatt_Click() {
+    importCommand(true);
 }
 
 void mnuFileRebirthImport_Click() {
-    if (!startCommand()) return;
-    RebirthImport job;
-    const bool taken = job.RebirthToMarlune();
-    shell().letPaintRun();
-    if (!taken) return;
-    shell().showPointer(Pointer::hourglass);
-    spreadPatterns();
-    job.RebirthSongToMarlune();
-    shell().showPointer(Pointer::normal);
+    importCommand(false);
 }
 
-RebirthResult importRebirthFile(const std::string& path, bool patternsOnly) {
-    auto image = loadRbsImage(path);
-    return image ? importRbsImage(std::move(*image), patternsOnly) : RebirthResult::unreadable;
+RebirthResult importRebirthFile(const std::string& path, const RebirthImportOptions& options,
+                                std::string* report) {
+    FileBytes file = readFileStart(path, kRb40LongestFile);
+    if (!file.ok) return RebirthResult::unreadable;
+    if (!isRb40(file.bytes)) return importRbsImage(rbsImageOf(std::move(file)), options.patternsOnly);
+    return importRb40Bytes(file.bytes, options, report);
+}
+
+RebirthResult importRb40Bytes(const std::vector<std::uint8_t>& bytes, const RebirthImportOptions& options,
+                              std::string* report) {
+    const auto choose = [&](const Rb40Song& song) {
+        return std::optional(options.drums.value_or(rb40DefaultDrums(song, options.patternsOnly)));
+    };
+    return importRb40(bytes, options.patternsOnly, choose, report);
 }
 
 RebirthResult importRbsImage(RbsImage image, bool patternsOnly) {
@@ -211,6 +255,7 @@ RebirthResult importRbsImage(RbsImage image, bool patternsOnly) {
     if (result != RebirthResult::done) return result;
     spreadPatterns();
     if (!patternsOnly) job.RebirthSongToMarlune();
+    takeUpImport();
     return result;
 }
 

@@ -14,8 +14,9 @@ namespace marlune {
 enum class RebirthResult {
     done,
     unreadable, // not a file that can be read
-    corrupt,    // too short, a track chunk too long, or no tempo
+    corrupt,    // too short, broken chunks, a track chunk too long, or no tempo
     notWritten, // the output file could not be written
+    left,       // a dialog was left
 };
 
 inline constexpr const char* kCorruptRebirthFile = "Corrupt ReBirth file.";

@@ -216,7 +216,7 @@ TEST_F(Import, WhatIsTooShortTooLongOrWithoutTempoIsRefusedWhole) {
     editingState.write().projectDirty = false;
     mnuFileRebirthImport_Click(); // the dialog is left
     EXPECT_FALSE(editingState->projectDirty);
-    EXPECT_EQ(importRebirthFile(folder.path, false), RebirthResult::unreadable);
+    EXPECT_EQ(importRebirthFile(folder.path, {}), RebirthResult::unreadable);
 }
 
 TEST_F(Import, AsksAboutUnsavedWorkAndStopsTheTransport) {
