@@ -36,7 +36,8 @@ away LEDBar 1: edit(0>1: 0 16) | edit1
 away keys 1; away step103 1:
 away DigitPatt 1: SetNextPatt32(0,1) SetCurrPatt32(0,1) SetNextPatt32(0,1) SetCurrPatt32(0,1) | edit(1>0: 16 0)
     DigitPatt(1)=1 DigitPatt(0)=1 | edit0
-away accent 1: Set103Accent32(1,0,0,0,-1) | accent(1)=1 edit(0>1: 0 16) | edit1 undo3 changed1 103B A1 {C! C*15}
+away accent 1: Set103Accent32(1,0,0,0,-1) | accent(1)=1 edit(0>1: 0 16) | status "Accented steps of 103B are
+    silent: turn up the Accent knob, which stands at 0." | edit1 undo3 changed1 103B A1 {C! C*15}
 away up 1: Set103Up32(1,0,0,0,-1) | up(1)=1 | undo4 changed1 103B A1 {C^! C*15}
 away down 1: Set103Down32(1,0,0,0,-1) (1,0,0,0,0) Set103Up32(1,0,0,0,0) | up(1)=0 | undo5 changed1 103B A1 {C!
     C*15}
@@ -46,10 +47,11 @@ away Check1 1: SetSong32(-1) song(0 A1>A1@0 A1>A1@0 A1>A1@0) PrepareController32
     PrepareController32(0..11,0) PrepareController32(12..19,100) pattern(103A A1) pattern(103B A1) pattern(109
     A1) | timeDisplay enabled microDisplay enabled knobSprite(0..18) disabled DigitPatt(0)=0 DigitPatt(1)=0
     knobSprite(1)=0 Check1=1 ResetButton=1 prevButton=1 nextButton=1 RwdStep=1 FwdStep=1 stopButton=1
-    playSongButton=1 RecButton=1 | song1 undo0 changed1 knobs 1=0
+    playSongButton=1 RecButton=1 | status "" | song1 undo0 changed1 knobs 1=0
 away startStopButton 1: PrepareController32(0..11,0) PrepareController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(220) song(0 A1>A1@0 A1>A1@0 A1>A1@0) StartMarluneTimer32(11,0) next(A1 A1 A1)
-    HoldTicks32(0) | startStopButton=1 playSongButton=2 | run1
+    HoldTicks32(0) | startStopButton=1 playSongButton=2 | status "Accented steps of 103B are silent: turn up the
+    Accent knob, which stands at 0." | run1
 away RecButton 1: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
 away playSongButton 1:
 away stopButton 1: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(0 A1>A1@0
@@ -85,8 +87,8 @@ double LEDBar 1: edit(0>1: 0 16) | edit1
 double keys 1; double step103 1:
 double DigitPatt 1: SetNextPatt32(0,0) SetCurrPatt32(0,0) SetNextPatt32(0,0) SetCurrPatt32(0,0) | edit(1>0: 16 0)
     | edit0
-double accent 1: Set103Accent32(1,0,0,0,-1) (1,0,0,0,0) | accent(1)=1 edit(0>1: 0 16) accent(1)=0 | edit1 undo2
-    changed1
+double accent 1: Set103Accent32(1,0,0,0,-1) (1,0,0,0,0) | accent(1)=1 edit(0>1: 0 16) accent(1)=0 | status
+    "Accented steps of 103B are silent: turn up the Accent knob, which stands at 0." | edit1 undo2 changed1
 double up 1: Set103Up32(1,0,0,0,-1) (1,0,0,0,0) | up(1)=1 up(1)=0 | undo4 changed1
 double down 1: Set103Down32(1,0,0,0,-1) (1,0,0,0,0) | down(1)=1 down(1)=0 | undo6 changed1
 double sel109 1: sel109(0)=0 sel109(1)=1 edit(1>2: 0 16) | edit2
@@ -97,7 +99,7 @@ double Check1 1: SetSong32(-1) song(0 A1>A1@0 A1>A1@0 A1>A1@0) PrepareController
     timeDisplay enabled microDisplay enabled knobSprite(0..18) disabled Check1=1 ResetButton=1 prevButton=1
     nextButton=1 RwdStep=1 FwdStep=1 stopButton=1 playSongButton=1 RecButton=1 timeDisplay disabled microDisplay
     disabled knobSprite(0..18) enabled Check1=0 ResetButton=0 prevButton=0 nextButton=0 RwdStep=0 FwdStep=0
-    stopButton=0 playSongButton=0 RecButton=0 | undo0 changed1
+    stopButton=0 playSongButton=0 RecButton=0 | status "" | undo0 changed1
 double startStopButton 1: SetController32(0..11,0) SetController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) position(0) patterns(0 A1>A1@0 A1>A1@0 A1>A1@0) StartMarluneTimer32(17,0)
     HoldTicks32(0) StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) | startStopButton=1
@@ -135,7 +137,8 @@ TEST_F(Routes, OfTheKeyboard) {
 enter knobSprite 1; enter knobTempo 1:
 enter LEDBar 1: edit(2>1: 16 0) | edit1
 enter keys 1; enter step103 1; enter DigitPatt 1:
-enter accent 1: Set103Accent32(1,0,0,0,-1) | accent(1)=1 | undo1 changed1 103B A1 {C! C*15}
+enter accent 1: Set103Accent32(1,0,0,0,-1) | accent(1)=1 | status "Accented steps of 103B are silent: turn up the
+    Accent knob, which stands at 0." | undo1 changed1 103B A1 {C! C*15}
 enter up 1: Set103Up32(1,0,0,0,-1) | up(1)=1 | undo2 changed1 103B A1 {C^! C*15}
 enter down 1: Set103Down32(1,0,0,0,-1) (1,0,0,0,0) Set103Up32(1,0,0,0,0) | up(1)=0 | undo3 changed1 103B A1 {C!
     C*15}
@@ -144,10 +147,11 @@ enter SelEditPicture 1:
 enter Check1 1: SetSong32(-1) song(0 A1>A1@0 A1>A1@0 A1>A1@0) PrepareController32(0..11,0)
     PrepareController32(12..19,100) pattern(103A A1) pattern(103B A1) pattern(109 A1) | timeDisplay enabled
     microDisplay enabled knobSprite(0..18) disabled Check1=1 ResetButton=1 prevButton=1 nextButton=1 RwdStep=1
-    FwdStep=1 stopButton=1 playSongButton=1 RecButton=1 | song1 undo0 changed1
+    FwdStep=1 stopButton=1 playSongButton=1 RecButton=1 | status "" | song1 undo0 changed1
 enter startStopButton 1: PrepareController32(0..11,0) PrepareController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) song(0 A1>A1@0 A1>A1@0 A1>A1@0) StartMarluneTimer32(17,0) next(A1 A1 A1)
-    HoldTicks32(0) | startStopButton=1 playSongButton=2 | run1
+    HoldTicks32(0) | startStopButton=1 playSongButton=2 | status "Accented steps of 103B are silent: turn up the
+    Accent knob, which stands at 0." | run1
 enter RecButton 1: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
 enter playSongButton 1:
 enter stopButton 1: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(0 A1>A1@0

@@ -28,9 +28,10 @@ struct FileSession : ProgramTest {
 TEST_F(FileSession, SaveAndOpen) {
     expectSession(session, R"(
 - click accent 0
-menu mnuFileSavePatt: save( Marlune pattren (*.mlp)|*.mlp mlp)
+menu mnuFileSavePatt: save(untitled Marlune pattren (*.mlp)|*.mlp mlp)
 named 1:
-menu mnuFileSavePatt: save( Marlune pattren (*.mlp)|*.mlp mlp) title "Marlune 200Q [ song1.mlp ]" | changed0
+menu mnuFileSavePatt: save(untitled Marlune pattren (*.mlp)|*.mlp mlp) title "Marlune 200Q [ song1.mlp ]" |
+    changed0
 - click accent 1
 menu mnuFileSavePatt: changed0
 named 1; named 2; down 17 2: ctrl1
@@ -46,31 +47,30 @@ menu mnuFileOpenPatt: [Save changes to song1.mlp before closing ? ] open(song1 M
 named 2; no; down 17 2: ctrl1
 menu mnuFileOpenPatt: patterns(0 A1>A1@0 A1>A1@0 A1>A1@0) Set103StoredChan32(0,0) (1,1) pattern(103A A1)
     pattern(103B A1) pattern(109 A1) pattern(109 D8) SetSong32(0) patterns(0 A1>A1@0 A1>A1@0 A1>A1@0) position(0)
-    SetController32(0..11,0) SetController32(12..19,100) | sel109(0)=0 sel109(0)=1 knobTempo=26 tempoBPM="140" |
-    [Save changes to song1.mlp before closing ? ] open(song1 Marlune pattren (*.mlp)|*.mlp mlp) title "Marlune
-    200Q [ song2.mlp ]" | ctrl0 undo0 changed0 tempo=140
-menu mnuEditUndo:
+    SetController32(0..11,0) SetController32(12..19,100) | knobTempo=26 tempoBPM="140" | [Save changes to
+    song1.mlp before closing ? ] open(song1 Marlune pattren (*.mlp)|*.mlp mlp) title "Marlune 200Q [ song2.mlp ]"
+    | ctrl0 undo4 changed0 tempo=140
+menu mnuEditUndo: knobTempo=33 tempoBPM="166" | title "Marlune 200Q [ song1.mlp ]" | undo3 changed1 tempo=166
 - click ediSel 1; click bank103B 2; key 52; click sel109 3; song; key 33
 - click RecButton 0; drag knobSprite 2 100
 yes:
-menu mnuFileOpenPatt: [Save changes to song2.mlp before closing ? ] open(song2 Marlune pattren (*.mlp)|*.mlp mlp)
+menu mnuFileOpenPatt: [Save changes to song1.mlp before closing ? ] open(song1 Marlune pattren (*.mlp)|*.mlp mlp)
     | changed0
 - click step109LED 0; key 221
 yes; named 1:
 menu mnuFileOpenPatt: pattern(103A A4) pattern(103B C1) pattern(109 A1) SetSong32(0) patterns(16 A4>A4@0 C1>C1@0
-    A1>A1@0) SetController32(0..11,0) SetController32(12..19,100) patterns(16 A1>A1@0 A1>A1@0 A1>A1@0)
+    A1>A1@0) SetController32(0..11,0) SetController32(12..19,100) patterns(16 A4>A4@0 C1>C1@0 A1>A1@0)
     Set103StoredChan32(0,0) (1,1) pattern(103A A1) pattern(103B A1) pattern(109 A1) pattern(109 D8) SetSong32(0)
-    patterns(16 A1>A1@0 A1>A1@0 A1>A1@0) position(0) SetSong32(-1) song(0 A1>A1@0 A1>A1@0 A1>A1@0)
+    patterns(16 A4>A4@0 C1>C1@0 A1>A1@0) position(0) SetSong32(-1) song(0 A1>A1@0 A1>A1@0 A1>A1@0)
     PrepareController32(0..11,0) PrepareController32(12..19,100) pattern(103A A1) pattern(103B A1) pattern(109
     A1) PrepareController32(0..11,0) PrepareController32(12..19,100) | timeDisplay disabled microDisplay disabled
     DigitPatt(0)=3 accent(0)=0 DigitPatt(1)=3 DigitPatt(2)=16 accent(1)=0 DigitPatt(3)=16 knobSprite(2)=0
     Check1=0 ResetButton=0 prevButton=0 nextButton=0 RwdStep=0 FwdStep=0 stopButton=0 playSongButton=0
-    RecButton=0 sel109(3)=0 DigitPatt(1)=0 DigitPatt(3)=0 DigitPatt(0)=0 accent(0)=1 DigitPatt(2)=0 accent(1)=1
-    sel109(0)=1 timeDisplay="1" timeDisplay enabled microDisplay enabled knobSprite(0..18) disabled Check1=1
-    ResetButton=1 prevButton=1 nextButton=1 RwdStep=1 FwdStep=1 stopButton=1 playSongButton=1 RecButton=1
-    knobTempo=26 tempoBPM="140" | [Save changes to song2.mlp before closing ? ] open(song2 Marlune pattren
-    (*.mlp)|*.mlp mlp) title "Marlune 200Q [ song1.mlp ]" | tick0 rec0 undo0 changed0 tempo=140 knobs 2=0 track2
-    17=0
+    RecButton=0 timeDisplay="1" timeDisplay enabled microDisplay enabled knobSprite(0..18) disabled
+    DigitPatt(0)=0 accent(0)=1 DigitPatt(1)=0 DigitPatt(2)=0 accent(1)=1 DigitPatt(3)=0 Check1=1 ResetButton=1
+    prevButton=1 nextButton=1 RwdStep=1 FwdStep=1 stopButton=1 playSongButton=1 RecButton=1 | [Save changes to
+    song1.mlp before closing ? ] open(song1 Marlune pattren (*.mlp)|*.mlp mlp) | tick0 rec0 undo0 changed0 knobs
+    2=0
 - song
 named 2:
 menu mnuFileOpenPatt: [Save changes to song1.mlp before closing ? ]

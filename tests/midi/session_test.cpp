@@ -20,12 +20,14 @@ midi 90 3c 64: Set103NoteOn32(0,0,0,0,0) | keys(0)=13 | undo3 changed1 103A A1 {
 midi 90 48 64: Set103Note32(0,0,0,0,12) Set103NoteOn32(0,0,0,0,-1) | keys(0)=12 | undo4 changed1 103A A1 {C'
     C*15}
 midi 90 49 64: Set103Up32(0,0,0,0,-1) | up(0)=1 | undo5 changed1 103A A1 {C'^ C*15}
-midi 90 4a 64: Set103Accent32(0,0,0,0,-1) | accent(0)=1 | undo6 changed1 103A A1 {C'^! C*15}
+midi 90 4a 64: Set103Accent32(0,0,0,0,-1) | accent(0)=1 | status "Accented steps of 103A are silent: turn up the
+    Accent knob, which stands at 0." | undo6 changed1 103A A1 {C'^! C*15}
 midi 90 4b 64; midi 90 4a 0:
 midi 91 25 1: step103(1)=1
 midi 91 48 1: Set103Note32(1,0,0,1,12) Set103NoteOn32(1,0,0,1,-1) | keys(1)=12 | undo7 changed1 103B A1 {C C'
     C*14}
-midi 91 4a 1: Set103Accent32(1,0,0,1,-1) | accent(1)=1 | undo8 changed1 103B A1 {C C'! C*14}
+midi 91 4a 1: Set103Accent32(1,0,0,1,-1) | accent(1)=1 | status "Accented steps of 103A, 103B are silent: turn up
+    the Accent knob, which stands at 0." | undo8 changed1 103B A1 {C C'! C*14}
 midi 99 24 1: Set109bOn32(0,0,0,0,1) | lamp(0)=on | undo9 changed1 109 A1 {drums 0.1}
 midi 99 33 1: Set109bOn32(0,0,15,0,1) | lamp(15)=on | undo10 changed1 109 A1 {drums 0.1.16}
 midi 99 34 1; midi 99 3b 1; midi 99 3c 1:

@@ -34,10 +34,10 @@ click down 1: Set103Down32(1,0,0,3,-1) | down(1)=1 | undo5 changed1 103B A1 {C D
     20}
 click down 1: Set103Down32(1,0,0,3,0) | down(1)=0 | undo6 changed1 103B A1 {C D! E^ C'- G C- C*10 loop 7 patch
     20}
-click accent 1: Set103Accent32(1,0,0,3,-1) | accent(1)=1 | undo7 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7
-    patch 20}
-click accent 0: Set103Accent32(0,2,5,15,-1) | accent(0)=1 edit(1>0: 16 0) | edit0 undo8 changed1 103A C6 {C*15
-    E!}
+click accent 1: Set103Accent32(1,0,0,3,-1) | accent(1)=1 | status "Accented steps of 103B are silent: turn up the
+    Accent knob, which stands at 0." | undo7 changed1 103B A1 {C D! E^ C'!- G C- C*10 loop 7 patch 20}
+click accent 0: Set103Accent32(0,2,5,15,-1) | accent(0)=1 edit(1>0: 16 0) | status "Accented steps of 103A, 103B
+    are silent: turn up the Accent knob, which stands at 0." | edit0 undo8 changed1 103A C6 {C*15 E!}
 double up 0: Set103Up32(0,2,5,15,-1) (0,2,5,15,0) | up(0)=1 up(0)=0 | undo10 changed1
 click sel109 6: sel109(0)=0 sel109(6)=1 edit(0>2: 0 16) | edit2
 click step109LED 3: Set109bOn32(3,0,3,6,1) | lamp(3)=on | undo11 changed1 109 D1 {drums 6.4}

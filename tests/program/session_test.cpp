@@ -81,7 +81,8 @@ key 75: SetNextPatt32(2,7) SetCurrPatt32(2,7) | DigitPatt(5)=7 DigitPatt(4)=7
 key 186: Set103Patch32(0,0,0,-1)
 click startStopButton 0: SetController32(0..11,0) SetController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) position(0) patterns(0 A1>A1@0 A1>A1@0 A8>A8@0) StartMarluneTimer32(17,0)
-    HoldTicks32(0) | startStopButton=1 | run1
+    HoldTicks32(0) | startStopButton=1 | status "Accented steps of 103A are silent: turn up the Accent knob,
+    which stands at 0." | run1
 end: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) CloseMidiPort32()
     CloseSyncPort32() | startStopButton=0 | run0
 )");
