@@ -121,6 +121,7 @@ bool tellMidi(const std::vector<std::uint8_t>& bytes, Facts& facts) {
     facts.add("meter", std::to_string(song->meter[0]) + "/" + std::to_string(song->meter[1]));
     facts.add("bars", std::ceil(end / kSteps));
     std::vector<std::string> labels;
+    labels.reserve(sources.size());
     for (const MidiSource& source : sources) labels.push_back(source.label);
     facts.add("notes", labels);
     return true;

@@ -138,6 +138,7 @@ template <typename Pattern, typename PatternAt>
 void Draft::place(int module, const std::vector<Pattern>& bars, Pattern empty, const PatternAt& at) {
     PatternPool<Pattern> pool;
     std::vector<int> numbers;
+    numbers.reserve(bars.size() + 1);
     for (const Pattern& bar : bars) numbers.push_back(pool.numberOf(bar));
     out.report.patterns[module] = static_cast<int>(pool.patterns().size());
     out.report.note(pool.beyond, "bars of " + nameOf(module) + " beyond 32 patterns");

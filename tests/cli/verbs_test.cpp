@@ -9,6 +9,7 @@
 #include "boundary/midi_bytes.h"
 #include "cli/arguments.h"
 #include "cli/wire_file.h"
+#include "rebirth/rb40_writer.h"
 #include "support/sound_measures.h"
 #include "support/test_program.h"
 
@@ -90,6 +91,43 @@ Sound soundOf(const std::string& name) {
 
 double seconds(const Sound& sound) {
     return static_cast<double>(sound.size()) / 2 / 44100;
+}
+
+std::string told(int (*verb)(const Words&), const Words& words) {
+    testing::internal::CaptureStdout();
+    const int status = verb(words);
+    return (status == 0 ? "" : "failed: ") + testing::internal::GetCapturedStdout();
+}
+
+TEST(Verbs, SongsOfOthersComeInAndAreToldOf) {
+    const TemporaryFolder folder;
+    const std::string mid = folder.file("song.mid"), rbs = folder.file("song.rbs"),
+                      out = folder.file("o.mlp");
+    ASSERT_EQ(exportVerb({kSong, mid, "--bars", "20"}), 0);
+    EXPECT_EQ(told(importVerb, {mid, out, "--103b", "0"}), "20 bars, patterns 5 + 0 + 4, 1202 events.\n");
+    EXPECT_EQ(
+        told(infoVerb, {out}),
+        "file: o.mlp\nformat: Marlune project\ntempo: 132\nbars: 21\npatterns:\n  103A: 31 sounding, 5 in "
+        "the song\n  103B: 32 sounding, 1 in the song\n  109: 4 sounding, 5 in the song\nmoving knobs: 10\n");
+    EXPECT_EQ(
+        told(infoVerb, {mid, "--json"}),
+        "{\"file\": \"song.mid\", \"format\": \"Standard MIDI File 1\", \"tracks\": 7, \"tempo\": "
+        "132.000132000132, \"tempo_changes\": 0, \"meter\": \"4/4\", \"bars\": 20, \"notes\": [\"Channel 1, "
+        "103A Bassline: 168 notes\", \"Channel 2, 103B Bassline: 33 notes\", \"Channel 10, 109 Drummer: 229 "
+        "notes\"]}\n");
+    Rb40Song song = test::randomRb40(1, 12);
+    song.drums[0].patterns[3].cells[0][3] = 1;
+    writeBytes(rbs, test::rb40File(song));
+    const std::string both = told(importVerb, {rbs, out, "--drums", "both"});
+    EXPECT_EQ(both.substr(0, 7), "12 bars");
+    EXPECT_NE(both, told(importVerb, {rbs, out, "--drums", "808"}));
+    EXPECT_EQ(told(infoVerb, {rbs}).substr(0, 90),
+              "file: song.rbs\nformat: ReBirth 2 song\ntitle: Caf\xC3\xA9 / 1\ntempo: 125.915\nbars: "
+              "12\nunits:\n  fi");
+    EXPECT_EQ(convertVerb({rbs, mid, "--slides"}), 0);
+    for (const Words& refused : {Words{rbs, out, "--drums", "707"}, {mid, out, "--109", "5"}, {mid}})
+        EXPECT_NE(importVerb(refused), 0);
+    EXPECT_NE(infoVerb({folder.path}), 0);
 }
 
 TEST(Demos, RenderAtALevelThatFitsBesideOtherMusic) {

@@ -119,9 +119,9 @@ TEST_F(Rb40Import, TakesBasslinesAndKnobsOfRandomSongs) {
         }
         for (int knob = 0; knob < 12; ++knob) {
             const int setting = kBassLevels[knob % 6];
-            for (const int tick : {0, 1, 17, 500, 501, 959, 15999}) {
+            for (int tick = 0; tick < 1000; ++tick) {
                 const int value = settingAt(song.basses[knob / 6], setting, tick);
-                EXPECT_EQ(knobTrack[knob][tick], setting == 8 ? (value != 0 ? 127 : 0) : value) << knob;
+                ASSERT_EQ(knobTrack[knob][tick], setting == 8 ? (value != 0 ? 127 : 0) : value) << knob;
             }
         }
     }
@@ -144,7 +144,7 @@ TEST_F(Rb40Import, TakesEitherDrumUnit) {
             }
         }
         for (int row = 0; row < 8; ++row)
-            for (const int tick : {0, 200, 799})
+            for (int tick = 0; tick < 900; ++tick)
                 EXPECT_EQ(knobTrack[12 + row][tick], settingAt(song.drums[unit], kLevels[unit][row], tick))
                     << row;
     }
