@@ -41,17 +41,15 @@ void noteRecordMarks() {
     const int sounds = running && !songPosition->holdSongTick ? songPosition->playedTick : comes;
     for (int m = 0; m < kModules; ++m) {
         const bool writes = recordingState->barRecording[m];
-        // A choice made inside a bar that plays belongs to the next one.
-        const bool begins = writes && !p.bars[m];
-        const int bar = begins && running && !isBarLine(comes) ? barOf(comes) + 1 : barOf(sounds);
-        if (writes && bar < kSongBars &&
-            (p.marks.bars[m].empty() || begins || bar >= p.marks.bars[m].back().first))
-            mark(p.marks.bars[m], bar, !begins);
+        // A choice is written into the bar that follows, and goes on into the next one at each bar line.
+        const int bar = running ? barOf(sounds) + 1 : barOf(comes);
+        if (writes && bar < kSongBars) mark(p.marks.bars[m], bar, p.bars[m]);
         p.bars[m] = writes;
     }
     for (int k = 0; k < kKnobs; ++k) {
         const bool writes = recordingState->knobRecording[k];
         if (writes) mark(p.marks.ticks[k], sounds, p.ticks[k]);
+        if (writes) mark(p.marks.ticks[k], comes, true); // it is prepared already
         p.ticks[k] = writes;
     }
 }
