@@ -117,6 +117,8 @@ void timeTicks(QtShell& shell, Times& times) {
             panel.showFrame(Control::knobSprite, knob, (tick * 5 + knob * 7) % kFrames);
         for (int m = 0; m < kModules; ++m)
             songPosition.write().moduleStep[m] = static_cast<std::int16_t>(tick % kSteps);
+        songPosition.write().holdSongTick = false;
+        songPosition.write().playedTick = tick;
         shell.settle();
         QApplication::processEvents();
         times.add(clock);
@@ -166,7 +168,7 @@ void timeMap(QtShell& shell, int zoom) {
     desk.view.dock = false;
     map.setDesk(desk);
     map.resize(map.width(), static_cast<int>((620 + 20 * 27) * map.zoom() / 100.0)); // room for all lanes
-    Times scrolling, coarse, zooming, ticks;
+    Times scrolling, coarse, zooming, warming, ticks;
     timeFrames(shell, scrolling, kTicks, [](MapDesk& d, int frame) { scrollTo(d.view, 3 * frame); });
     timeFrames(shell, coarse, kTicks, [](MapDesk& d, int frame) {
         d.view.ppb = 1.5;
@@ -178,23 +180,19 @@ void timeMap(QtShell& shell, int zoom) {
     });
     desk.view.ppb = kFirstBarWidth;
     map.setDesk(desk);
-    Watch clock;
-    for (int tick = 0; tick < kTicks; ++tick) {
-        QApplication::processEvents();
-        clock.start();
-        songPosition.write().holdSongTick = false;
-        songPosition.write().playedTick = tick;
-        shell.settle();
-        QApplication::processEvents();
-        ticks.add(clock);
-    }
+    shell.sheet().show();
+    shell.sheet().resize(QSize(1120, 520) * zoom / 100);
+    timeTicks(shell, warming);
+    timeTicks(shell, ticks);
+    shell.sheet().hide();
     std::printf("  the map opened in %.1f ms, %d x %d at %d %%, %d lanes, its cache %.1f MB\n", opened,
                 map.width(), map.height(), map.zoom(), knobRows(map.desk().view),
                 static_cast<double>(map.tiles().bytes()) / 1e6);
     scrolling.print("the map, a frame of scrolling");
     coarse.print("the map, scrolling at 1.5 pixels");
     zooming.print("the map, a frame of zooming");
-    ticks.print("the map, a tick");
+    warming.print("tick with all windows, seen first");
+    ticks.print("tick with all three windows");
     map.hide();
     songPosition.write().songMode = false;
 }

@@ -20,6 +20,10 @@ struct BarRange {
     friend bool operator==(const BarRange&, const BarRange&) = default;
 };
 
+constexpr BarRange barsBetween(int a, int b) { // both included, in either order
+    return a < b ? BarRange{a, b - a + 1} : BarRange{b, a - b + 1};
+}
+
 // The modules that an edit means, and whether their knobs go along.
 struct BarLanes {
     std::array<bool, kModules> modules{};

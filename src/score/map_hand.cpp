@@ -19,25 +19,8 @@ namespace marlune {
 
 namespace {
 
-constexpr double kEdgeReach = 6;   // of the selection's ends in the ruler
-constexpr double kClickReach = 3;  // a press that moves no farther is a click
-constexpr double kDigitPixels = 6; // of a drag on the digits to a bar
+constexpr double kEdgeReach = 6; // of the selection's ends in the ruler
 constexpr double kBreakWidth = 14;
-constexpr int kWheelBars = 4;
-constexpr int kWheelKind = 40000;
-
-int length(const MapSelection& selection) {
-    return selection.bars.count;
-}
-
-bool isTimeLine(MapPart part) {
-    return part == MapPart::ruler || part == MapPart::lane || part == MapPart::knobLane ||
-           part == MapPart::overview || part == MapPart::overviewFrame;
-}
-
-BarRange between(int a, int b) {
-    return {std::min(a, b), std::abs(a - b) + 1};
-}
 
 std::string barsText(int count) {
     return std::to_string(count) + (count == 1 ? " bar" : " bars");
@@ -149,7 +132,7 @@ void MapHand::pressOverview(const MapSpot& spot, double x) {
 }
 
 void MapHand::select(int from, int to, int laneFrom, int laneTo) {
-    desk_.selection.bars = between(from, to);
+    desk_.selection.bars = barsBetween(from, to);
     for (int m = 0; m < kModules; ++m)
         desk_.selection.lanes.modules[m] = m >= std::min(laneFrom, laneTo) && m <= std::max(laneFrom, laneTo);
 }
@@ -173,7 +156,7 @@ void MapHand::pressRuler(const MapPress& how) {
         }
         if (how.shift) {
             fromBar_ = bar < selection.bars.first ? selection.bars.end() - 1 : selection.bars.first;
-            selection.bars = between(fromBar_, bar);
+            selection.bars = barsBetween(fromBar_, bar);
             drag_ = Drag::edge;
         }
     }
@@ -182,7 +165,7 @@ void MapHand::pressRuler(const MapPress& how) {
 // --- lanes
 
 void MapHand::writeBars(int from, int to) {
-    const BarRange bars = between(from, to);
+    const BarRange bars = barsBetween(from, to);
     if (drag_ == Drag::erase)
         eraseBars(held_.module, bars);
     else
@@ -280,7 +263,7 @@ void MapHand::turnDigits(MapPart part, int delta) {
     const int last = bars.end() - 1;
     if (part == MapPart::selectionFirst) {
         const int first = std::clamp(bars.first + delta, 0, last);
-        bars = between(first, last);
+        bars = barsBetween(first, last);
     } else {
         bars.count = std::clamp(bars.count + delta, 1, kSongBars - bars.first);
     }
@@ -391,169 +374,6 @@ MapWish MapHand::click(const MapSpot& spot, const MapPress& how) {
     const MapWish wish = press(spot, how);
     release();
     return wish;
-}
-
-// --- dragging
-
-void MapHand::move(double x, double y) {
-    if (drag_ == Drag::none || drag_ == Drag::plain) return;
-    if (editing_ && !songPosition->songMode) { // switched by a key meanwhile
-        release();
-        return;
-    }
-    moved_ = moved_ || std::abs(x - fromX_) > kClickReach || std::abs(y - fromY_) > kClickReach;
-    MapView& view = desk_.view;
-    const int bar = barAtX(view, x);
-    switch (drag_) {
-        case Drag::scroll: {
-            if (!moved_) break;
-            const bool ruler = held_.part == MapPart::ruler;
-            const double bars = ruler ? (fromX_ - x) / view.ppb
-                                      : overviewBarAt(before_.view, x) - overviewBarAt(before_.view, fromX_);
-            const int from = held_.part == MapPart::overview ? view.first : before_.view.first;
-            scrollTo(view, from + static_cast<int>(std::lround(bars)));
-            if (held_.part == MapPart::overview) {
-                fromX_ = x;
-                before_.view = view;
-            }
-            desk_.follow = false;
-            break;
-        }
-        case Drag::gripLeft:
-        case Drag::gripRight: {
-            const double at = overviewBarAt(before_.view, x);
-            const double right = before_.view.first + barsInView(before_.view);
-            const double bars = drag_ == Drag::gripLeft ? right - at : at - before_.view.first;
-            const double wanted = timeWidth(view) / std::max(bars, 1.0);
-            view.ppb = *std::min_element(kBarWidths.begin(), kBarWidths.end(), [&](double a, double b) {
-                return std::abs(std::log(a / wanted)) < std::abs(std::log(b / wanted));
-            });
-            const double first = drag_ == Drag::gripLeft ? right - barsInView(view) : before_.view.first;
-            scrollTo(view, static_cast<int>(std::lround(first)));
-            break;
-        }
-        case Drag::range:
-            if (moved_) {
-                if (!before_.selection.any()) desk_.selection.lanes.knobs = true;
-                select(fromBar_, bar, 0, kModules - 1);
-            }
-            break;
-        case Drag::edge: desk_.selection.bars = between(fromBar_, bar); break;
-        case Drag::bars:
-        case Drag::erase:
-            if (held_.part == MapPart::knobLane) {
-                if (const int tick = tickAtX(view, x); tick != lastTick_) writeKnob(tick, lastValue_);
-            } else if (editing_) {
-                if (bar != lastBar_) writeBars(lastBar_, bar);
-            } else {
-                const Box lane = mapBox(view, MapPart::lane);
-                const Box second = mapBox(view, MapPart::lane, 0, 0, 1);
-                const int row = static_cast<int>(std::floor((y - lane.y) / (second.y - lane.y)));
-                select(fromBar_, bar, held_.module, std::clamp(row, 0, kModules - 1));
-            }
-            break;
-        case Drag::knob: writeKnob(tickAtX(view, x), valueAtY(spotBox(view, held_), y)); break;
-        case Drag::digits: {
-            const int steps = static_cast<int>((fromY_ - y) / kDigitPixels);
-            if (steps == 0) break;
-            turnDigits(held_.part, steps);
-            fromY_ -= steps * kDigitPixels;
-            break;
-        }
-        default: break;
-    }
-}
-
-void MapHand::finish() {
-    drag_ = Drag::none;
-    held_ = {};
-}
-
-void MapHand::release() {
-    if (drag_ == Drag::none) return;
-    const bool clicked = drag_ == Drag::range && !moved_;
-    finish();
-    if (clicked) moveBars(fromBar_ - barOf(songPosition->songTick));
-    if (std::exchange(editing_, false)) endEdit();
-}
-
-void MapHand::abandon() {
-    if (drag_ == Drag::none) return;
-    desk_ = before_;
-    finish();
-    if (std::exchange(editing_, false)) abandonEdit();
-}
-
-// --- wheel and keys
-
-void MapHand::wheel(const MapSpot& spot, int steps, const MapPress& how) {
-    if (dragging() || steps == 0) return;
-    if (spot.part == MapPart::selectionFirst || spot.part == MapPart::selectionLast ||
-        spot.part == MapPart::selectionCount) {
-        turnDigits(spot.part, steps);
-        return;
-    }
-    MapView& view = desk_.view;
-    if (spot.part == MapPart::knobHeader || spot.part == MapPart::knobChips) {
-        MapView top = view;
-        top.knobScroll = 0;
-        const int hidden = static_cast<int>(view.knobs.size()) - knobRows(top);
-        view.knobScroll = std::clamp(view.knobScroll - steps, 0, std::max(0, hidden));
-        return;
-    }
-    if (!isTimeLine(spot.part)) return;
-    if (how.ctrl)
-        zoomAbout(view, steps, how.x);
-    else
-        scrollBy(how.shift ? -steps : -steps * kWheelBars);
-}
-
-void MapHand::moveBars(int bars) {
-    if (!songPosition->songMode) {
-        scrollBy(bars);
-        return;
-    }
-    if (bars == 0 && isBarLine(songPosition->songTick)) return;
-    if (bars >= 0)
-        moveSongForward(bars, true, true);
-    else
-        moveSongBack(-bars, true, true);
-    showBar(desk_.view, barOf(songPosition->songTick));
-}
-
-void MapHand::extendSelection(int bars) {
-    if (!mayEdit()) return;
-    MapSelection& selection = desk_.selection;
-    if (!selection.any()) {
-        const int at = barOf(songPosition->songTick);
-        select(at, at, editingState->editSel, editingState->editSel);
-        return;
-    }
-    selection.bars.count = std::clamp(length(selection) + bars, 1, kSongBars - selection.bars.first);
-    showBar(desk_.view, selection.bars.end() - 1);
-}
-
-void MapHand::chooseModule(int direction) {
-    setEditSel((editingState->editSel + direction + kModules) % kModules);
-}
-
-void MapHand::goToEnd() {
-    if (mayEdit()) moveBars(desk_.view.end - barOf(songPosition->songTick));
-}
-
-void MapHand::selectToEnd() {
-    if (!mayEdit()) return;
-    select(0, std::min(desk_.view.end, kSongBars - 1), 0, kModules - 1);
-    desk_.selection.lanes.knobs = true;
-}
-
-void MapHand::turnKnobLane(int lane, int delta) {
-    if (!mayEdit() || lane < 0 || lane >= static_cast<int>(desk_.view.knobs.size())) return;
-    const int knob = desk_.view.knobs[static_cast<std::size_t>(lane)];
-    const int tick = songPosition->songTick;
-    const EditBracket bracket(kWheelKind + knob);
-    const int value = std::clamp(knobTrack[knob][tick] + delta, 0, 127);
-    drawKnob(knob, tick, value, tick, value);
 }
 
 } // namespace marlune

@@ -73,6 +73,9 @@ class MapHand {
     void writeKnob(int tick, int value);
     void turnDigits(MapPart part, int delta);
     void scrollBy(int bars);
+    void dragScroll(double x);
+    void dragGrip(double bar); // of the overview
+    void dragLane(double x, double y);
     void finish();
 
     MapDesk& desk_;
