@@ -166,6 +166,7 @@ void timeMap(QtShell& shell, int zoom) {
     desk.view.knobs.clear();
     for (int k = 0; k < marlune::kKnobs; ++k) desk.view.knobs.push_back(k);
     desk.view.dock = false;
+    desk.follow = false;
     map.setDesk(desk);
     map.resize(map.width(), static_cast<int>((620 + 20 * 27) * map.zoom() / 100.0)); // room for all lanes
     Times scrolling, coarse, zooming, warming, ticks;
