@@ -3,8 +3,8 @@
 //
 // Then the Song Map over 1000 bars with all knob lanes: scrolling, zooming, ticks.
 //
-// display_bench [ZOOM...]: per cent, 200 by default. Beside it, in the same run: the same area copied from
-// pixmaps and copied as plain memory.
+// display_bench [map] [ZOOM...]: per cent, 200 by default; map: the Song Map alone. Beside it, in the same
+// run: the same area copied from pixmaps and copied as plain memory.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
@@ -230,11 +230,21 @@ int main(int argc, char** argv) {
     transportState.write().transportRunning = true;
     shell.window().show();
     std::vector<int> zooms;
-    for (const QString& word : QApplication::arguments().mid(1)) zooms.push_back(word.toInt());
+    bool mapOnly = false;
+    for (const QString& word : QApplication::arguments().mid(1)) {
+        if (word == QStringLiteral("map"))
+            mapOnly = true;
+        else
+            zooms.push_back(word.toInt());
+    }
     if (zooms.empty()) zooms.push_back(200);
     for (const int zoom : zooms) {
         shell.window().setZoom(zoom);
         shell.window().repaint();
+        if (mapOnly) {
+            timeMap(shell, zoom);
+            continue;
+        }
         Times warming, ticks, sheetWarming, sheetTicks, pixmaps, memory;
         timeTicks(shell, warming);
         timeTicks(shell, ticks);

@@ -9,7 +9,7 @@ namespace {
 constexpr int kFarBars = 8;
 
 bool isOneRow(MapPart part) { // cells lie side by side; else below each other
-    return part != MapPart::knobLane && part != MapPart::laneHeader;
+    return part != MapPart::knobLane && part != MapPart::laneHeader && part != MapPart::paletteSlot;
 }
 
 bool sameGroup(const MapSpot& a, const MapSpot& b) {
@@ -71,7 +71,7 @@ MapSpot cellOf(const MapDesk& desk, const MapSpot& group, int cell) {
             break;
         case MapPart::knobLane:
             spot.row = cell;
-            spot.knob = desk.view.knobs[static_cast<std::size_t>(desk.view.knobScroll + cell)];
+            spot.knob = laneKnob(desk.view, cell);
             spot.module = moduleOfKnob(spot.knob);
             break;
         case MapPart::selectionModule: spot.column = spot.module = cell; break;
@@ -150,10 +150,8 @@ MapWish MapCursor::key(MapKey key, const MapState& state, MapDesk& desk, MapHand
             else if (spot_.part == MapPart::selectionFirst || spot_.part == MapPart::selectionLast ||
                      spot_.part == MapPart::selectionCount)
                 hand.wheel(spot_, -by, how);
-            else if (spot_.part == MapPart::paletteSlot)
-                step(state, desk, by * kPatterns);
             else if (!isOneRow(spot_.part))
-                step(state, desk, by);
+                step(state, desk, spot_.part == MapPart::paletteSlot ? by * kPatterns : by);
             else
                 hand.chooseModule(by);
             break;

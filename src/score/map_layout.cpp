@@ -101,7 +101,7 @@ MapSpot spotOf(const MapView& view, MapPart part, int module, int column, int ro
     if (part == MapPart::palettePlate || part == MapPart::palettePick || part == MapPart::selectionModule)
         spot.module = column;
     if (part == MapPart::knobLane || part == MapPart::knobHeader) {
-        spot.knob = view.knobs[static_cast<std::size_t>(view.knobScroll + row)];
+        spot.knob = laneKnob(view, row);
         spot.module = moduleOfKnob(spot.knob);
     }
     return spot;
@@ -223,6 +223,10 @@ int knobRows(const MapView& view) {
     const double room = kKnobRoom + moreHeight(view) + (view.dock ? 0 : kDockHeight);
     const int fit = static_cast<int>(std::floor(room / knobPitch(view)));
     return std::clamp(fit, 0, std::max(0, static_cast<int>(view.knobs.size()) - view.knobScroll));
+}
+
+int laneKnob(const MapView& view, int row) {
+    return view.knobs.at(static_cast<std::size_t>(view.knobScroll) + static_cast<std::size_t>(row));
 }
 
 int valueAtY(const Box& lane, double y) {

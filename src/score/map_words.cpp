@@ -112,12 +112,8 @@ std::string rangeWords(const std::string& verb, BarRange bars) {
 SheetStatus mapStatus(const MapState& state, const MapDesk& desk, const MapSpot& hover, int tick,
                       const std::string& refusal) {
     SheetStatus status;
-    if (state.running && state.songMode)
-        status.right = place(state.tick);
-    else if (desk.selection.any())
-        status.right = selected(desk.selection);
-    else
-        status.right = place(state.tick);
+    const bool plays = state.running && state.songMode;
+    status.right = !plays && desk.selection.any() ? selected(desk.selection) : place(state.tick);
     if (!refusal.empty()) {
         status.left = refusal;
         status.refusal = true;

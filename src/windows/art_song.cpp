@@ -158,10 +158,9 @@ void artCurve(const Ink& ink, const TileLook& look, const QRectF& box) {
     const double foot = (box.height() - 4) * scale;
     const double reach = (box.height() - 8) * scale / 127;
     const int thick = std::max(1, static_cast<int>(std::lround(1.6 * scale)));
-    QImage image(device.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    QImage image(device.size(), QImage::Format_RGB32);
     const QRgb line = lightOf(look);
-    const QRgb fill = qPremultiply(withAlpha(line, 0.16));
+    const QRgb fill = mixed(palette::kSlotGlass, line, 0.16);
     const auto topOf = [&](int value) {
         return std::clamp(static_cast<int>(std::lround(foot - reach * value)) - thick / 2, 0,
                           image.height() - thick);
@@ -190,9 +189,10 @@ void artCurve(const Ink& ink, const TileLook& look, const QRectF& box) {
         }
         before = low;
     }
-    for (int x = 0; x < image.width(); ++x) {
-        const auto [top, bottom] = spans[static_cast<std::size_t>(x)];
-        for (int y = top; y < image.height(); ++y) pixels[y * stride + x] = y < bottom ? line : fill;
+    for (int y = 0; y < image.height(); ++y) {
+        QRgb* row = pixels + y * stride;
+        for (std::size_t x = 0; x < spans.size(); ++x)
+            row[x] = y < spans[x].first ? palette::kSlotGlass : y < spans[x].second ? line : fill;
     }
     ink.painter().save();
     ink.painter().resetTransform();

@@ -243,7 +243,7 @@ class TimeLine final : public MapTools {
     }
     void knobLane(int row) {
         const Box box = boxOf(MapPart::knobLane, 0, 0, row);
-        const int knob = view_.knobs[static_cast<std::size_t>(view_.knobScroll + row)];
+        const int knob = laneKnob(view_, row);
         put(artLane, box, 0, plain(kStripColours));
         const int every = numberEvery();
         for (int bar = view_.first / every * every; bar < bars_; bar += every) {
@@ -282,6 +282,7 @@ class TimeLine final : public MapTools {
             look.text += static_cast<char>(*high);
         }
         put(artCurve, box, 0, look);
+        scene_.back().solid = 0;
     }
 
     // --- upon the lanes
@@ -324,7 +325,7 @@ class TimeLine final : public MapTools {
         const double top = boxOf(MapPart::ruler).bottom();
         put(artHairline, {x, top, 1, bottom() - top}, 0, numbered(kStripColours, 28));
         for (int row = 0; row < knobRows(view_); ++row) {
-            const int knob = view_.knobs[static_cast<std::size_t>(view_.knobScroll + row)];
+            const int knob = laneKnob(view_, row);
             const double y = yOfValue(boxOf(MapPart::knobLane, 0, 0, row), knobTrack[knob][show_.hoverTick]);
             put(artKnobDot, {x - 4, y - 4, 8, 8}, 2, plain(moduleOfKnob(knob)));
         }

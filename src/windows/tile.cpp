@@ -127,7 +127,7 @@ QPixmap TileCache::picture(const Tile& tile, const QRect& area) {
     const Key key{tile.art, tile.look, area.width(), area.height()};
     if (const QPixmap* known = pixmaps_.object(key)) return *known;
     QPixmap pixmap(area.size());
-    pixmap.fill(Qt::transparent);
+    pixmap.fill(tile.solid == 0 && tile.margin == 0 ? Qt::black : Qt::transparent); // opaque ones are copied
     QPainter painter(&pixmap);
     paintTile(painter, tile, QRect(QPoint(0, 0), area.size()), scale_);
     painter.end();
