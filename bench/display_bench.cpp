@@ -1,14 +1,17 @@
 // Display work of a tick: all twenty knobs change at every tick, until they are painted; then the same with
 // the Pattern Sheet open beside the panel, its modules playing.
 //
-// display_bench [ZOOM...]: per cent, 200 by default. Beside it, in the same run: the same area copied from
-// pixmaps and copied as plain memory.
+// Then the Song Map over 1000 bars with all knob lanes: scrolling, zooming, ticks.
+//
+// display_bench [map] [ZOOM...]: per cent, 200 by default; map: the Song Map alone. Beside it, in the same
+// run: the same area copied from pixmaps and copied as plain memory.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPainter>
 #include <QThread>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -16,11 +19,13 @@
 
 #include "commands/panel_events.h"
 #include "desktop/main_window.h"
+#include "desktop/map_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
 #include "desktop/sheet_window.h"
 #include "desktop/theme.h"
 #include "project/run_state.h"
+#include "project/song_track.h"
 
 // The panel's reports lead nowhere here.
 namespace marlune {
@@ -112,10 +117,85 @@ void timeTicks(QtShell& shell, Times& times) {
             panel.showFrame(Control::knobSprite, knob, (tick * 5 + knob * 7) % kFrames);
         for (int m = 0; m < kModules; ++m)
             songPosition.write().moduleStep[m] = static_cast<std::int16_t>(tick % kSteps);
+        songPosition.write().holdSongTick = false;
+        songPosition.write().playedTick = tick;
         shell.settle();
         QApplication::processEvents();
         times.add(clock);
     }
+}
+
+// A song that changes in every bar, with all knobs moving.
+void fillSong() {
+    for (int m = 0; m < kModules; ++m)
+        for (int bar = 0; bar < kSongBars; ++bar)
+            barTrack[m][bar] = {static_cast<std::uint8_t>((bar + m) % kPatterns),
+                                static_cast<std::uint8_t>(bar / 16 % kBanks)};
+    for (int k = 0; k < marlune::kKnobs; ++k)
+        for (int tick = 0; tick < kSongTicks; ++tick)
+            knobTrack[k][tick] = static_cast<std::uint8_t>(64 + 60 * std::sin(tick / (9.0 + k)));
+}
+
+template <typename Change>
+void timeFrames(QtShell& shell, Times& times, int frames, Change change) {
+    Watch clock;
+    for (int frame = 0; frame < frames; ++frame) {
+        QApplication::processEvents();
+        clock.start();
+        MapDesk desk = shell.map().desk();
+        change(desk, frame);
+        shell.map().setDesk(desk);
+        QApplication::processEvents(); // paints
+        times.add(clock);
+    }
+}
+
+// The map over 1000 bars with all lanes of knobs.
+void timeMap(QtShell& shell, int zoom) {
+    fillSong();
+    songPosition.write().songMode = true;
+    MapWindow& map = shell.map();
+    QElapsedTimer opening;
+    opening.start();
+    map.show();
+    map.resize(QSize(1120, 620) * zoom / 100);
+    map.setZoom(zoom);
+    map.repaint();
+    const double opened = static_cast<double>(opening.nsecsElapsed()) / 1e6;
+    MapDesk desk = map.desk();
+    desk.view.knobs.clear();
+    for (int k = 0; k < marlune::kKnobs; ++k) desk.view.knobs.push_back(k);
+    desk.view.dock = false;
+    desk.follow = false;
+    map.setDesk(desk);
+    map.resize(map.width(), static_cast<int>((620 + 20 * 27) * map.zoom() / 100.0)); // room for all lanes
+    Times scrolling, coarse, zooming, warming, ticks;
+    timeFrames(shell, scrolling, kTicks, [](MapDesk& d, int frame) { scrollTo(d.view, 3 * frame); });
+    timeFrames(shell, coarse, kTicks, [](MapDesk& d, int frame) {
+        d.view.ppb = 1.5;
+        scrollTo(d.view, frame);
+    });
+    timeFrames(shell, zooming, kTicks, [](MapDesk& d, int frame) {
+        d.view.ppb = kBarWidths[static_cast<std::size_t>(frame) % kBarWidths.size()];
+        scrollTo(d.view, 3 * frame);
+    });
+    desk.view.ppb = kFirstBarWidth;
+    map.setDesk(desk);
+    shell.sheet().show();
+    shell.sheet().resize(QSize(1120, 520) * zoom / 100);
+    timeTicks(shell, warming);
+    timeTicks(shell, ticks);
+    shell.sheet().hide();
+    std::printf("  the map opened in %.1f ms, %d x %d at %d %%, %d lanes, its cache %.1f MB\n", opened,
+                map.width(), map.height(), map.zoom(), knobRows(map.desk().view),
+                static_cast<double>(map.tiles().bytes()) / 1e6);
+    scrolling.print("the map, a frame of scrolling");
+    coarse.print("the map, scrolling at 1.5 pixels");
+    zooming.print("the map, a frame of zooming");
+    warming.print("tick with all windows, seen first");
+    ticks.print("tick with all three windows");
+    map.hide();
+    songPosition.write().songMode = false;
 }
 
 void timeCopies(int side, Times& pixmaps, Times& memory) {
@@ -150,11 +230,21 @@ int main(int argc, char** argv) {
     transportState.write().transportRunning = true;
     shell.window().show();
     std::vector<int> zooms;
-    for (const QString& word : QApplication::arguments().mid(1)) zooms.push_back(word.toInt());
+    bool mapOnly = false;
+    for (const QString& word : QApplication::arguments().mid(1)) {
+        if (word == QStringLiteral("map"))
+            mapOnly = true;
+        else
+            zooms.push_back(word.toInt());
+    }
     if (zooms.empty()) zooms.push_back(200);
     for (const int zoom : zooms) {
         shell.window().setZoom(zoom);
         shell.window().repaint();
+        if (mapOnly) {
+            timeMap(shell, zoom);
+            continue;
+        }
         Times warming, ticks, sheetWarming, sheetTicks, pixmaps, memory;
         timeTicks(shell, warming);
         timeTicks(shell, ticks);
@@ -168,6 +258,7 @@ int main(int argc, char** argv) {
         timeTicks(shell, sheetWarming);
         timeTicks(shell, sheetTicks);
         sheet.hide();
+        timeMap(shell, zoom);
         timeCopies(54 * zoom / 100, pixmaps, memory);
         std::printf("%d %% on %s, cache %.1f MB\n", zoom, qPrintable(QApplication::platformName()),
                     static_cast<double>(shell.window().panel().sprites().bytes()) / 1e6);

@@ -24,6 +24,7 @@ OWNERS = {
     "patternClipboard": "edit",
     "songClipboard": "edit",
     "barKnobClipboard": "edit",
+    "laneClipboard": "edit",
 }
 
 

@@ -32,11 +32,14 @@ def number(value):
     return "%g" % value if isinstance(value, (int, float)) else "0"
 
 
+RENAMED = {"delete": "remove"}  # what the language keeps for itself
+
+
 def grid_row(part, c):
     box = ", ".join(number(c[k]) for k in ("x", "y", "width", "height"))
     hit = ", ".join(number(v) for v in c.get("hit", (0, 0, 0, 0)))
     return "    {%s::%s, {{%s}, %d, %d, %s, %s, %d, %s, {%s}}, %s}," % (
-        part, c["name"], box, c.get("columns", 1), c.get("rows", 1), number(c.get("pitchX", 0)),
+        part, RENAMED.get(c["name"], c["name"]), box, c.get("columns", 1), c.get("rows", 1), number(c.get("pitchX", 0)),
         number(c.get("pitchY", 0)), c.get("groupEvery", 0), number(c.get("groupGap", 0)), hit,
         str("perModule" in c).lower())
 
@@ -48,15 +51,17 @@ def grid_table(name, part, groups):
 
 def make_windows():
     windows = json.loads((SCORE / "windows.json").read_text())
-    sheet, compact = windows["sheet"], windows["sheetCompact"]
+    sheet, compact, song = windows["sheet"], windows["sheetCompact"], windows["map"]
     lines = ["// Made by tools/make_layout.py from windows.json: change that file, then run the script.", "",
-             '#include "score/sheet_layout.h"', "", "namespace marlune {", "", "namespace {", "",
-             "// clang-format off"]
+             '#include "score/map_layout.h"', '#include "score/sheet_layout.h"', "", "namespace marlune {", "",
+             "namespace {", "", "// clang-format off"]
     lines += grid_table("kWide", "SheetPart", [sheet[k] for k in ("controls", "module", "bass", "drums")]) + [""]
-    lines += grid_table("kCompact", "SheetPart", [compact["controls"]])
+    lines += grid_table("kCompact", "SheetPart", [compact["controls"]]) + [""]
+    lines += grid_table("kMap", "MapPart", [song["controls"]])
     lines += ["// clang-format on", "", "} // namespace", "",
               "std::span<const Placed<SheetPart>> sheetTable(SheetForm form) {",
               "    if (form == SheetForm::compact) return kCompact;", "    return kWide;", "}", "",
+              "std::span<const Placed<MapPart>> mapTable() {", "    return kMap;", "}", "",
               "} // namespace marlune", ""]
     (SCORE / "windows_table.cpp").write_text("\n".join(lines))
 

@@ -111,6 +111,9 @@ void MainWindow::addWindows(QMenu* menu) {
     menu->addAction(QStringLiteral("&Pattern Sheet"), QKeySequence(Qt::Key_F3), this, [this] {
         if (onSheetWish) onSheetWish();
     });
+    menu->addAction(QStringLiteral("Song &Map"), QKeySequence(Qt::Key_F4), this, [this] {
+        if (onMapWish) onMapWish();
+    });
 }
 
 void MainWindow::showMenu(Menu menu, const MenuState& state) {

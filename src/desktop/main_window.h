@@ -38,6 +38,7 @@ class MainWindow final : public QMainWindow {
 
     // Asked for each wish to close: the window stays open in any case; whoever answers ends the program.
     std::function<void()> onCloseWish;
+    std::function<void()> onMapWish;   // the Song Map, likewise
     std::function<void()> onSheetWish; // the Pattern Sheet, shown or put away
 
   protected:

@@ -17,9 +17,11 @@
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/main_window.h"
+#include "desktop/map_window.h"
 #include "desktop/panel_derived.h"
 #include "desktop/panel_widget.h"
 #include "desktop/sheet_window.h"
+#include "score/record_marks.h"
 #include "score/saved_patterns.h"
 
 namespace marlune {
@@ -93,6 +95,7 @@ QtShell::QtShell() {
     window_ = std::make_unique<MainWindow>();
     window_->onCloseWish = [this] { closeWish(); };
     window_->onSheetWish = [this] { toggleSheet(); };
+    window_->onMapWish = [this] { toggleMap(); };
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             [this] { settle(); });
 }
@@ -104,23 +107,41 @@ QtShell::~QtShell() {
 
 // --- windows beside the panel
 
+// The menus' accelerators work there as well, and the key that shows the window puts it away.
+void QtShell::equip(ScoreWindow& window, int key, void (QtShell::*wish)()) {
+    for (const MenuRow& row : menuRows())
+        if (row.kind == MenuKind::entry) window.addAction(window_->action(row.id));
+    const auto shortcut = [&](int code, void (QtShell::*act)()) {
+        auto* action = new QAction(&window);
+        action->setShortcut(QKeySequence(code));
+        connect(action, &QAction::triggered, this, act);
+        window.addAction(action);
+    };
+    shortcut(key, wish);
+    if (key == Qt::Key_F3)
+        shortcut(Qt::Key_F4, &QtShell::toggleMap);
+    else
+        shortcut(Qt::Key_F3, &QtShell::toggleSheet);
+    memory_.recall(window);
+}
+
 SheetWindow& QtShell::sheet() {
     if (!sheet_) {
         sheet_ = std::make_unique<SheetWindow>();
-        // The menus' accelerators work there as well.
-        for (const MenuRow& row : menuRows())
-            if (row.kind == MenuKind::entry) sheet_->addAction(window_->action(row.id));
-        auto* away = new QAction(sheet_.get());
-        away->setShortcut(QKeySequence(Qt::Key_F3));
-        connect(away, &QAction::triggered, this, [this] { toggleSheet(); });
-        sheet_->addAction(away);
-        memory_.recall(*sheet_);
+        equip(*sheet_, Qt::Key_F3, &QtShell::toggleSheet);
     }
     return *sheet_;
 }
 
-void QtShell::toggleSheet() {
-    SheetWindow& window = sheet();
+MapWindow& QtShell::map() {
+    if (!map_) {
+        map_ = std::make_unique<MapWindow>();
+        equip(*map_, Qt::Key_F4, &QtShell::toggleMap);
+    }
+    return *map_;
+}
+
+void QtShell::toggle(ScoreWindow& window) {
     if (window.isVisible() && window.isActiveWindow()) {
         window.hide();
         memory_.remember(window);
@@ -132,11 +153,21 @@ void QtShell::toggleSheet() {
     window.activateWindow();
 }
 
+void QtShell::toggleSheet() {
+    toggle(sheet());
+}
+
+void QtShell::toggleMap() {
+    toggle(map());
+}
+
 void QtShell::settle() {
     if (ended_) return;
     noteSavedPatterns();
     showDerived(panel());
+    noteRecordMarks();
     if (sheet_) sheet_->refresh();
+    if (map_) map_->refresh();
 }
 
 void QtShell::setWindowFile(const QString& path) {
@@ -144,13 +175,16 @@ void QtShell::setWindowFile(const QString& path) {
 }
 
 void QtShell::openRemembered() {
-    if (!memory_.wasOpen("sheet")) return;
-    sheet().show();
-    window_->activateWindow();
+    const bool sheetWas = memory_.wasOpen("sheet");
+    const bool mapWas = memory_.wasOpen("map");
+    if (sheetWas) sheet().show();
+    if (mapWas) map().show();
+    if (sheetWas || mapWas) window_->activateWindow();
 }
 
 void QtShell::rememberWindows() {
     if (sheet_) memory_.remember(*sheet_);
+    if (map_) memory_.remember(*map_);
 }
 
 PanelWidget& QtShell::panel() {
@@ -365,6 +399,7 @@ void QtShell::end() {
     ended_ = true;
     rememberWindows();
     if (sheet_) sheet_->hide();
+    if (map_) map_->hide();
     help_.reset();
     window_->hide();
     QCoreApplication::exit(0);

@@ -19,6 +19,8 @@ class FormWindow;
 class HelpWindow;
 class MainWindow;
 class PanelWidget;
+class MapWindow;
+class ScoreWindow;
 class SheetWindow;
 
 class QtShell final : public QObject, public AppShell {
@@ -38,6 +40,8 @@ class QtShell final : public QObject, public AppShell {
     // The Pattern Sheet; built at the first wish.
     SheetWindow& sheet();
     void toggleSheet();
+    MapWindow& map(); // the Song Map, likewise
+    void toggleMap();
     // Shows what has changed since, in all windows beside the panel; runs whenever the program comes to rest.
     void settle();
     // Where places and sizes of windows are kept, and which of them were open.
@@ -83,7 +87,11 @@ class QtShell final : public QObject, public AppShell {
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<AboutWindow> splash_;
     std::unique_ptr<HelpWindow> help_;
+    void equip(ScoreWindow& window, int key, void (QtShell::*wish)());
+    void toggle(ScoreWindow& window);
+
     std::unique_ptr<SheetWindow> sheet_;
+    std::unique_ptr<MapWindow> map_;
     WindowMemory memory_;
     std::vector<FormWindow*> forms_; // open ones, the newest last
     QString helpFile_;

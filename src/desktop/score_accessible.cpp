@@ -55,7 +55,12 @@ class CellAccessible final : public QAccessibleInterface, public QAccessibleActi
     }
     [[nodiscard]] QAccessible::Role role() const override {
         if (window_->spokenGroup(group_).readOnly) return QAccessible::StatusBar;
-        return isCell() ? QAccessible::Button : QAccessible::Grouping;
+        if (!isCell()) return QAccessible::Grouping;
+        switch (spoken().role) {
+            case SpokenRole::slider: return QAccessible::Slider;
+            case SpokenRole::scrollBar: return QAccessible::ScrollBar;
+            default: return QAccessible::Button;
+        }
     }
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state;

@@ -103,6 +103,10 @@ void ScoreWindow::recall(QSettings& settings) {
     setMinimumSize(static_cast<int>(size.width * kZooms.front() / 100),
                    static_cast<int>(size.height * kZooms.front() / 100));
     setZoom(100);
+    recallGeometry(settings);
+}
+
+void ScoreWindow::recallGeometry(QSettings& settings) {
     settings.beginGroup(QString::fromLatin1(name_));
     restoreGeometry(
         settings.value(QStringLiteral("geometry")).toByteArray()); // puts it onto a screen there is
@@ -156,11 +160,10 @@ void ScoreWindow::refresh() {
     Scene now = scene();
     const double ratio = devicePixelRatioF();
     const QPoint origin = originOnDevice();
-    if (stale_ || now.size() != scene_.size()) {
+    if (stale_) {
         update();
     } else {
-        const QRect whole(QPoint(0, 0), size() * ratio);
-        for (const QRect& part : sceneDifference(scene_, now, deviceScale(), whole)) {
+        for (const QRect& part : sceneDifference(scene_, now, deviceScale())) {
             const QRect r = part.translated(origin);
             update(
                 QRectF(r.x() / ratio, r.y() / ratio, r.width() / ratio, r.height() / ratio).toAlignedRect());

@@ -21,10 +21,12 @@ struct SpokenGroup {
     int cells = 0;
     bool readOnly = false; // the status bar: the last group
 };
+enum class SpokenRole { button, slider, scrollBar };
 struct SpokenCell {
     QString name;
     QRect rect; // in the widget
     bool focused = false, disabled = false, selected = false;
+    SpokenRole role = SpokenRole::button;
 };
 
 class ScoreWindow : public QWidget {
@@ -39,7 +41,7 @@ class ScoreWindow : public QWidget {
     // to rest: no routine tells the window that it changed something.
     void refresh();
 
-    void setZoom(
+    virtual void setZoom(
         int percent); // takes the window to the size that shows the content so; limited to the screen
     void stepZoom(int direction);
     [[nodiscard]] int zoom() const; // per cent, as shown
@@ -72,10 +74,12 @@ class ScoreWindow : public QWidget {
     [[nodiscard]] virtual Box fingerBox() const { return {}; } // the place under a finger; width 0: none
     // Two fingers: the zoom follows their distance.
     void pinch(const QTouchEvent& touch);
-    [[nodiscard]] double scale() const; // logical pixels to a content pixel
+    [[nodiscard]] virtual double scale() const; // logical pixels to a content pixel
     [[nodiscard]] QPointF contentAt(QPointF widgetPoint) const;
     [[nodiscard]] QRect widgetRect(const Box& box) const;
-    void contentChanged(int percent); // another shape: takes its size at this zoom
+    void recallGeometry(QSettings& settings);
+    void forgetShown() { stale_ = true; } // the next refresh paints everything
+    void contentChanged(int percent);     // another shape: takes its size at this zoom
     [[nodiscard]] const Scene& shownScene() const { return scene_; }
 
     void paintEvent(QPaintEvent* event) override;

@@ -155,6 +155,7 @@ void marlunePatternCopy::Command1_Click() {
     const auto bars = enteredBars(Text1, "Enter the number of Bars to copy (1 to 1000)");
     if (!bars) return;
     SongClipboard& clip = songClipboard.write();
+    laneClipboard.write().latest = false;
     const int bar = shownBar();
     clip.copyModule = editingState->editSel;
     clip.copyBarCount = *bars;

@@ -5,8 +5,10 @@ namespace marlune {
 Owned<PatternClipboard> patternClipboard;
 Owned<SongClipboard> songClipboard;
 Owned<BarKnobClipboard> barKnobClipboard;
+Owned<LaneClipboard> laneClipboard;
 
 void forgetSongCopy() {
+    laneClipboard.write() = {};
     songClipboard.write().songCopyReady = false;
     songClipboard.write().copyBarCount = 1;
 }
@@ -15,6 +17,7 @@ void resetClipboards() {
     patternClipboard.write() = {};
     songClipboard.write() = {};
     barKnobClipboard.write() = {};
+    laneClipboard.write() = {};
 }
 
 } // namespace marlune

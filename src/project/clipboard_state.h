@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "project/song_track.h"
@@ -36,9 +37,20 @@ struct BarKnobClipboard {
     bool barKnobIsBass = false;
 };
 
+// Bars of several modules at once; the song clipboard keeps what it has meanwhile.
+struct LaneCopy {
+    std::vector<SongBar> bars;
+    std::vector<std::vector<std::uint8_t>> knobs; // empty without knobs; a row per knob of the module
+};
+struct LaneClipboard {
+    bool latest = false; // nothing has gone to the song clipboard since
+    std::array<std::optional<LaneCopy>, kModules> lanes;
+};
+
 extern Owned<PatternClipboard> patternClipboard;
 extern Owned<SongClipboard> songClipboard;
 extern Owned<BarKnobClipboard> barKnobClipboard;
+extern Owned<LaneClipboard> laneClipboard;
 
 void forgetSongCopy(); // nothing to paste in song mode; the dialog offers one bar
 void resetClipboards();

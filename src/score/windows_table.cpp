@@ -1,5 +1,6 @@
 // Made by tools/make_layout.py from windows.json: change that file, then run the script.
 
+#include "score/map_layout.h"
 #include "score/sheet_layout.h"
 
 namespace marlune {
@@ -83,6 +84,52 @@ constexpr Placed<SheetPart> kCompact[] = {
     {SheetPart::bankLetter, {{519, 154, 12, 32}, 1, 4, 0, 35, 0, 0, {0, 0, 0, 0}}, false},
     {SheetPart::statusBar, {{0, 396, 760, 24}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
 };
+
+constexpr Placed<MapPart> kMap[] = {
+    {MapPart::strip, {{10, 8, 1100, 44}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::modeSwitch, {{148, 14, 132, 32}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::transport, {{290, 10, 325, 40}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::reset, {{298, 14, 30, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::previousBar, {{332, 14, 28, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::barDigits, {{364, 14, 92, 32}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::nextBar, {{460, 14, 28, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::stop, {{500, 14, 34, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::play, {{538, 14, 34, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::record, {{576, 14, 34, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::pointerMode, {{625, 17, 76, 26}, 3, 1, 76, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::follow, {{866, 14, 76, 31}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::undo, {{952, 16, 30, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::redo, {{986, 16, 30, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::size, {{1022, 16, 46, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::dockToggle, {{1073, 16, 30, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::overviewPlate, {{10, 60, 1100, 66}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::barZoom, {{20, 88, 28, 28}, 3, 1, 31, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::overview, {{119, 78, 986, 45}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::overviewRow, {{122, 83, 980, 11}, 1, 3, 0, 13, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::overviewFrame, {{0, 77, 0, 47}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::mainPlate, {{10, 134, 1100, 312}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::ruler, {{119, 142, 986, 20}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::laneHeader, {{16, 166, 98, 38}, 1, 3, 0, 41, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::lane, {{119, 166, 986, 38}, 1, 3, 0, 41, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::knobChips, {{122, 295, 980, 22}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::knobHeader, {{16, 323, 98, 37}, 1, 3, 0, 40, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::knobLane, {{119, 323, 986, 37}, 1, 3, 0, 40, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::palettePlate, {{10, 454, 280, 136}, 3, 1, 290, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::palettePick, {{240, 460, 38, 20}, 3, 1, 290, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::paletteSlot, {{40, 497, 28, 20}, 8, 4, 31, 23, 0, 0, {-1.5, -1.5, 31, 23}}, false},
+    {MapPart::selectionPlate, {{880, 454, 230, 136}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::selectionModule, {{964, 461, 30, 17}, 3, 1, 33, 0, 0, 0, {-1, -5, 33, 27}}, false},
+    {MapPart::selectionKnobs, {{1063, 461, 40, 17}, 1, 1, 0, 0, 0, 0, {-1, -5, 42, 27}}, false},
+    {MapPart::selectionFirst, {{894, 484, 54, 26}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::selectionLast, {{960, 484, 54, 26}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::selectionCount, {{1026, 484, 36, 26}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::copy, {{894, 520, 98.5, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::paste, {{998, 520, 98.5, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::insert, {{894, 553, 63.5, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::remove, {{963, 553, 63.5, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::init, {{1032, 553, 63.5, 28}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+    {MapPart::statusBar, {{0, 596, 1120, 24}, 1, 1, 0, 0, 0, 0, {0, 0, 0, 0}}, false},
+};
 // clang-format on
 
 } // namespace
@@ -90,6 +137,10 @@ constexpr Placed<SheetPart> kCompact[] = {
 std::span<const Placed<SheetPart>> sheetTable(SheetForm form) {
     if (form == SheetForm::compact) return kCompact;
     return kWide;
+}
+
+std::span<const Placed<MapPart>> mapTable() {
+    return kMap;
 }
 
 } // namespace marlune

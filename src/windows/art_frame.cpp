@@ -75,6 +75,29 @@ void capSign(const Ink& ink, CapSign sign, QPointF c, QRgb colour) {
             if (one) ink.box(QRectF(c.x() - 6.3, c.y() - 4.8, 4, 8.6), 0, withAlpha(colour, 0.5));
             break;
         }
+        case CapSign::fit: {
+            QPainterPath path;
+            for (const double side : {-1.0, 1.0}) {
+                path.moveTo(c.x() + side * 7, c.y() - 5.5);
+                path.lineTo(c.x() + side * 7, c.y() + 4.5);
+                path.moveTo(c.x() + side * 2, c.y() - 3.1);
+                path.lineTo(c.x() + side * 4.6, c.y() - 0.5);
+                path.lineTo(c.x() + side * 2, c.y() + 2.1);
+            }
+            path.moveTo(c.x() - 4, c.y() - 0.5);
+            path.lineTo(c.x() + 4, c.y() - 0.5);
+            ink.stroke(path, colour, 1.5);
+            break;
+        }
+        case CapSign::dock: {
+            QPainterPath path;
+            path.addRect(QRectF(c.x() - 8, c.y() - 6.5, 16, 12));
+            ink.stroke(path, colour, 1.5);
+            thinLine(ink, {c.x() - 8, c.y() + 1}, {c.x() + 8, c.y() + 1}, colour, 1.5);
+            ink.box(QRectF(c.x() - 7.2, c.y() + 1.7, 14.4, 3.4), 0, withAlpha(colour, 0.55));
+            break;
+        }
+        default: break;
     }
 }
 

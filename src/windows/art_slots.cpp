@@ -1,7 +1,6 @@
 // The live thumbnails of the patterns.
 
 #include <QPainterPath>
-#include <algorithm>
 
 #include "picture/arts.h"
 #include "project/project_record.h"
@@ -15,28 +14,6 @@ namespace {
 
 constexpr double kRadius = 4;
 
-// The dots of a pattern in a picture of any size: a dot per sounding step, of the drums one per row.
-QPainterPath dotsOf(const TileLook& look, const QRectF& picture, bool drums) {
-    QPainterPath path;
-    const double pitch = (picture.width() + picture.width() / 100) / kSteps;
-    const double width = pitch * (drums ? 0.8 : 0.86);
-    const double height = drums ? picture.height() / kDrumRows * 0.8 : std::max(1.4, picture.height() / 7.5);
-    for (int step = 0; step < kSteps && step < static_cast<int>(look.text.size()); ++step) {
-        const auto value = static_cast<unsigned char>(look.text[static_cast<std::size_t>(step)]);
-        const double x = picture.left() + step * pitch;
-        if (drums) {
-            for (int row = 0; row < kDrumRows; ++row)
-                if ((value >> row & 1) != 0)
-                    path.addRect(
-                        QRectF(x, picture.top() + row * picture.height() / kDrumRows, width, height));
-        } else if (value > 0) {
-            const double share = look.number > 1 ? 1.0 * (look.number - value) / (look.number - 1) : 0.5;
-            path.addRect(QRectF(x, picture.top() + share * (picture.height() - height), width, height));
-        }
-    }
-    return path;
-}
-
 void emptySlot(const Ink& ink, const QRectF& box, QRgb light, bool dash) {
     const QRectF r = box.adjusted(0.5, 0.5, -0.5, -0.5);
     ink.box(r, kRadius, black(0.14));
@@ -44,6 +21,10 @@ void emptySlot(const Ink& ink, const QRectF& box, QRgb light, bool dash) {
     if (dash)
         thinLine(ink, {box.center().x() - 4, box.center().y()}, {box.center().x() + 4, box.center().y()},
                  withAlpha(light, 0.24), 1.2);
+}
+
+QPainterPath dotsOf(const TileLook& look, const QRectF& picture, bool drums) {
+    return patternDots(look.text, look.number, picture, drums);
 }
 
 } // namespace

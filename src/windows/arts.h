@@ -20,8 +20,25 @@ void artStartStop(const Ink& ink, const TileLook& look, const QRectF& box);   //
 void artViewOnly(const Ink& ink, const TileLook& look, const QRectF& box);
 void artCaption(const Ink& ink, const TileLook& look,
                 const QRectF& box); // text; kTileSelected: end of the box
-enum class CapSign : std::int16_t { undo, redo, minus, plus, compact, wide };
+enum class CapSign : std::int16_t {
+    undo,
+    redo,
+    minus,
+    plus,
+    compact,
+    wide,
+    fit,
+    dock,
+    toStart,
+    back,
+    forward,
+    stop,
+    play,
+    record,
+};
 void artCap(const Ink& ink, const TileLook& look, const QRectF& box); // number: CapSign, or -1 and text
+// A cap of the transport; number: CapSign; kTileLit: green for play, red for record
+void artTransportCap(const Ink& ink, const TileLook& look, const QRectF& box);
 void artLabelGlass(const Ink& ink, const TileLook& look, const QRectF& box); // text in Inter
 // text in dots, number: places, second: pitch; kTileCued moonlight, kTileAsleep dim, kTileSelected: chevrons
 void artDigits(const Ink& ink, const TileLook& look, const QRectF& box);
@@ -64,5 +81,50 @@ void artSlot(const Ink& ink, const TileLook& look, const QRectF& box);
 void artSlotGlow(const Ink& ink, const TileLook& look, const QRectF& box); // kTileLit, beneath all slots
 // Another module's live picture. text: sixteen dots; number: heights; second: step that plays or -1.
 void artOther(const Ink& ink, const TileLook& look, const QRectF& box);
+
+// art_map.cpp
+void artArmed(const Ink& ink, const TileLook& look, const QRectF& box);       // the frame of the transport
+void artGlass(const Ink& ink, const TileLook& look, const QRectF& box);       // sunk, empty
+void artPointerMode(const Ink& ink, const TileLook& look, const QRectF& box); // number: 0..2; kTileLit
+void artFollow(const Ink& ink, const TileLook& look, const QRectF& box);      // kTileLit
+void artHeader(const Ink& ink, const TileLook& look, const QRectF& box);      // text: name, or "knob\nmodule"
+void artRecordDot(const Ink& ink, const TileLook& look, const QRectF& box);   // in the middle of the box
+void artChip(const Ink& ink, const TileLook& look, const QRectF& box);    // text; kTileLit, kTileHeld: moves
+void artPalette(const Ink& ink, const TileLook& look, const QRectF& box); // text: module; kTileEdit
+void artPaintFrame(const Ink& ink, const TileLook& look, const QRectF& box); // around a slot
+void artToggle(const Ink& ink, const TileLook& look, const QRectF& box);     // text; kTileLit
+void artCommand(const Ink& ink, const TileLook& look, const QRectF& box);    // text
+void artDash(const Ink& ink, const TileLook& look, const QRectF& box);
+
+// art_song.cpp: the time line
+void artDark(const Ink& ink, const TileLook& look, const QRectF& box);  // number: opacity, per cent
+void artLane(const Ink& ink, const TileLook& look, const QRectF& box);  // ground; module 3: of knobs
+void artRuler(const Ink& ink, const TileLook& look, const QRectF& box); // ground
+// One number of the ruler and the marks up to the next; text: the number; number: bars, second: every so many
+// has a mark; kTileLit: bright
+void artRulerMarks(const Ink& ink, const TileLook& look, const QRectF& box);
+// A run, or what of it is in view. number: slot, second: heights; text: see runText. kTileRest: silent,
+// kTileBeyond: its left end is out of view, kTileHeld: the right one
+void artRun(const Ink& ink, const TileLook& look, const QRectF& box);
+std::string runText(double ppb, double offset, const std::string& dots);
+// A piece of a knob's curve: text: the value before, then least and greatest value of each column
+void artCurve(const Ink& ink, const TileLook& look, const QRectF& box);
+void artKnobDot(const Ink& ink, const TileLook& look, const QRectF& box);
+void artHairline(const Ink& ink, const TileLook& look, const QRectF& box);     // number: opacity, per cent
+void artFootLine(const Ink& ink, const TileLook& look, const QRectF& box);     // second: pixels x 10 of a bar
+void artTrail(const Ink& ink, const TileLook& look, const QRectF& box);        // kTileAccent: red
+void artPlayhead(const Ink& ink, const TileLook& look, const QRectF& box);     // kTileAccent: red
+void artSelectionBar(const Ink& ink, const TileLook& look, const QRectF& box); // text
+void artSelectionFrame(const Ink& ink, const TileLook& look, const QRectF& box);
+void artHoverBar(const Ink& ink, const TileLook& look, const QRectF& box);
+// A row of the overview: text: runs, seven bytes each, see overviewRun
+void artOverviewRow(const Ink& ink, const TileLook& look, const QRectF& box);
+std::string overviewRun(double x, double width, int bank, bool silent);
+void artOverviewNumber(const Ink& ink, const TileLook& look,
+                       const QRectF& box); // text; kTileAsleep; kTileSelected: at the right
+void artBreak(const Ink& ink, const TileLook& look, const QRectF& box);
+void artOverviewFrame(const Ink& ink, const TileLook& look, const QRectF& box);
+void artMoonBox(const Ink& ink, const TileLook& look,
+                const QRectF& box); // number: radius; kTileAccent red, kTilePlaying white
 
 } // namespace marlune

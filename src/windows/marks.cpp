@@ -1,6 +1,9 @@
 #include "windows/marks.h"
 
+#include <algorithm>
 #include <cmath>
+
+#include "project/project_record.h"
 
 namespace marlune {
 
@@ -77,6 +80,27 @@ void thinLine(const Ink& ink, QPointF from, QPointF to, QRgb colour, double widt
     QPainterPath path(from);
     path.lineTo(to);
     ink.stroke(path, colour, width);
+}
+
+QPainterPath patternDots(const std::string& dots, int heights, const QRectF& picture, bool drums) {
+    QPainterPath path;
+    const double pitch = (picture.width() + picture.width() / 100) / kSteps;
+    const double width = pitch * (drums ? 0.8 : 0.86);
+    const double height = drums ? picture.height() / kDrumRows * 0.8 : std::max(1.4, picture.height() / 7.5);
+    for (int step = 0; step < kSteps && step < static_cast<int>(dots.size()); ++step) {
+        const auto value = static_cast<unsigned char>(dots[static_cast<std::size_t>(step)]);
+        const double x = picture.left() + step * pitch;
+        if (drums) {
+            for (int row = 0; row < kDrumRows; ++row)
+                if ((value >> row & 1) != 0)
+                    path.addRect(
+                        QRectF(x, picture.top() + row * picture.height() / kDrumRows, width, height));
+        } else if (value > 0) {
+            const double share = heights > 1 ? 1.0 * (heights - value) / (heights - 1) : 0.5;
+            path.addRect(QRectF(x, picture.top() + share * (picture.height() - height), width, height));
+        }
+    }
+    return path;
 }
 
 } // namespace marlune

@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <QRectF>
 #include <array>
+#include <string>
 
 #include "picture/ink.h"
 
@@ -41,6 +42,10 @@ void cueArrow(const Ink& ink, QPointF tail, double width, double height, QRgb co
 void litFace(const Ink& ink, const QRectF& box, double radius, QRgb colour, bool down);
 void hollowCap(const Ink& ink, const QRectF& box, double radius); // asleep
 void caption(const Ink& ink, QPointF baseline, const char* text, QRgb colour = palette::kCaption);
+
+// The dots of a pattern in a picture of any size: a dot per sounding step, of the drums one per row. dots: a
+// character per step, the height above the lowest note from 1 to heights, or the rows of the drums as bits.
+QPainterPath patternDots(const std::string& dots, int heights, const QRectF& picture, bool drums);
 
 void thinLine(const Ink& ink, QPointF from, QPointF to, QRgb colour, double width);
 

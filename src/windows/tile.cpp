@@ -5,12 +5,16 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <unordered_map>
 
 namespace marlune {
 
 namespace {
 
-constexpr int kLargest = 600; // pixels of the window; what is larger is painted, not kept
+// Pixels of the window; what is larger is painted, not kept. Rows may be long where they are low.
+constexpr double kWidest = 600;
+constexpr double kLargestRow = 100'000;
+constexpr std::size_t kManyChanges = 256; // more than these are one change, of all between them
 
 int device(double v, double scale) {
     return static_cast<int>(std::lround(v * scale));
@@ -28,6 +32,12 @@ void paintTile(QPainter& painter, const Tile& tile, const QRect& area, double sc
     tile.art(Ink(painter, scale), tile.look,
              QRectF(0, 0, (area.width() - 2 * margin) / scale, (area.height() - 2 * margin) / scale));
     painter.restore();
+}
+
+std::size_t hashOf(const Tile& tile) {
+    const TileCache::Key key{tile.art, tile.look, static_cast<int>(tile.box.x * 8),
+                             static_cast<int>(tile.box.y * 8)};
+    return qHash(key, static_cast<std::size_t>(tile.box.width * 8));
 }
 
 // The first tile from which on something shows in the area: the topmost that hides all beneath it there.
@@ -58,15 +68,36 @@ std::vector<QRect> deviceAreas(const Scene& scene, double scale) {
     return areas;
 }
 
-QRegion sceneDifference(const Scene& before, const Scene& now, double scale, const QRect& whole) {
-    if (before.size() != now.size()) return whole;
-    QRegion region;
-    for (std::size_t i = 0; i < now.size(); ++i) {
-        if (before[i] == now[i]) continue;
-        region += deviceArea(now[i], scale);
-        if (before[i].box != now[i].box || before[i].margin != now[i].margin)
-            region += deviceArea(before[i], scale);
+QRegion sceneDifference(const Scene& before, const Scene& now, double scale) {
+    std::vector<QRect> changes;
+    const auto add = [&](const Tile& tile) { changes.push_back(deviceArea(tile, scale)); };
+    if (before.size() == now.size()) {
+        for (std::size_t i = 0; i < now.size(); ++i) {
+            if (before[i] == now[i]) continue;
+            add(now[i]);
+            if (before[i].box != now[i].box || before[i].margin != now[i].margin) add(before[i]);
+        }
+    } else {
+        // Tiles came and went; what is there before and after stands in the same order.
+        std::unordered_multimap<std::size_t, const Tile*> left;
+        for (const Tile& tile : before) left.emplace(hashOf(tile), &tile);
+        for (const Tile& tile : now) {
+            const auto [first, last] = left.equal_range(hashOf(tile));
+            const auto same = std::find_if(first, last, [&](const auto& at) { return *at.second == tile; });
+            if (same != last)
+                left.erase(same);
+            else
+                add(tile);
+        }
+        for (const auto& [hash, tile] : left) add(*tile);
     }
+    QRegion region;
+    if (changes.size() > kManyChanges) {
+        QRect all;
+        for (const QRect& change : changes) all |= change;
+        return all;
+    }
+    for (const QRect& change : changes) region += change;
     return region;
 }
 
@@ -84,7 +115,7 @@ void TileCache::paint(QPainter& painter, const Scene& scene, const std::vector<Q
         const QRect& at = places[i];
         if (!at.intersects(area)) continue;
         const Tile& tile = scene[i];
-        if (tile.box.width > kLargest)
+        if (tile.box.width > kWidest && tile.box.width * tile.box.height > kLargestRow)
             paintTile(painter, tile, at, scale_);
         else
             painter.drawPixmap(at.topLeft(), picture(tile, at));
@@ -96,7 +127,7 @@ QPixmap TileCache::picture(const Tile& tile, const QRect& area) {
     const Key key{tile.art, tile.look, area.width(), area.height()};
     if (const QPixmap* known = pixmaps_.object(key)) return *known;
     QPixmap pixmap(area.size());
-    pixmap.fill(Qt::transparent);
+    pixmap.fill(tile.solid == 0 && tile.margin == 0 ? Qt::black : Qt::transparent); // opaque ones are copied
     QPainter painter(&pixmap);
     paintTile(painter, tile, QRect(QPoint(0, 0), area.size()), scale_);
     painter.end();

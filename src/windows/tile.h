@@ -71,9 +71,8 @@ using Scene = std::vector<Tile>;
 QRect deviceArea(const Tile& tile, double scale);
 std::vector<QRect> deviceAreas(const Scene& scene, double scale);
 
-// Where two scenes differ, on the device. Scenes of different lengths differ everywhere: whole is what then
-// counts.
-QRegion sceneDifference(const Scene& before, const Scene& now, double scale, const QRect& whole);
+// Where two scenes differ, on the device.
+QRegion sceneDifference(const Scene& before, const Scene& now, double scale);
 
 // Tiles painted once for each look and size, the least used dropped first.
 class TileCache {

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <array>
 
+#include "score/map_layout.h"
 #include "score/sheet_layout.h"
 
 namespace marlune {
@@ -23,7 +24,8 @@ Row drawn(const QJsonObject& c) {
             hit[2].toDouble(),        hit[3].toDouble(),        c.contains("perModule") ? 1.0 : 0.0};
 }
 
-Row tabled(const Placed<SheetPart>& placed) {
+template <typename Part>
+Row tabled(const Placed<Part>& placed) {
     const Grid& g = placed.grid;
     return {g.cell.x,     g.cell.y, g.cell.width, g.cell.height,      1.0 * g.columns,
             1.0 * g.rows, g.pitchX, g.pitchY,     1.0 * g.groupEvery, g.groupGap,
@@ -48,6 +50,10 @@ TEST(SheetLayout, TheTableSaysWhatTheDrawingSays) {
             EXPECT_EQ(tabled(table[i]), drawn(c)) << c["name"].toString().toStdString();
         }
     }
+    const QJsonArray map = windows["map"].toObject()["controls"].toArray();
+    ASSERT_EQ(map.size(), static_cast<qsizetype>(mapTable().size()));
+    for (std::size_t i = 0; i < mapTable().size(); ++i)
+        EXPECT_EQ(tabled(mapTable()[i]), drawn(map[static_cast<qsizetype>(i)].toObject())) << i;
 }
 
 } // namespace

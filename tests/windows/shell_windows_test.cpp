@@ -3,6 +3,7 @@
 #include <QTimer>
 
 #include "desktop/main_window.h"
+#include "desktop/map_window.h"
 #include "desktop/panel_widget.h"
 #include "desktop/qt_shell.h"
 #include "sheet_fixture.h"
@@ -34,6 +35,20 @@ TEST_F(ShellWindows, F3ShowsTheSheetAndPutsItAway) {
     next.openRemembered();
     EXPECT_EQ(next.sheet().form(), SheetForm::compact);
     EXPECT_FALSE(next.sheet().isVisible()); // it was put away
+}
+
+TEST_F(ShellWindows, F4ShowsTheMapWhoseKeysAreItsOwn) {
+    Check1_Click();
+    QTest::keyClick(&shell.panel(), Qt::Key_F4);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&shell.map()));
+    fillBars(0, {1, 2}, {3, 1});
+    shell.settle();
+    QTest::keyClick(&shell.map(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(&shell.map(), Qt::Key_C, Qt::ControlModifier); // no dialog asks for the number of bars
+    EXPECT_TRUE(laneClipboard->latest);
+    EXPECT_EQ(laneClipboard->lanes[0]->bars.size(), 4U);
+    QTest::keyClick(&shell.map(), Qt::Key_F4);
+    EXPECT_FALSE(shell.map().isVisible());
 }
 
 TEST_F(ShellWindows, WhateverChangesIsShownWhenTheProgramComesToRest) {
