@@ -113,7 +113,7 @@ void TileCache::paint(QPainter& painter, const Scene& scene, const std::vector<Q
     painter.setClipRect(area);
     for (std::size_t i = lowestSeen(scene, places, area, scale_); i < scene.size(); ++i) {
         const QRect& at = places[i];
-        if (!at.intersects(area)) continue;
+        if (at.isEmpty() || !at.intersects(area)) continue; // narrower than half a pixel
         const Tile& tile = scene[i];
         if (tile.box.width > kWidest && tile.box.width * tile.box.height > kLargestRow)
             paintTile(painter, tile, at, scale_);
