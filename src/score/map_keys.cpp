@@ -143,9 +143,7 @@ MapWish MapCursor::key(MapKey key, const MapState& state, MapDesk& desk, MapHand
         case MapKey::down: {
             const int by = key == MapKey::down ? 1 : -1;
             MapPress how;
-            if (!cursor)
-                hand.chooseModule(by);
-            else if (spot_.part == MapPart::knobLane)
+            if (spot_.part == MapPart::knobLane)
                 hand.turnKnobLane(desk.view.knobScroll + spot_.row, -by);
             else if (spot_.part == MapPart::selectionFirst || spot_.part == MapPart::selectionLast ||
                      spot_.part == MapPart::selectionCount)
