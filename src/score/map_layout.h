@@ -114,7 +114,7 @@ double overviewBarAt(const MapView& view, double x);
 
 // --- lanes of knobs
 
-int knobRows(const MapView& view); // of the lanes that fit in
+int knobRows(const MapView& view);          // of the lanes that fit in
 int laneKnob(const MapView& view, int row); // shown in that row
 double knobPitch(const MapView& view);
 int valueAtY(const Box& lane, double y); // 0..127

@@ -3,11 +3,13 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include "commands/reset_program.h"
 #include "files/export_driver.h"
 #include "files/midi_file_writer.h"
 #include "import/midi_form.h"
 #include "song/song_place.h"
+
 #include "support/program_test.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -42,7 +44,7 @@ std::string read(const Bytes& bytes) {
         text += " ]";
     }
     return text + " " + std::to_string(song->tempoMicroseconds) + "+" + std::to_string(song->tempoChanges) +
-           " " + std::to_string(static_cast<int>(1000 * song->stepsPerTick + 0.5));
+           " " + std::to_string(std::lround(1000 * song->stepsPerTick));
 }
 
 TEST(MidiSong, TakesWhatIsWholeAndRefusesTheRest) {

@@ -41,7 +41,7 @@ struct SetupSession : ProgramTest {
         if (bytes.size() != sizeof config) return "none";
         const GlobalConfig now = config;
         std::memcpy(&config, bytes.data(), sizeof config);
-        const std::string text = settings();
+        std::string text = settings();
         config = now;
         return text;
     }
@@ -195,11 +195,11 @@ TEST_F(SetupSession, Memorizer) {
         state();
         program.midi(0x95, 50, 100); // another channel
         state();
-        for (const int key : {'1', 'S', 'E'}) form.Form_KeyDown(key);
+        for (const unsigned char key : {'1', 'S', 'E'}) form.Form_KeyDown(key);
         state();
         program.midi(0x94, 50, 100);
         state();
-        for (const int key : {'2', '3', '3', '2', '2'}) form.Form_KeyDown(key);
+        for (const unsigned char key : {'2', '3', '3', '2', '2'}) form.Form_KeyDown(key);
         state();
         form.Form_KeyDown('S');
         state();
@@ -210,7 +210,7 @@ TEST_F(SetupSession, Memorizer) {
         form.Form_KeyDown('E');
         state();
         program.midi(0x94, 51, 100);
-        for (const int key : {'3', 'S'}) form.Form_KeyDown(key);
+        for (const unsigned char key : {'3', 'S'}) form.Form_KeyDown(key);
         state();
         for (const int key : {27, int{'L'}, int{'l'}, 13, int{'X'}})
             states.push_back(form.Form_KeyDown(key) ? "t" : "-");

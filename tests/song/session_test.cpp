@@ -55,8 +55,10 @@ mnuToolsClear off
         Check1_Click();
         EXPECT_EQ(menus(), song);
         Check1_Click();
-        EXPECT_EQ(menus(), "mnuEditCut Copy\nmnuEditPaste Paste\n" + pattern +
-                               "mnuToolsInit Initialize Pattern\n" + bars + bar);
+        std::string back = "mnuEditCut Copy\nmnuEditPaste Paste\n";
+        for (const std::string& part : {pattern, std::string("mnuToolsInit Initialize Pattern\n"), bars, bar})
+            back += part;
+        EXPECT_EQ(menus(), back);
     }
 }
 

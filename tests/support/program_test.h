@@ -9,7 +9,6 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
-#include <source_location>
 #include <thread>
 
 #include "boundary/menus.h"
@@ -73,19 +72,18 @@ struct SongModeTest : ProgramTest {
 
 // The transcript is what doing it brings.
 inline void expectSession(test::Session& session, const std::string& transcript,
-                          std::source_location at = std::source_location::current()) {
+                          const char* file = __builtin_FILE(), int at = __builtin_LINE()) {
     const std::string told = session.tell(transcript);
     if (told == transcript) return;
-    const auto apart = std::ranges::mismatch(told, transcript);
-    const auto line = std::count(told.begin(), apart.in1, '\n');
-    ADD_FAILURE_AT(at.file_name(), static_cast<int>(at.line()))
-        << "from line " << line << " of the transcript on; it is now\n"
-        << told << "\n(end)";
+    const auto apart = std::mismatch(told.begin(), told.end(), transcript.begin(), transcript.end()).first;
+    const auto line = std::count(told.begin(), apart, '\n');
+    ADD_FAILURE_AT(file, at) << "from line " << line << " of the transcript on; it is now\n"
+                             << told << "\n(end)";
 }
 inline void expectSession(TestProgram& program, const std::string& transcript,
-                          std::source_location at = std::source_location::current()) {
+                          const char* file = __builtin_FILE(), int at = __builtin_LINE()) {
     test::Session session(program);
-    expectSession(session, transcript, at);
+    expectSession(session, transcript, file, at);
 }
 
 } // namespace marlune

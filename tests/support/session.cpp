@@ -305,7 +305,9 @@ std::string Session::tell(const std::string& transcript) {
                 row += (row.empty() ? " " : " | ") + part.substr(part[0] == ' ' ? 1 : 0);
         }
         const std::string difference = apart();
-        text += folded(line + (quiet && difference.empty() ? "" : ":") + row + difference) + "\n";
+        std::string whole = line;
+        whole.append(quiet && difference.empty() ? "" : ":").append(row).append(difference);
+        text.append(folded(whole)).append("\n");
     }
     if (!transcript.ends_with("\n")) text.pop_back();
     return text;
