@@ -25,9 +25,13 @@ namespace marlune {
 
 namespace {
 
+void showSteps() {
+    for (int m = 0; m < kModules; ++m) refreshStepLamp(m);
+}
+
 void showStepsAtZero() {
     stepsToZero();
-    for (int m = 0; m < kModules; ++m) refreshStepLamp(m);
+    showSteps();
 }
 
 void releaseBassNotes() {
@@ -80,7 +84,7 @@ void stopAndTakeCues() {
     for (int d = 0; d < kDrums; ++d) midiNoteOn(channelOf(kDrumModule), currentDrum().drumNote[d], 0);
     MidiMsgEnable(true);
     if (startedMeanwhile()) return;
-    stepsToZero();
+    showStepsAtZero();
     showFrame(Control::startStopButton, 0, 0);
     refreshPlaySong();
 }
@@ -119,6 +123,7 @@ void StopPlay() {
     const std::array<int, kModules> steps = stepsAfterStop();
     if (songPosition->songMode) placeSong(songPosition->songTick);
     restSteps(steps);
+    if (songPosition->songMode) showSteps();
     if (songPosition->songMode && recordingState->recordOn) endRecording();
     showFrame(Control::startStopButton, 0, 0);
     refreshPlaySong();

@@ -93,7 +93,7 @@ play 16: PrepareController32(1,80) (2,81) (1,80) (2,81) (1,80) (2,81) (1,80) (2,
     tick18 changed1 bars 103A 3=A2 bars 109 3=D8 track1 4..19=80 track2 4..19=81
 click startStopButton 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(18
     A2>A2@2 A1>A1@2 D8>D8@2) | knobSprite(0..18) disabled RecButton=1 steps(18 2 2) microDisplay="[ 3/16]"
-    startStopButton=0 playSongButton=1 | run0 rec0 undo3 STALE LEDBar(0)=16 LEDBar(1)=0 LEDBar(2)=0
+    steps(16 0 0) startStopButton=0 playSongButton=1 | run0 rec0 undo3
 click startStopButton 0: PrepareController32(0,0) (1,80) (2,81) PrepareController32(3..11,0)
     PrepareController32(12..19,100) HoldTicks32(-1) SetMarluneTempo32(140) song(16 A2>A2@0 A1>A1@0 D8>D8@0)
     StartMarluneTimer32(17,0) next(A2 A1 D8) HoldTicks32(0) | startStopButton=1 playSongButton=2 microDisplay=""

@@ -55,16 +55,16 @@ click playSongButton 0: PrepareController32(0..11,0) PrepareController32(12..19,
 play 2: next(A1 B2 A1) | steps(17 1 1) | tick2
 click playSongButton 0:
 press stopButton 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(2 A1>A1@2
-    A1>B2@2 A1>A1@2) | steps(18 2 2) microDisplay="[ 3/16]" startStopButton=0 playSongButton=1 stopButton=2 |
-    run0
-release stopButton 0: stopButton=1 STALE LEDBar(0)=16 LEDBar(1)=0 LEDBar(2)=0
+    A1>B2@2 A1>A1@2) | steps(18 2 2) microDisplay="[ 3/16]" steps(16 0 0) startStopButton=0 playSongButton=1
+    stopButton=2 | run0
+release stopButton 0: stopButton=1
 double playSongButton 0: PrepareController32(0..11,0) PrepareController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) song(0 A1>A1@0 A1>B2@0 A1>A1@0) StartMarluneTimer32(17,0) next(A1 B2 A1)
     HoldTicks32(0) | startStopButton=1 playSongButton=2 microDisplay="" | tick0 run1
 play 3: next(A1 B2 A1) | steps(17 1 1) steps(18 2 2) | tick3
 click startStopButton 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(3 A1>A1@3
-    A1>B2@3 A1>A1@3) | steps(19 3 3) microDisplay="[ 4/16]" startStopButton=0 playSongButton=1 | run0 STALE
-    LEDBar(0)=16 LEDBar(1)=0 LEDBar(2)=0
+    A1>B2@3 A1>A1@3) | steps(19 3 3) microDisplay="[ 4/16]" steps(16 0 0) startStopButton=0 playSongButton=1 |
+    run0
 click startStopButton 0: PrepareController32(0..11,0) PrepareController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) song(0 A1>A1@0 A1>B2@0 A1>A1@0) StartMarluneTimer32(17,0) next(A1 B2 A1)
     HoldTicks32(0) | startStopButton=1 playSongButton=2 microDisplay="" | tick0 run1
@@ -75,7 +75,7 @@ play 1: PrepareController32(3,10) | knobSprite(3)=4 steps(16 15 15) | tick16 cha
 play 1: next(A1 A1 C3) PrepareController32(3,0) | DigitPatt(2)=9 DigitPatt(3)=0 DigitPatt(5)=18 knobSprite(3)=0
     steps(17 0 0) timeDisplay="2" | tick17 changed1 knobs 3=0
 click PlayHit 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) song(16 A1>A1@1 B2>A1@0 A1>C3@0)
-    drums off(153) | startStopButton=0 playSongButton=1 | tick16 run0 STALE LEDBar(0)=16
+    drums off(153) | LEDBar(0)=16 startStopButton=0 playSongButton=1 | tick16 run0
 click PlayHit 0: PrepareController32(0..11,0) PrepareController32(12..19,100) HoldTicks32(-1)
     SetMarluneTempo32(140) song(16 A1>A1@1 B2>A1@0 A1>C3@0) StartMarluneTimer32(17,0) next(A1 A1 C3)
     PrepareController32(3,10) HoldTicks32(0) | startStopButton=1 playSongButton=2 LEDBar(0)=17 knobSprite(3)=4 |
@@ -92,9 +92,9 @@ hold prevButton 50: StopMarluneTimer32() song(16 A1>A1@1 B2>A1@0 A1>C3@0) Prepar
     DigitPatt(5)=18 timeDisplay="2" knobSprite(3)=4 prevButton=2 prevButton=1 prevButton=2 prevButton=1 | tick16
     changed1 knobs 3=10
 hold FwdStep 50: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(16 A1>A1@1
-    B2>A1@0 A1>C3@0) song(17 A1>A1@2 B2>A1@1 A1>C3@1) PrepareController32(3,0) | stopButton=2 startStopButton=0
-    playSongButton=1 stopButton=1 steps(18 1 1) microDisplay="[ 2/16]" knobSprite(3)=0 FwdStep=2 FwdStep=1
-    FwdStep=2 FwdStep=1 | tick17 run0 changed1 knobs 3=0
+    B2>A1@0 A1>C3@0) song(17 A1>A1@2 B2>A1@1 A1>C3@1) PrepareController32(3,0) | stopButton=2 LEDBar(0)=16
+    startStopButton=0 playSongButton=1 stopButton=1 steps(18 1 1) microDisplay="[ 2/16]" knobSprite(3)=0
+    FwdStep=2 FwdStep=1 FwdStep=2 FwdStep=1 | tick17 run0 changed1 knobs 3=0
 hold RwdStep 50: song(16 A1>A1@1 B2>A1@0 A1>C3@0) PrepareController32(3,10) | steps(17 0 0) microDisplay="[
     1/16]" knobSprite(3)=4 RwdStep=2 RwdStep=1 RwdStep=2 RwdStep=1 | tick16 changed1 knobs 3=10
 click RecButton 0: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
@@ -129,7 +129,7 @@ up 33: HoldTicks32(-1) SetMarluneTempo32(140) song(16 A1>A1@1 B2>A1@0 A1>C3@0) S
     A1 C3) HoldTicks32(0) | nextButton=1
 click ResetButton 0: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(16 A1>A1@1
     B2>A1@0 A1>C3@0) song(0 A1>A1@0 A1>B2@0 A1>A1@0) PrepareController32(3,0) song(0 A1>A1@0 A1>B2@0 A1>A1@0) |
-    startStopButton=0 playSongButton=1 ResetButton=2 LEDBar(0)=16 DigitPatt(2)=0 DigitPatt(3)=9 DigitPatt(5)=0
+    LEDBar(0)=16 startStopButton=0 playSongButton=1 ResetButton=2 DigitPatt(2)=0 DigitPatt(3)=9 DigitPatt(5)=0
     timeDisplay="1" knobSprite(3)=0 ResetButton=1 | tick0 run0 changed1 knobs 3=0
 - key 33
 click RecButton 0: knobSprite(0..18) enabled RecButton=2 | rec1 changed1
@@ -138,7 +138,7 @@ click playSongButton 0: PrepareController32(0..2,0) (3,10) PrepareController32(4
     StartMarluneTimer32(17,0) next(A1 A1 C3) HoldTicks32(0) | startStopButton=1 playSongButton=2 | run1
 key 36: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(16 A1>A1@1 B2>A1@0
     A1>C3@0) song(0 A1>A1@0 A1>B2@0 A1>A1@0) PrepareController32(3,0) song(0 A1>A1@0 A1>B2@0 A1>A1@0) |
-    knobSprite(0..18) disabled RecButton=1 startStopButton=0 playSongButton=1 ResetButton=2 LEDBar(0)=16
+    LEDBar(0)=16 knobSprite(0..18) disabled RecButton=1 startStopButton=0 playSongButton=1 ResetButton=2
     DigitPatt(2)=0 DigitPatt(3)=9 DigitPatt(5)=0 timeDisplay="1" knobSprite(3)=0 ResetButton=1 | tick0 run0 rec0
     changed1 knobs 3=0
 enter nextButton 0: song(16 A1>A1@1 B2>A1@0 A1>C3@0) PrepareController32(3,10) | LEDBar(0)=17 DigitPatt(2)=9
@@ -184,8 +184,8 @@ hold prevButton 345: StopMarluneTimer32() song(48 A1>A1@0 A1>A1@0 A1>A1@0) song(
     changed1
 play 1: next(A1 A1 A1) | tick1
 hold FwdStep 345: StopMarluneTimer32() SendShortMessage32(144,0,0) (145,0,0) drums off(153) song(1 A1>A1@1
-    A1>A1@1 A1>A1@1) song(2 A1>A1@2 A1>A1@2 A1>A1@2) | stopButton=2 steps(17 1 1) microDisplay="[ 2/16]"
-    startStopButton=0 playSongButton=1 stopButton=1 steps(18 2 2) microDisplay="[ 3/16]" FwdStep=2 FwdStep=1
+    A1>A1@1 A1>A1@1) song(2 A1>A1@2 A1>A1@2 A1>A1@2) | stopButton=2 steps(17 1 1) microDisplay="[ 2/16]" steps(16
+    0 0) startStopButton=0 playSongButton=1 stopButton=1 steps(18 2 2) microDisplay="[ 3/16]" FwdStep=2 FwdStep=1
     FwdStep=2 FwdStep=1 | tick2 run0
 )");
 }
