@@ -63,7 +63,7 @@ void offerDemo() {
 void mnuFileNewStarter_Click() {
     releaseCtrl();
     if (!FileExists(starterFile())) {
-        shell().showStatus("The starter project is missing: install the program again, or use File, New.");
+        shell().showPassing("The starter project is missing: install the program again, or use File, New.");
         return;
     }
     if (wannaSaveYourWorkCancel()) return;

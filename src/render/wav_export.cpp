@@ -101,11 +101,11 @@ bool render(const std::string& name, const std::vector<std::string>& options) {
         words.insert(words.end(), options.begin(), options.end());
         ChildProcess renderer(words);
         if (!watch(renderer)) {
-            shell().showStatus("The export was cancelled; no file was written.");
+            shell().showPassing("The export was cancelled; no file was written.");
             return false;
         }
         if (renderer.status() == 0) {
-            shell().showStatus("Exported to " + extractFileName(name) + ".");
+            shell().showPassing("Exported to " + extractFileName(name) + ".");
             return true;
         }
         refusal = renderer.complaints();

@@ -62,7 +62,7 @@ class ScriptedShell final : public AppShell {
     void showPointer(Pointer /*pointer*/) override {}
     void showStatus(const std::string& text) override { status = text; }
     void showModified(bool on) override { modified = on; }
-    void showPassing(const std::string& text) override { passing.push_back(text); }
+    void showPassing(const std::string& text) override { passing.push_back(status = text); }
     void showStatusBar(bool visible) override { statusBar = visible; }
     void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
     void showPanel(bool visible) override { panel = visible; }
