@@ -117,6 +117,8 @@ void timeTicks(QtShell& shell, Times& times) {
             panel.showFrame(Control::knobSprite, knob, (tick * 5 + knob * 7) % kFrames);
         for (int m = 0; m < kModules; ++m)
             songPosition.write().moduleStep[m] = static_cast<std::int16_t>(tick % kSteps);
+        if (songPosition->songMode)
+            for (int knob = 0; knob < kKnobs; ++knob) project.knobValue[knob] = knobTrack[knob][tick];
         songPosition.write().holdSongTick = false;
         songPosition.write().playedTick = tick;
         shell.settle();
@@ -158,8 +160,8 @@ void timeMap(QtShell& shell, int zoom) {
     QElapsedTimer opening;
     opening.start();
     map.show();
-    map.resize(QSize(1120, 620) * zoom / 100);
     map.setZoom(zoom);
+    map.resize(QSize(1120, 620) * zoom / 100);
     map.repaint();
     const double opened = static_cast<double>(opening.nsecsElapsed()) / 1e6;
     MapDesk desk = map.desk();
@@ -186,9 +188,9 @@ void timeMap(QtShell& shell, int zoom) {
     timeTicks(shell, warming);
     timeTicks(shell, ticks);
     shell.sheet().hide();
-    std::printf("  the map opened in %.1f ms, %d x %d at %d %%, %d lanes, its cache %.1f MB\n", opened,
+    std::printf("  the map opened in %.1f ms, %d x %d at %d %%, %d lanes, its pictures %.1f MB\n", opened,
                 map.width(), map.height(), map.zoom(), knobRows(map.desk().view),
-                static_cast<double>(map.tiles().bytes()) / 1e6);
+                static_cast<double>(map.canvas().bytes()) / 1e6);
     scrolling.print("the map, a frame of scrolling");
     coarse.print("the map, scrolling at 1.5 pixels");
     zooming.print("the map, a frame of zooming");
@@ -264,8 +266,8 @@ int main(int argc, char** argv) {
                     static_cast<double>(shell.window().panel().sprites().bytes()) / 1e6);
         warming.print("tick, pictures seen first");
         ticks.print("tick");
-        std::printf("  the sheet opened in %.1f ms, its cache %.1f MB\n", opened,
-                    static_cast<double>(sheet.tiles().bytes()) / 1e6);
+        std::printf("  the sheet opened in %.1f ms, its pictures %.1f MB\n", opened,
+                    static_cast<double>(sheet.canvas().bytes()) / 1e6);
         sheetWarming.print("tick with the sheet, seen first");
         sheetTicks.print("tick with the sheet");
         pixmaps.print("the same area by drawPixmap");

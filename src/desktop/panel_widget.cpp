@@ -71,6 +71,7 @@ const std::vector<const PlacedControl*>& PanelWidget::tabStops() {
 }
 
 void PanelWidget::setZoom(int percent) {
+    places_.clear();
     zoom_ = percent;
     setFixedSize(static_cast<int>(std::lround(size_.width() * percent / 100.0)),
                  static_cast<int>(std::lround(size_.height() * percent / 100.0)));
@@ -139,20 +140,26 @@ void PanelWidget::showDerived(const std::array<std::array<StepMark, 16>, 2>& mar
     refresh();
 }
 
-QRect PanelWidget::widgetRect(const DeviceRect& area) const {
+void PanelWidget::place(double scale) {
+    if (sprites_.scale() == scale && !places_.empty()) return;
+    sprites_.setScale(scale);
     const double ratio = devicePixelRatioF();
-    const QRectF r(area.x / ratio, area.y / ratio, area.width / ratio, area.height / ratio);
-    return r.toAlignedRect();
+    places_.clear();
+    for (const Piece& piece : panelPieces()) {
+        const DeviceRect area = deviceRect(piece, scale);
+        places_.push_back(QRectF(area.x / ratio, area.y / ratio, area.width / ratio, area.height / ratio)
+                              .toAlignedRect());
+    }
 }
 
 void PanelWidget::refresh() {
     const std::span<const Piece> pieces = panelPieces();
-    const double scale = zoom_ / 100.0 * devicePixelRatioF();
+    place(zoom_ / 100.0 * devicePixelRatioF());
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         Look look = lookOf(pieces[i], state_, touch_);
         if (look == shown_[i]) continue;
         shown_[i] = std::move(look);
-        update(widgetRect(deviceRect(pieces[i], scale)));
+        update(places_[i]);
     }
     updateBubble();
     tellFocusValue();
@@ -176,7 +183,7 @@ void PanelWidget::tellFocusValue() {
 
 void PanelWidget::paintEvent(QPaintEvent* event) {
     const double ratio = devicePixelRatioF();
-    sprites_.setScale(zoom_ / 100.0 * ratio);
+    place(zoom_ / 100.0 * ratio);
     QPainter painter(this);
     painter.scale(1 / ratio, 1 / ratio); // device pixels from here on: pictures are copied, never stretched
     const std::span<const Piece> pieces = panelPieces();
@@ -187,7 +194,7 @@ void PanelWidget::paintEvent(QPaintEvent* event) {
         for (std::size_t i = 0; i < pieces.size(); ++i) {
             const Look& look = shown_[i];
             if (look.art == Art::halo && !look.is(kLit)) continue;
-            if (part.intersects(widgetRect(deviceRect(pieces[i], sprites_.scale()))))
+            if (part.intersects(places_[i]))
                 sprites_.draw(painter, pieces[i], look);
         }
     }

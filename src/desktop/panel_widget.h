@@ -67,7 +67,7 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
   private:
     [[nodiscard]] QPointF panelPoint(QPointF widgetPoint) const;
     [[nodiscard]] const PlacedControl* reachable(QPointF panelPoint) const; // enabled as well
-    [[nodiscard]] QRect widgetRect(const DeviceRect& area) const;
+    void place(double scale); // where the pieces stand at this scale, device pixels to a panel pixel
     void press(QMouseEvent* event, bool second);
     void abandonPress();
     void setHover(const PlacedControl* control);
@@ -81,7 +81,8 @@ class PanelWidget final : public QWidget, public PanelView, public PanelForm {
 
     PanelState state_;
     PointerState touch_;
-    std::vector<Look> shown_; // looks of panelPieces() as last asked to paint
+    std::vector<Look> shown_;   // looks of panelPieces() as last asked to paint
+    std::vector<QRect> places_; // and their places in the widget
     SpriteCache sprites_;
     QSize size_{kPanelWidth, kPanelHeight}; // panel pixels
     int zoom_ = 100;

@@ -142,6 +142,12 @@ QPoint ScoreWindow::originOnDevice() const {
             std::max(0, static_cast<int>((height() * ratio - size.height * k) / 2))};
 }
 
+QSize ScoreWindow::sizeOnDevice() const {
+    const Box size = content();
+    const double k = deviceScale();
+    return {static_cast<int>(std::lround(size.width * k)), static_cast<int>(std::lround(size.height * k))};
+}
+
 QPointF ScoreWindow::contentAt(QPointF point) const {
     return (point - QPointF(originOnDevice()) / devicePixelRatioF()) / scale();
 }
@@ -160,10 +166,12 @@ void ScoreWindow::refresh() {
     Scene now = scene();
     const double ratio = devicePixelRatioF();
     const QPoint origin = originOnDevice();
+    canvas_.setSize(sizeOnDevice(), deviceScale());
+    const QRegion changed = canvas_.show(std::move(now));
     if (stale_) {
         update();
     } else {
-        for (const QRect& part : sceneDifference(scene_, now, deviceScale())) {
+        for (const QRect& part : changed) {
             const QRect r = part.translated(origin);
             update(
                 QRectF(r.x() / ratio, r.y() / ratio, r.width() / ratio, r.height() / ratio).toAlignedRect());
@@ -185,19 +193,13 @@ void ScoreWindow::refresh() {
         }
         finger_ = finger;
     }
-    if (now == scene_ && !places_.empty() && !stale_) return;
-    scene_ = std::move(now);
-    places_ = deviceAreas(scene_, deviceScale());
     stale_ = false;
 }
 
 void ScoreWindow::paintEvent(QPaintEvent* event) {
     const double ratio = devicePixelRatioF();
     const QPoint origin = originOnDevice();
-    if (tiles_.scale() != deviceScale()) { // also where the screen has another density now
-        tiles_.setScale(deviceScale());
-        places_ = deviceAreas(scene_, deviceScale());
-    }
+    canvas_.setSize(sizeOnDevice(), deviceScale()); // also where the screen has another density now
     QPainter painter(this);
     painter.scale(1 / ratio, 1 / ratio); // device pixels from here on
     for (const QRect& part : event->region()) {
@@ -205,16 +207,15 @@ void ScoreWindow::paintEvent(QPaintEvent* event) {
             QRectF(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio)
                 .toAlignedRect();
         repainted_ += area;
-        const Box size = content();
-        const QRect inside(origin, QSizeF(size.width, size.height).toSize() * deviceScale());
+        const QRect inside(origin, sizeOnDevice());
         if (!inside.contains(area)) painter.fillRect(area, QColor::fromRgb(palette::kBed.stops[1].colour));
         painter.translate(origin);
-        tiles_.paint(painter, scene_, places_, area.translated(-origin));
+        canvas_.paint(painter, (area & inside).translated(-origin));
         painter.translate(-origin);
     }
     painter.translate(origin);
     if (ring_.width > 0) paintFocus(painter, ring_, deviceScale());
-    if (finger_.width > 0) paintLoupe(painter, scene_, finger_, content(), deviceScale());
+    if (finger_.width > 0) paintLoupe(painter, canvas_.scene(), finger_, content(), deviceScale());
 }
 
 QRegion ScoreWindow::takeRepainted() {

@@ -8,7 +8,7 @@
 #include <array>
 
 #include "desktop/held_keys.h"
-#include "windows/tile.h"
+#include "windows/scene_canvas.h"
 
 class QSettings;
 class QTouchEvent;
@@ -51,7 +51,7 @@ class ScoreWindow : public QWidget {
     virtual void remember(QSettings& settings) const;
     virtual void recall(QSettings& settings);
 
-    [[nodiscard]] const TileCache& tiles() const { return tiles_; }
+    [[nodiscard]] const SceneCanvas& canvas() const { return canvas_; }
     // What repainting since the last call touched, device pixels: for measurements and tests.
     QRegion takeRepainted();
 
@@ -80,7 +80,6 @@ class ScoreWindow : public QWidget {
     void recallGeometry(QSettings& settings);
     void forgetShown() { stale_ = true; } // the next refresh paints everything
     void contentChanged(int percent);     // another shape: takes its size at this zoom
-    [[nodiscard]] const Scene& shownScene() const { return scene_; }
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -92,12 +91,11 @@ class ScoreWindow : public QWidget {
 
   private:
     [[nodiscard]] QPoint originOnDevice() const;
+    [[nodiscard]] QSize sizeOnDevice() const;
     [[nodiscard]] double deviceScale() const { return scale() * devicePixelRatioF(); }
 
     const char* name_;
-    Scene scene_;
-    std::vector<QRect> places_; // of the scene on the device, from its own origin
-    TileCache tiles_;
+    SceneCanvas canvas_;
     Box finger_;            // shown large, as last painted
     double pinchStart_ = 0; // distance of two fingers when they came down; 0: none
     int pinchZoom_ = 100;   // and the zoom then

@@ -1,5 +1,6 @@
 #include "picture/ink.h"
 
+#include <QCache>
 #include <QFontMetricsF>
 #include <QPainterPath>
 #include <algorithm>
@@ -24,6 +25,25 @@ QFont fontFor(const Type& type) {
     if (type.spacing != 0)
         font.setLetterSpacing(QFont::AbsoluteSpacing, type.spacing * kTypeRaster / type.size);
     return font;
+}
+
+// Letters as they were shaped once: most words of a window come again and again.
+struct Lettering {
+    QPainterPath path; // at the raster size
+    double advance = 0;
+};
+
+const Lettering& lettering(const QString& text, const Type& type) {
+    static QCache<QString, Lettering> known(2000);
+    const QString key =
+        text + QChar(0) + QString::number(type.weight) + QChar(0) + QString::number(type.spacing / type.size);
+    if (const Lettering* found = known.object(key)) return *found;
+    auto* made = new Lettering;
+    const QFont font = fontFor(type);
+    made->path.addText(0, 0, font, text);
+    made->advance = QFontMetricsF(font).horizontalAdvance(text);
+    known.insert(key, made);
+    return *made;
 }
 
 QBrush brushFor(const QRectF& r, const Fade& fade) {
@@ -116,20 +136,18 @@ void Ink::vertical(double x, double y0, double y1, QRgb colour) const {
 }
 
 double Ink::textWidth(const QString& text, const Type& type) {
-    const double advance = QFontMetricsF(fontFor(type)).horizontalAdvance(text) * type.size / kTypeRaster;
-    return advance - type.spacing; // none after the last letter
+    return lettering(text, type).advance * type.size / kTypeRaster -
+           type.spacing; // none after the last letter
 }
 
 void Ink::text(QPointF baseline, const QString& text, const Type& type, QRgb colour, Anchor anchor) const {
     const double width = anchor == Anchor::left ? 0 : textWidth(text, type);
     const double shift = anchor == Anchor::middle ? width / 2 : width;
-    QPainterPath path;
-    path.addText(0, 0, fontFor(type), text);
     painter_.save();
     painter_.translate(baseline.x() - shift, baseline.y());
     painter_.scale(type.size / kTypeRaster, type.size / kTypeRaster);
     painter_.setBrush(QColor::fromRgba(colour));
-    painter_.drawPath(path);
+    painter_.drawPath(lettering(text, type).path);
     painter_.restore();
 }
 

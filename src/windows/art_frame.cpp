@@ -111,6 +111,16 @@ void chevrons(const Ink& ink, double middleX, double middleY, QRgb colour) {
     }
 }
 
+QRgb digitLight(const TileLook& look) {
+    return look.is(kTileCued) ? palette::kMoonlight : coloursOf(look).light;
+}
+
+QPointF digitOrigin(const TileLook& look, const QRectF& box) {
+    const double width = (look.number * 6.0 - 1) * look.second;
+    const bool atLeft = look.is(kTileSelected) || look.is(kTileHeld);
+    return {atLeft ? 12 : (box.width() - width) / 2, (box.height() - 7.0 * look.second) / 2};
+}
+
 } // namespace
 
 void artBed(const Ink& ink, const TileLook& /*look*/, const QRectF& box) {
@@ -252,17 +262,19 @@ void artLabelGlass(const Ink& ink, const TileLook& look, const QRectF& box) {
 }
 
 void artDigits(const Ink& ink, const TileLook& look, const QRectF& box) {
-    const QRgb light = look.is(kTileCued) ? palette::kMoonlight : coloursOf(look).light;
-    const int places = look.number;
-    const int pitch = look.second;
+    const QRgb light = digitLight(look);
     ink.glass(box, 5, light);
     if (look.is(kTileHover)) ink.box(ink.snapped(box), 5, white(kHoverLight));
-    const double width = (places * 6.0 - 1) * pitch;
-    const double left = look.is(kTileSelected) || look.is(kTileHeld) ? 12 : (box.width() - width) / 2;
-    DotText text{look.text, pitch, places, light};
-    if (look.is(kTileAsleep)) text.lit = 0.72, text.glow = false;
-    ink.dots({left, (box.height() - 7.0 * pitch) / 2}, text);
+    DotText text{{}, look.second, look.number, light};
+    ink.dots(digitOrigin(look, box), text);
     if (look.is(kTileSelected)) chevrons(ink, box.width() - 8, box.center().y(), light);
+}
+
+void artLitPlace(const Ink& ink, const TileLook& look, const QRectF& box) {
+    DotText text{look.text, look.second, look.number, digitLight(look)};
+    text.unlit = 0;
+    if (look.is(kTileAsleep)) text.lit = 0.72, text.glow = false;
+    ink.dots(digitOrigin(look, box), text);
 }
 
 void artCueArrow(const Ink& ink, const TileLook& look, const QRectF& box) {

@@ -69,10 +69,6 @@ void artDrumName(const Ink& ink, const TileLook& look, const QRectF& box) {
     ink.text({3, box.height() / 2 + 4.2}, name, type, colour);
 }
 
-void artPadBand(const Ink& ink, const TileLook& look, const QRectF& box) {
-    if (look.is(kTilePlaying)) ink.box(box, 2, white(0.1));
-}
-
 void artPad(const Ink& ink, const TileLook& look, const QRectF& area) {
     const QRectF box = ink.snapped(area);
     const bool lit = look.is(kTileLit);

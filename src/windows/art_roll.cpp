@@ -12,6 +12,7 @@ namespace marlune {
 
 namespace {
 
+constexpr double kPadBand = 0.1; // opacity
 constexpr int kRows = kTopNote + 1;
 constexpr std::array<bool, kRows> kIsBlack{false, true, false, true, false, false, true,
                                            false, true, false, true, false, false};
@@ -196,7 +197,6 @@ void artCells(const Ink& ink, const TileLook& look, const QRectF& box) {
                 withAlpha(palette::kCell[look.module], opacity));
     }
     if (look.is(kTileEdit)) ink.box(box, 0, withAlpha(coloursOf(look).light, palette::kColumnLight));
-    if (look.is(kTilePlaying)) ink.box(box, 0, white(palette::kColumnLight));
 }
 
 void artNote(const Ink& ink, const TileLook& look, const QRectF& box) {
@@ -222,6 +222,11 @@ void artHoverCell(const Ink& ink, const TileLook& look, const QRectF& area) {
     const QRectF box = area.adjusted(0.75, 0.75, -0.75, -0.75);
     ink.box(box, 2.2, withAlpha(light, 0.22));
     ink.frame(box.adjusted(-0.65, -0.65, 0.65, 0.65), 2.8, withAlpha(light, 0.9), 1.3);
+}
+
+void artPlayingBand(const Ink& ink, const TileLook& look, const QRectF& box) {
+    const bool drums = look.module == kDrumModule;
+    ink.box(box, drums ? 2 : 0, white(drums ? kPadBand : palette::kColumnLight));
 }
 
 void artPastLoop(const Ink& ink, const TileLook& look, const QRectF& box) {

@@ -168,31 +168,34 @@ void artCurve(const Ink& ink, const TileLook& look, const QRectF& box) {
     auto* pixels = reinterpret_cast<QRgb*>(image.bits());
     const qsizetype stride = image.bytesPerLine() / 4;
     // The last column's value to the next one's: an upright as wide as the line.
-    std::vector<std::pair<int, int>> spans(static_cast<std::size_t>(image.width()), {image.height(), -1});
+    const auto width = static_cast<std::size_t>(image.width());
+    std::vector<int> tops(width, image.height());
+    std::vector<int> ends(width, -1);
+    const auto reachTo = [&](int x, int top, int end) {
+        if (x < 0 || x >= image.width()) return;
+        int& highest = tops[static_cast<std::size_t>(x)];
+        int& lowest = ends[static_cast<std::size_t>(x)];
+        highest = std::min(highest, top);
+        lowest = std::max(lowest, end);
+    };
     int before = byteAt(look.text, 0);
     for (int c = 0; c < columns; ++c) {
         const std::size_t at = static_cast<std::size_t>(c) * 2 + 1;
         const int low = byteAt(look.text, at);
         const int high = byteAt(look.text, at + 1);
         const int x0 = c * image.width() / columns;
-        const int x1 = (c + 1) * image.width() / columns;
+        const int x1 = std::max((c + 1) * image.width() / columns, x0 + 1);
+        for (int x = x0; x < x1; ++x) reachTo(x, topOf(high), topOf(low) + thick);
         const int from = std::min(topOf(high), topOf(before));
         const int upTo = std::max(topOf(low), topOf(before)) + thick;
-        for (int x = x0; x < std::max(x1, x0 + 1) && x < image.width(); ++x) {
-            auto& span = spans[static_cast<std::size_t>(x)];
-            span = {std::min(span.first, topOf(high)), std::max(span.second, topOf(low) + thick)};
-        }
-        for (int x = x0 - thick / 2; x < x0 - thick / 2 + thick; ++x) {
-            if (x < 0 || x >= image.width() || before == low) continue;
-            auto& span = spans[static_cast<std::size_t>(x)];
-            span = {std::min(span.first, from), std::max(span.second, upTo)};
-        }
+        if (before != low)
+            for (int x = x0 - thick / 2; x < x0 - thick / 2 + thick; ++x) reachTo(x, from, upTo);
         before = low;
     }
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y) { // plain enough for the compiler to take many pixels at once
         QRgb* row = pixels + y * stride;
-        for (std::size_t x = 0; x < spans.size(); ++x)
-            row[x] = y < spans[x].first ? palette::kSlotGlass : y < spans[x].second ? line : fill;
+        for (std::size_t x = 0; x < width; ++x)
+            row[x] = y < tops[x] ? palette::kSlotGlass : y < ends[x] ? line : fill;
     }
     ink.painter().save();
     ink.painter().resetTransform();

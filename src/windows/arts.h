@@ -40,8 +40,10 @@ void artCap(const Ink& ink, const TileLook& look, const QRectF& box); // number:
 // A cap of the transport; number: CapSign; kTileLit: green for play, red for record
 void artTransportCap(const Ink& ink, const TileLook& look, const QRectF& box);
 void artLabelGlass(const Ink& ink, const TileLook& look, const QRectF& box); // text in Inter
-// text in dots, number: places, second: pitch; kTileCued moonlight, kTileAsleep dim, kTileSelected: chevrons
+// A glass for dots and the unlit ones; number: places, second: pitch; kTileCued moonlight, kTileSelected:
+// chevrons
 void artDigits(const Ink& ink, const TileLook& look, const QRectF& box);
+void artLitPlace(const Ink& ink, const TileLook& look, const QRectF& box); // text upon it; kTileAsleep dim
 void artCueArrow(const Ink& ink, const TileLook& look, const QRectF& box); // kTileCued
 void artPill(const Ink& ink, const TileLook& look, const QRectF& box);     // kTileLit
 void artModuleTab(const Ink& ink, const TileLook& look,
@@ -58,11 +60,12 @@ void artKeys(const Ink& ink, const TileLook& look,
              const QRectF& box); // number: lit note or -1; second: hovered
 void artRollGlass(const Ink& ink, const TileLook& look, const QRectF& box);
 void artCells(const Ink& ink, const TileLook& look,
-              const QRectF& box); // one column; number: step; kTileEdit and kTilePlaying: a band of light
+              const QRectF& box); // one column; number: step; kTileEdit: a band of light
 // kTileRest, kTileHeld, kTileAccent, kTileUp, kTileLow, kTilePlaying;
 // second: how far a held bar reaches back, in tenths of a pixel
 void artNote(const Ink& ink, const TileLook& look, const QRectF& box);
-void artHoverCell(const Ink& ink, const TileLook& look, const QRectF& box); // kTileHover
+void artHoverCell(const Ink& ink, const TileLook& look, const QRectF& box);   // kTileHover
+void artPlayingBand(const Ink& ink, const TileLook& look, const QRectF& box); // upon a column that plays
 void artPastLoop(const Ink& ink, const TileLook& look, const QRectF& box);
 void artOctaveCell(const Ink& ink, const TileLook& look, const QRectF& box); // kTileUp or kTileLow; kTileLit
 void artAccentCap(const Ink& ink, const TileLook& look, const QRectF& box);  // kTileLit
@@ -72,7 +75,6 @@ void artDrumRow(const Ink& ink, const TileLook& look, const QRectF& box);
 void artDrumName(const Ink& ink, const TileLook& look, const QRectF& box); // text; kTileSelected
 void artPad(const Ink& ink, const TileLook& look,
             const QRectF& box); // number: step, second: row; kTileLit, kTilePlaying
-void artPadBand(const Ink& ink, const TileLook& look, const QRectF& box);
 
 // art_slots.cpp
 void artSlotNumber(const Ink& ink, const TileLook& look, const QRectF& box); // text; kTileSelected

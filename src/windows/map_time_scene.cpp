@@ -77,7 +77,7 @@ class TimeLine final : public MapTools {
         TileLook head = numbered(kStripColours, 1);
         head.set(state_.armed ? kTileAccent : kTilePlaying);
         const double x = overviewX(view_, 1.0 * state_.tick / kTicksPerBar);
-        if (state_.songMode) put(artMoonBox, {x - 1, glass.y, 2, glass.height}, 0, head);
+        if (state_.songMode) putMoving(artMoonBox, {x - 1, glass.y, 2, glass.height}, 0, head);
     }
     void overviewRow(int m) {
         const Box row = boxOf(MapPart::overviewRow, 0, 0, m);
@@ -277,6 +277,10 @@ class TimeLine final : public MapTools {
         look.text += static_cast<char>(track[std::max(first - 1, 0)]);
         for (int c = 0; c < columns && first + c * ticks < kSongTicks; ++c) {
             const auto* from = track.begin() + first + c * ticks;
+            if (ticks == 1) {
+                look.text.append(2, static_cast<char>(*from));
+                continue;
+            }
             const auto [low, high] = std::minmax_element(from, std::min(from + ticks, track.end()));
             look.text += static_cast<char>(*low);
             look.text += static_cast<char>(*high);
@@ -318,16 +322,16 @@ class TimeLine final : public MapTools {
             const double x = std::max(barX(view_, bar), left_);
             const double width = std::min(barX(view_, bar + 1), right_) - x;
             if (width > 3)
-                put(artHoverBar, {x + 0.25, lane.y, width - 0.5, lane.height}, 1, plain(kStripColours));
+                putMoving(artHoverBar, {x + 0.25, lane.y, width - 0.5, lane.height}, 1, plain(kStripColours));
         }
         const double x = songX(view_, show_.hoverTick) + view_.ppb / kTicksPerBar / 2;
         if (x < left_ || x > right_) return;
         const double top = boxOf(MapPart::ruler).bottom();
-        put(artHairline, {x, top, 1, bottom() - top}, 0, numbered(kStripColours, 28));
+        putMoving(artHairline, {x, top, 1, bottom() - top}, 0, numbered(kStripColours, 28));
         for (int row = 0; row < knobRows(view_); ++row) {
             const int knob = laneKnob(view_, row);
             const double y = yOfValue(boxOf(MapPart::knobLane, 0, 0, row), knobTrack[knob][show_.hoverTick]);
-            put(artKnobDot, {x - 4, y - 4, 8, 8}, 2, plain(moduleOfKnob(knob)));
+            putMoving(artKnobDot, {x - 4, y - 4, 8, 8}, 2, plain(moduleOfKnob(knob)));
         }
     }
     void playhead() {
@@ -339,9 +343,9 @@ class TimeLine final : public MapTools {
         look.set(state_.armed ? kTileAccent : kTilePlaying);
         if (state_.running) {
             const double from = std::max(left_, x - kTrailWidth + 1);
-            put(artTrail, {from, ruler.y, x - from, bottom() - ruler.y}, 0, look);
+            putMoving(artTrail, {from, ruler.y, x - from, bottom() - ruler.y}, 0, look);
         }
-        put(artPlayhead, {x - kHeadWidth / 2, ruler.y, kHeadWidth, bottom() - ruler.y}, 1, look);
+        putMoving(artPlayhead, {x - kHeadWidth / 2, ruler.y, kHeadWidth, bottom() - ruler.y}, 1, look);
     }
 
     double left_ = 0, right_ = 0; // of the lanes

@@ -6,6 +6,7 @@
 
 #include "windows/arts.h"
 #include "windows/map_scene.h"
+#include "windows/scene_parts.h"
 
 namespace marlune {
 
@@ -22,6 +23,10 @@ class MapTools {
 
     void put(TileArt art, const Box& box, int margin, TileLook look) {
         scene_.push_back({art, box, margin, std::move(look)});
+    }
+    void putMoving(TileArt art, const Box& box, int margin, TileLook look) {
+        put(art, box, margin, std::move(look));
+        scene_.back().moves = true;
     }
     [[nodiscard]] Box boxOf(MapPart part, int module = 0, int column = 0, int row = 0) const {
         return mapBox(view_, part, module, column, row);
@@ -51,7 +56,7 @@ class MapTools {
         TileLook look = numbered(module, places, pitch);
         look.text = std::move(text);
         look.marks |= marks;
-        put(artDigits, box, 2, look);
+        addDigits(scene_, box, look);
     }
     void captionAt(double x, double baseline, const char* text) {
         put(artCaption, {x, baseline - 11, 80, 11}, 2, plain(kStripColours, text));

@@ -60,9 +60,12 @@ class ModulePart final : public SheetTools {
         for (int s = 0; s < kSteps; ++s) {
             const Box cap = boxOf(SheetPart::stepCap, m, s);
             const Box row = boxOf(SheetPart::lamp, m, s);
+            const Box box{cap.middleX() - 13, row.middleY() - 13, 26, 26};
             TileLook lamp = plain(m);
-            lamp.set(kTileLit, shown.step == s);
-            put(artLamp, {cap.middleX() - 13, row.middleY() - 13, 26, 26}, 1, lamp);
+            put(artLamp, box, 1, lamp);
+            if (shown.step != s) continue;
+            lamp.set(kTileLit);
+            putMoving(artLamp, box, 1, lamp);
         }
         Box bracket = boxOf(SheetPart::loopBracket, m);
         bracket.width = boxOf(SheetPart::stepCap, m, shown.length - 1).right() - bracket.x;
@@ -105,8 +108,8 @@ class ModulePart final : public SheetTools {
             TileLook cells = plain(m);
             cells.number = static_cast<std::int16_t>(s / 4 * 4);
             cells.set(kTileEdit, shown.selStep == s);
-            cells.set(kTilePlaying, playing(m, s));
             put(artCells, box, 0, cells);
+            if (playing(m, s)) putMoving(artPlayingBand, box, 0, plain(m));
         }
         for (int s = 0; s < kSteps; ++s) note(m, s);
         TileLook hover = plain(m);
@@ -149,7 +152,6 @@ class ModulePart final : public SheetTools {
         look.set(kTileRest, !step.sounds);
         look.set(kTileHeld, step.held);
         look.set(kTileAsleep, !state_.mayEdit());
-        look.set(kTilePlaying, playing(m, s));
         if (step.sounds) {
             look.set(kTileAccent, step.accent);
             look.set(kTileUp, step.up && !step.down);
@@ -159,8 +161,10 @@ class ModulePart final : public SheetTools {
         if (step.held && s > 0)
             look.second =
                 static_cast<std::int16_t>((box.x - boxOf(SheetPart::roll, m, s - 1).right() + 1) * 10);
-        const bool shines = look.is(kTileAccent) || look.is(kTilePlaying);
-        put(artNote, box, shines || step.held ? kHaloMargin : 1, look);
+        put(artNote, box, look.is(kTileAccent) || step.held ? kHaloMargin : 1, look);
+        if (!playing(m, s) || (!step.sounds && !step.held)) return;
+        look.set(kTilePlaying);
+        putMoving(artNote, box, kHaloMargin, look);
     }
 
     void lanes(int m) {
@@ -192,9 +196,9 @@ class ModulePart final : public SheetTools {
         const SheetModule& shown = state_.modules[kDrumModule];
         for (int s = 0; s < kSteps; ++s) {
             Box box = column(SheetPart::pad, kDrumModule, s);
-            TileLook band = plain(kDrumModule);
-            band.set(kTilePlaying, playing(kDrumModule, s));
-            put(artPadBand, {box.x - 1, box.y - 1, box.width + 2, box.height + 4}, 0, band);
+            if (playing(kDrumModule, s))
+                putMoving(artPlayingBand, {box.x - 1, box.y - 1, box.width + 2, box.height + 4}, 0,
+                          plain(kDrumModule));
         }
         put(artDrumRow, boxOf(SheetPart::drumRow, kDrumModule, 0, shown.selDrum), 1, plain(kDrumModule));
         for (int row = 0; row < kDrumRows; ++row) {
@@ -213,11 +217,13 @@ class ModulePart final : public SheetTools {
         const bool hit = shown.hit(s, row);
         look.set(kTileLit, hit);
         look.set(kTileBeyond, s >= shown.length);
-        look.set(kTilePlaying, hit && row != kAccentRow && playing(kDrumModule, s));
         look.set(kTileAsleep, !state_.mayEdit());
         if (!state_.mayEdit()) look.marks &= ~std::uint32_t{kTileHover | kTileDown};
-        put(artPad, boxOf(SheetPart::pad, kDrumModule, s, row), look.is(kTilePlaying) ? kHaloMargin : 2,
-            look);
+        const Box box = boxOf(SheetPart::pad, kDrumModule, s, row);
+        put(artPad, box, 2, look);
+        if (!playing(kDrumModule, s)) return; // the band lies on the pads at rest
+        look.set(kTilePlaying, hit && row != kAccentRow);
+        putMoving(artPad, box, look.is(kTilePlaying) ? kHaloMargin : 2, look);
     }
 
     void slotGrid(int m) {

@@ -100,12 +100,12 @@ class Frame final : public SheetTools {
     void statusBar() {
         TileLook left = plain(kStripColours, show_.status.left);
         left.set(kTileLit, show_.status.refusal);
-        left.number = static_cast<std::int16_t>(show_.status.right.size());
+        left.number = lettersKept(show_.status.right);
         put(artStatus, boxOf(SheetPart::statusBar), 0, left);
         Box right = boxOf(SheetPart::statusBar);
         right.x = right.right() - kStatusRight;
         right.width = kStatusRight;
-        put(artStatusRight, right, 0, plain(kStripColours, show_.status.right));
+        putMoving(artStatusRight, right, 0, plain(kStripColours, show_.status.right));
     }
 
     // The compact form's other modules.

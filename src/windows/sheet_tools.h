@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "windows/arts.h"
+#include "windows/scene_parts.h"
 #include "windows/sheet_scene.h"
 
 namespace marlune {
@@ -22,6 +23,10 @@ class SheetTools {
   protected:
     void put(TileArt art, const Box& box, int margin, TileLook look) {
         scene_.push_back({art, box, margin, std::move(look)});
+    }
+    void putMoving(TileArt art, const Box& box, int margin, TileLook look) {
+        put(art, box, margin, std::move(look));
+        scene_.back().moves = true;
     }
     [[nodiscard]] Box boxOf(SheetPart part, int module = 0, int column = 0, int row = 0) const {
         return sheetBox(show_.form, part, module, column, row);
@@ -48,7 +53,7 @@ class SheetTools {
         look.number = static_cast<std::int16_t>(places);
         look.second = static_cast<std::int16_t>(pitch);
         look.marks |= marks;
-        put(artDigits, box, 2, look);
+        addDigits(scene_, box, look);
     }
     void captionAt(double x, double baseline, const char* text) {
         put(artCaption, {x, baseline - 11, 60, 11}, 2, plain(kStripColours, text));

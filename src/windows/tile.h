@@ -62,7 +62,8 @@ struct Tile {
     Box box;        // pixels of the window at scale 1
     int margin = 0; // light and shadow reach this far beyond the box
     TileLook look;
-    int solid = -1; // so far inside the box it hides all that lies beneath; -1: nowhere
+    int solid = -1;     // so far inside the box it hides all that lies beneath; -1: nowhere
+    bool moves = false; // with the time or the pointer: upon all that rests
     bool operator==(const Tile&) const = default;
 };
 using Scene = std::vector<Tile>;
@@ -77,7 +78,7 @@ QRegion sceneDifference(const Scene& before, const Scene& now, double scale);
 // Tiles painted once for each look and size, the least used dropped first.
 class TileCache {
   public:
-    static constexpr qsizetype kBudget = 48 << 20; // bytes
+    static constexpr qsizetype kBudget = 96 << 20; // bytes
 
     TileCache() : pixmaps_(kBudget) {}
 
