@@ -147,8 +147,8 @@ void PanelWidget::place(double scale) {
     places_.clear();
     for (const Piece& piece : panelPieces()) {
         const DeviceRect area = deviceRect(piece, scale);
-        places_.push_back(QRectF(area.x / ratio, area.y / ratio, area.width / ratio, area.height / ratio)
-                              .toAlignedRect());
+        places_.push_back(
+            QRectF(area.x / ratio, area.y / ratio, area.width / ratio, area.height / ratio).toAlignedRect());
     }
 }
 
@@ -194,8 +194,7 @@ void PanelWidget::paintEvent(QPaintEvent* event) {
         for (std::size_t i = 0; i < pieces.size(); ++i) {
             const Look& look = shown_[i];
             if (look.art == Art::halo && !look.is(kLit)) continue;
-            if (part.intersects(places_[i]))
-                sprites_.draw(painter, pieces[i], look);
+            if (part.intersects(places_[i])) sprites_.draw(painter, pieces[i], look);
         }
     }
     painter.setClipping(false);

@@ -31,6 +31,8 @@ class TimeLine final : public MapTools {
         ruler();
         for (int m = 0; m < kModules; ++m) lane(m);
         chips();
+        for (int row = 0; row < knobRows(view_); ++row)
+            put(artLane, boxOf(MapPart::knobLane, 0, 0, row), 0, plain(kStripColours));
         for (int row = 0; row < knobRows(view_); ++row) knobLane(row);
         if (desk_.selection.any() && state_.songMode) selection();
         hover();
@@ -244,7 +246,6 @@ class TimeLine final : public MapTools {
     void knobLane(int row) {
         const Box box = boxOf(MapPart::knobLane, 0, 0, row);
         const int knob = laneKnob(view_, row);
-        put(artLane, box, 0, plain(kStripColours));
         const int every = numberEvery();
         for (int bar = view_.first / every * every; bar < bars_; bar += every) {
             const int from = std::max(bar, view_.first);

@@ -56,18 +56,30 @@ std::size_t lowestSeen(const Scene& scene, const std::vector<QRect>& places, con
     return 0;
 }
 
-// What of the wide tiles from the lowest on isn't hidden by later ones; nothing where the area is small.
-std::vector<QRegion> wideSeen(const Scene& scene, const std::vector<QRect>& places, const QRect& area,
-                              std::size_t lowest, double scale) {
-    std::vector<QRegion> seen;
-    if (area.width() < kWidest * scale) return seen;
-    seen.resize(scene.size() - lowest);
-    QRegion left = area;
-    for (std::size_t i = scene.size(); i-- > lowest;) {
-        if (scene[i].box.width > kWidest) seen[i - lowest] = left & places[i];
-        if (scene[i].solid >= 0) left -= solidPart(scene[i], places[i], scale);
+// What later tiles hide: of tiles one beside the other that stand behind all wide ones.
+struct Cover {
+    std::size_t first = 0; // the wide tiles before this one lie beneath
+    QRegion hidden;
+};
+
+Cover coverOf(const Scene& scene, const std::vector<QRect>& places, const QRect& area, double scale) {
+    Cover cover;
+    if (area.width() < kWidest * scale) return cover; // isn't worth it
+    QRect row;
+    for (std::size_t i = 0; i < scene.size(); ++i) {
+        if (scene[i].solid < 0 || scene[i].box.width > kWidest) continue;
+        if (cover.first == 0) cover.first = i;
+        const QRect part = solidPart(scene[i], places[i], scale);
+        const bool goesOn = part.top() == row.top() && part.height() == row.height() &&
+                            part.left() <= row.right() + 1 && part.left() >= row.left();
+        if (!goesOn) {
+            cover.hidden += row;
+            row = part;
+        }
+        row |= part;
     }
-    return seen;
+    cover.hidden += row;
+    return cover;
 }
 
 double pixelsOf(const QRect& r) {
@@ -77,6 +89,13 @@ double pixelsOf(const QRect& r) {
 // Few rectangles that cover all changes: every piece to be painted costs a walk through the scene.
 std::vector<QRect> gathered(const std::vector<QRect>& changes) {
     std::vector<QRect> pieces;
+    QRect all;
+    double sum = 0;
+    for (const QRect& change : changes) {
+        all |= change;
+        sum += pixelsOf(change);
+    }
+    if (sum * 2 > pixelsOf(all)) return {all};
     for (QRect piece : changes) {
         for (std::size_t i = 0; i < pieces.size();) {
             const QRect both = pieces[i] | piece;
@@ -155,19 +174,22 @@ void TileCache::paint(QPainter& painter, const Scene& scene, const std::vector<Q
     painter.save();
     painter.setClipRect(area);
     const std::size_t lowest = lowestSeen(scene, places, area, scale_);
-    const std::vector<QRegion> seen = wideSeen(scene, places, area, lowest, scale_);
+    const Cover cover = coverOf(scene, places, area, scale_);
     for (std::size_t i = lowest; i < scene.size(); ++i) {
         const QRect& at = places[i];
         if (at.isEmpty() || !at.intersects(area)) continue; // narrower than half a pixel
         const Tile& tile = scene[i];
-        const bool partly = i - lowest < seen.size() && tile.box.width > kWidest;
-        if (partly && seen[i - lowest].isEmpty()) continue;
-        if (partly) painter.setClipRegion(seen[i - lowest]);
+        const bool beneath = i < cover.first && tile.box.width > kWidest;
+        if (beneath) {
+            const QRegion seen = QRegion(at & area) - cover.hidden;
+            if (seen.isEmpty()) continue;
+            painter.setClipRegion(seen);
+        }
         if (tile.box.width > kWidest && tile.box.width * tile.box.height > kLargestRow)
             paintTile(painter, tile, at, scale_);
         else
             painter.drawPixmap(at.topLeft(), picture(tile, at));
-        if (partly) painter.setClipRect(area);
+        if (beneath) painter.setClipRect(area);
     }
     painter.restore();
 }
@@ -196,7 +218,9 @@ std::size_t qHash(const TileCache::Key& key, std::size_t seed) {
 }
 
 void paintScene(QPainter& painter, const Scene& scene, double scale) {
-    for (const Tile& tile : scene) paintTile(painter, tile, deviceArea(tile, scale), scale);
+    for (const bool moving : {false, true})
+        for (const Tile& tile : scene)
+            if (tile.moves == moving) paintTile(painter, tile, deviceArea(tile, scale), scale);
 }
 
 Box loupeOf(const Box& place, const Box& window) {
