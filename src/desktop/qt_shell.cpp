@@ -243,7 +243,7 @@ void QtShell::showSplash() {
     splash_ = std::make_unique<AboutWindow>(window_.get(), true);
     splash_->show();
     splash_->setCursor(Qt::WaitCursor);
-    letEventsRun();
+    letPaintRun(); // what the user does meanwhile waits for a program that is whole
 }
 
 void QtShell::hideSplash() {

@@ -49,8 +49,8 @@ void removeBoth(const std::string& stem) {
     std::filesystem::remove(stem + ".name", error);
 }
 
-// Copies whose process is gone, without their extension.
-std::vector<std::string> orphans() {
+// What processes that are gone have left with that extension, without it.
+std::vector<std::string> orphans(const char* extension) {
     std::vector<std::string> stems;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(state.folder, error)) {
@@ -58,10 +58,17 @@ std::vector<std::string> orphans() {
         int process = 0;
         const auto [end, wrong] = std::from_chars(stem.data(), stem.data() + stem.size(), process);
         const bool number = wrong == std::errc{} && end == stem.data() + stem.size();
-        if (entry.path().extension() != ".mlp" || !number || process == ::getpid()) continue;
+        if (entry.path().extension() != extension || !number || process == ::getpid()) continue;
         if (::kill(process, 0) != 0 && errno == ESRCH) stems.push_back(state.folder + "/" + stem);
     }
     return stems;
+}
+
+// Copies that were never whole: a name alone, or a file half written.
+void removeHalves() {
+    removeLeftovers(state.folder);
+    for (const std::string& stem : orphans(".name"))
+        if (!FileExists(stem + ".mlp")) removeBoth(stem);
 }
 
 std::string nameOf(const std::string& stem) {
@@ -78,7 +85,7 @@ void openOrphan(const std::string& stem) {
     markProject();
     state.savedHash = 0;
     keepRecovery(); // before the old copy goes
-    removeBoth(stem);
+    if (state.kept) removeBoth(stem); // else it stays for the next start
 }
 
 } // namespace
@@ -87,6 +94,7 @@ void startRecovery(const std::string& folder) {
     state = {};
     state.folder = folder;
     setSavedHook(folder.empty() ? nullptr : contentIsSaved);
+    if (!folder.empty()) removeHalves();
     contentIsSaved();
 }
 
@@ -112,14 +120,17 @@ void keepRecovery() {
     std::filesystem::create_directories(state.folder, error);
     const std::string& name = editingState->projectFileName;
     const std::span text(reinterpret_cast<const std::uint8_t*>(name.data()), name.size());
-    if (!writeFileAtomically(ours(".name"), text) || !writeFileAtomically(ours(".mlp"), bytes)) return;
+    if (!writeFileAtomically(ours(".name"), text) || !writeFileAtomically(ours(".mlp"), bytes)) {
+        if (!state.kept) removeBoth(ours(""));
+        return;
+    }
     state.kept = true;
     state.keptHash = hash;
 }
 
 bool offerRecovery() {
     if (state.folder.empty()) return false;
-    for (const std::string& stem : orphans()) {
+    for (const std::string& stem : orphans(".mlp")) {
         const BoxAnswer answer =
             shell().messageBox("Marlune ended without saving " + extractFileName(nameOf(stem)) +
                                    ".\nOpen the work as it was then ?",

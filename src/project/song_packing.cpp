@@ -58,27 +58,34 @@ void readBars(EntryReader& reader) {
     }
 }
 
-void fillFrom(int knob, int tick, int value) {
+void fillRun(int knob, int from, int to, int value) {
     const auto limited = static_cast<std::uint8_t>(std::min(value, kMaxKnobValue));
-    std::fill(knobTrack[knob].begin() + tick, knobTrack[knob].end(), limited);
+    std::fill(knobTrack[knob].begin() + from, knobTrack[knob].begin() + to, limited);
 }
 
+// A row is taken by runs: each entry of the knob, in order, ends the run of the value before it. An entry that
+// stands for no tick to come is never reached, and neither is what follows it.
 void readKnobs(EntryReader& reader) {
     for (int knob = 0; knob < kKnobs; ++knob) {
         int running = kNoValue;
-        for (int tick = 0; tick < kSongTicks; ++tick) {
+        for (int tick = 0; tick < kSongTicks;) {
             if (reader.atEnd()) {
                 // The last change holds to the end of its knob's row; knobs without an entry keep their
                 // values.
-                if (running != kNoValue) fillFrom(knob, tick, running);
+                if (running != kNoValue) fillRun(knob, tick, kSongTicks, running);
                 return;
             }
             const PackedSongEntry entry = reader.peek();
-            if (entry.value == knob * kSongTicks + tick) {
-                reader.next();
-                running = entry.data;
-            }
-            knobTrack[knob][tick] = static_cast<std::uint8_t>(std::min(running, kMaxKnobValue));
+            const std::int64_t at = std::int64_t{entry.value} - knob * kSongTicks;
+            const bool comes = at >= tick && at < kSongTicks;
+            const int end = comes ? static_cast<int>(at) : kSongTicks;
+            fillRun(knob, tick, end, running);
+            tick = end;
+            if (!comes) break;
+            reader.next();
+            running = entry.data;
+            fillRun(knob, tick, tick + 1, running);
+            ++tick;
         }
     }
 }

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 namespace marlune {
 
@@ -69,27 +70,23 @@ bool replaceable(const std::string& path) {
 }
 
 constexpr std::size_t kNamePart = 200; // a name of the longest length has no room for more
+constexpr std::string_view kFreshPart = ".XXXXXX";
 
 // Temporary files of a target are called ".NAME.PROCESS.XXXXXX", so that one can tell whose they are.
 std::string temporaryPrefix(const std::string& target) {
     return "." + extractFileName(target).substr(0, kNamePart) + ".";
 }
 
-// A process that was killed while it saved has left its temporary file.
-void removeLeftovers(const std::string& folder, const std::string& target) {
-    const std::string prefix = temporaryPrefix(target);
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        const std::string name = entry.path().filename().string();
-        if (!name.starts_with(prefix)) continue;
-        const std::string rest = name.substr(prefix.size());
-        const std::size_t dot = rest.find('.');
-        int process = 0;
-        const auto [end, wrong] =
-            std::from_chars(rest.data(), rest.data() + std::min(dot, rest.size()), process);
-        if (wrong != std::errc{} || dot == std::string::npos || end != rest.data() + dot) continue;
-        if (::kill(process, 0) != 0 && errno == ESRCH) std::filesystem::remove(entry.path(), error);
-    }
+// Whether a name is that of a temporary file whose process is gone.
+bool isLeftover(std::string_view name, std::string_view prefix) {
+    if (!name.starts_with(prefix) || name.size() < prefix.size() + kFreshPart.size()) return false;
+    name.remove_suffix(kFreshPart.size());
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot + 1 < prefix.size()) return false;
+    int process = 0;
+    const auto [end, wrong] = std::from_chars(name.data() + dot + 1, name.data() + name.size(), process);
+    if (wrong != std::errc{} || end != name.data() + name.size() || process <= 0) return false;
+    return ::kill(process, 0) != 0 && errno == ESRCH;
 }
 
 // A limit on the size of files is a failed write, not the end of the program.
@@ -139,8 +136,9 @@ bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> 
     const std::string& target = *found;
     const std::string folder = folderOf(target);
     surviveFileLimits();
-    removeLeftovers(folder, target);
-    std::string temporary = folder + "/" + temporaryPrefix(target) + std::to_string(::getpid()) + ".XXXXXX";
+    removeLeftovers(folder, temporaryPrefix(target)); // of a process that was killed while it saved
+    std::string temporary = folder + "/" + temporaryPrefix(target) + std::to_string(::getpid());
+    temporary += kFreshPart;
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC)); // creates exclusively: follows no planted link
     if (file.get() < 0) return false;
     const bool written =
@@ -152,6 +150,13 @@ bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> 
     const Descriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory.get() >= 0) ::fsync(directory.get()); // so that the new name survives a power cut as well
     return true;
+}
+
+void removeLeftovers(const std::string& folder, const std::string& prefix) {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+        if (isLeftover(entry.path().filename().string(), prefix))
+            std::filesystem::remove(entry.path(), error);
 }
 
 bool FileExists(const std::string& name) {

@@ -25,6 +25,10 @@ FileBytes readFileStart(const std::string& path, std::size_t limit);
 // a killed process has left of an earlier attempt at the same file goes with the next one.
 bool writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
 
+// Removes what killed processes have left in a folder of files that they were writing: temporary files whose
+// names begin with that.
+void removeLeftovers(const std::string& folder, const std::string& prefix = ".");
+
 // True when name is not empty and names a regular file.
 bool FileExists(const std::string& name);
 

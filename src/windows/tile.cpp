@@ -38,7 +38,7 @@ void paintTile(QPainter& painter, const Tile& tile, const QRect& area, double sc
 std::size_t hashOf(const Tile& tile) {
     const TileCache::Key key{tile.art, tile.look, static_cast<int>(tile.box.x * 8),
                              static_cast<int>(tile.box.y * 8)};
-    return qHash(key, static_cast<std::size_t>(tile.box.width * 8));
+    return qHash(key, static_cast<std::size_t>(static_cast<int>(tile.box.width * 8)));
 }
 
 QRect solidPart(const Tile& tile, const QRect& place, double scale) {
