@@ -4,6 +4,8 @@
 #include <QObject>
 #include <functional>
 
+class QSocketNotifier;
+
 namespace marlune {
 
 // Calls ready on the user-interface thread, from the event loop, each time the descriptor becomes readable;
@@ -14,6 +16,22 @@ class FdPump final : public QObject {
 
   public:
     FdPump(int fd, std::function<void()> ready, QObject* parent = nullptr);
+    ~FdPump() override;
+
+    // While one lives, no pump calls: what is announced meanwhile comes afterwards. Not every event loop of the
+    // toolkit keeps descriptors back when it is asked to.
+    class Rest {
+      public:
+        Rest();
+        ~Rest();
+        Rest(const Rest&) = delete;
+        Rest& operator=(const Rest&) = delete;
+    };
+
+  private:
+    static void enableAll(bool on);
+
+    QSocketNotifier* notifier_;
 };
 
 } // namespace marlune

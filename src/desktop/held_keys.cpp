@@ -11,6 +11,7 @@ namespace {
 
 constexpr quint64 kRepeatGapMs = 5; // between a release and the press of the same repeat
 constexpr int kReleaseWaitMs = 15;
+constexpr int kShift = 16, kControl = 17; // key codes
 
 } // namespace
 
@@ -46,6 +47,11 @@ bool HeldKeys::continues(const QKeyEvent& event, int code) {
         flush();
     }
     return same;
+}
+
+void HeldKeys::flushBefore(quint64 timestamp) {
+    const bool modifier = release_.code == kShift || release_.code == kControl; // which repeat nowhere
+    if (modifier || timestamp - release_.timestamp > kRepeatGapMs) flush();
 }
 
 void HeldKeys::flush() {

@@ -17,6 +17,8 @@ class HeldKeys {
     // Tells Form_KeyUp a moment later, unless it was part of a repeat.
     void release(const QKeyEvent& event);
     void flush(); // what waits is told now
+    // What was released before a pointer event of that time is told before it; a repeat that goes on is not.
+    void flushBefore(quint64 timestamp);
 
   private:
     bool continues(const QKeyEvent& event, int code);

@@ -341,6 +341,7 @@ void MapWindow::press(const QMouseEvent& event, bool second) {
 }
 
 void MapWindow::mousePressEvent(QMouseEvent* event) {
+    keys_.flushBefore(event->timestamp());
     press(*event, false);
 }
 

@@ -216,6 +216,7 @@ const PlacedControl* PanelWidget::reachable(QPointF point) const {
 void PanelWidget::press(QMouseEvent* event, bool second) {
     if (event->button() == heldButton_) abandonPress();
     if (heldButton_ != Qt::NoButton) return; // a second button during a drag changes nothing
+    keys_.flushBefore(event->timestamp());
     setFocusControl(nullptr);
     const QPointF at = panelPoint(event->position());
     const PlacedControl* control = reachable(at);
@@ -295,6 +296,7 @@ void PanelWidget::leaveEvent(QEvent* /*event*/) {
 }
 
 void PanelWidget::wheelEvent(QWheelEvent* event) {
+    keys_.flushBefore(event->timestamp());
     const QPointF point = panelPoint(event->position());
     const PlacedControl* control = reachable(point);
     // The tempo display takes no pointer; the wheel over it turns the knob beside it.

@@ -14,6 +14,7 @@
 
 #include "desktop/about_window.h"
 #include "desktop/accessible.h"
+#include "desktop/fd_pump.h"
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/main_window.h"
@@ -240,10 +241,11 @@ void QtShell::beep() {
 }
 
 void QtShell::showSplash() {
+    const FdPump::Rest rest; // whatever comes meanwhile waits for a program that is whole
     splash_ = std::make_unique<AboutWindow>(window_.get(), true);
-    splash_->show();
+    splash_->show(); // runs the event loop of itself
     splash_->setCursor(Qt::WaitCursor);
-    letPaintRun(); // what the user does meanwhile waits for a program that is whole
+    letPaintRun();
 }
 
 void QtShell::hideSplash() {
@@ -353,6 +355,7 @@ void QtShell::letEventsRun() {
 
 void QtShell::letPaintRun() {
     // Engine and MIDI input come by descriptors, pointer and keys as user input.
+    const FdPump::Rest rest;
     run(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
 }
 

@@ -214,6 +214,7 @@ void SheetWindow::hoverAt(QPointF point) {
 
 void SheetWindow::mousePressEvent(QMouseEvent* event) {
     if (heldButton_ != Qt::NoButton) return; // a second button during a drag changes nothing
+    keys_.flushBefore(event->timestamp());
     heldButton_ = event->button();
     cursor_.drop();
     hoverAt(event->position());

@@ -28,12 +28,6 @@ constexpr std::size_t kLargestFile = kEntriesOffset + kPackedEntrySize * (kMaxPa
 constexpr const char* kFilter = "Marlune pattren (*.mlp)|*.mlp";
 constexpr const char* kExtension = "mlp";
 
-std::int32_t packedCountOf(const std::vector<std::uint8_t>& bytes) {
-    Le32 count;
-    std::memcpy(&count, bytes.data() + kCountOffset, sizeof count);
-    return count;
-}
-
 void takeRecord(const std::vector<std::uint8_t>& bytes) {
     std::memcpy(&project, bytes.data(), sizeof project);
     limitRecord(project);
@@ -57,14 +51,10 @@ bool takeFile(const FileBytes& file) {
     takeRecord(file.bytes);
     tellComponent();
     if (file.bytes.size() < kEntriesOffset) return false;
-    const int count = packedCountOf(file.bytes);
     shell().letPaintRun();
     resetSongFromProject();
-    if (count < kMinPackedCount || count > kMaxPackedCount) return false;
-    const std::size_t size = kPackedEntrySize * static_cast<std::size_t>(count);
-    // One byte more than the significant entries is the least that a saved file has.
-    if (file.size < kEntriesOffset + size + 1) return false;
-    if (!unpackSong({file.bytes.data() + kEntriesOffset, size})) return false;
+    const auto song = packedSongOf(file);
+    if (!song || !unpackSong(*song)) return false;
     if (editingState->savedSongMode) SongSwitch(true);
     return true;
 }
@@ -91,6 +81,18 @@ void saveProject(bool underNewName) {
 }
 
 } // namespace
+
+std::optional<std::span<const std::uint8_t>> packedSongOf(const FileBytes& file) {
+    if (file.bytes.size() < kEntriesOffset) return std::nullopt;
+    Le32 stored;
+    std::memcpy(&stored, file.bytes.data() + kCountOffset, sizeof stored);
+    const int count = stored;
+    if (count < kMinPackedCount || count > kMaxPackedCount) return std::nullopt;
+    const std::size_t size = kPackedEntrySize * static_cast<std::size_t>(count);
+    // One byte more than the significant entries is the least that a saved file has.
+    if (file.size < kEntriesOffset + size + 1) return std::nullopt;
+    return std::span(file.bytes).subspan(kEntriesOffset, size);
+}
 
 bool loadProjectFile(const std::string& fileName) {
     if (takeFile(readFileStart(fileName, kLargestFile))) return true;

@@ -5,10 +5,17 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "util/whole_file.h"
+
 namespace marlune {
+
+// The packed song in the bytes of a file; none where they hold less than its count tells. Any thread.
+std::optional<std::span<const std::uint8_t>> packedSongOf(const FileBytes& file);
 
 // Reads a file into project and tracks and brings component and panel up to date. A file that is not one
 // gives the message box; what had been read by then stays. True when the whole file was taken.

@@ -38,14 +38,17 @@ class PanelWidgetTest : public testing::Test {
         const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
         QMouseEvent event(type, at, panel.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button,
                           held, keys);
+        event.setTimestamp(time);
         QCoreApplication::sendEvent(&panel, &event);
     }
-    void key(int qtKey, bool press, bool repeat, Qt::KeyboardModifiers held = {}) {
+    void key(int qtKey, bool press, bool repeat, Qt::KeyboardModifiers held = {}, quint64 at = 0) {
         QKeyEvent event(press ? QEvent::KeyPress : QEvent::KeyRelease, qtKey, held, QString(), repeat);
+        event.setTimestamp(at);
         QCoreApplication::sendEvent(&panel, &event);
     }
 
     PanelWidget panel;
+    quint64 time = 0; // of the pointer's events
 };
 
 TEST_F(PanelWidgetTest, AClickReachesTheControlUnderItAtEveryZoom) {
@@ -129,6 +132,28 @@ TEST_F(PanelWidgetTest, HoldingAKeyRepeatsWindingAndTempoOnly) {
     EXPECT_EQ(takeEvents(), "down32/0 up32 down33/0 down33/0 down33/0 up33 down81/0 up81 down17/2");
     panel.clearFocus();
     EXPECT_EQ(takeEvents(), "focusLost");
+}
+
+// A release is told a moment later, lest it be half of a repeat; a click in that moment comes after it.
+TEST_F(PanelWidgetTest, WhatWasLetGoBeforeAClickIsNotHeldInIt) {
+    const QPoint at = pointOf(Control::keys, 0);
+    struct Case {
+        int key;
+        quint64 click; // ms behind the release
+        const char* told;
+    };
+    for (const auto& [code, behind, told] :
+         {Case{Qt::Key_Control, 1, "down17/0 up17 press"}, {Qt::Key_Shift, 14, "down16/0 up16 press"},
+          {Qt::Key_Q, 6, "down81/0 up81 press"}, {Qt::Key_Q, 2, "down81/0 press"}}) {
+        key(code, true, false, {}, 1000);
+        key(code, false, false, {}, 1100);
+        time = 1100 + behind;
+        mouse(QEvent::MouseButtonPress, at, Qt::LeftButton);
+        EXPECT_EQ(takeEvents().substr(0, std::strlen(told)), told) << behind;
+        mouse(QEvent::MouseButtonRelease, at, Qt::LeftButton);
+        QTest::qWait(20);
+        takeEvents();
+    }
 }
 
 TEST_F(PanelWidgetTest, TabReachesEveryControlByNameAndUpDownF2WorkIt) {

@@ -159,6 +159,16 @@ TEST_F(ShellTest, AMessageBoxReturnsTheButton) {
     EXPECT_EQ(answer(QMessageBox::Ok, BoxButtons::ok), BoxAnswer::ok);
 }
 
+TEST_F(ShellTest, NothingButPaintingGetsThroughWhereDataIsNotWhole) {
+    const int fd = eventfd(1, EFD_NONBLOCK);
+    int calls = 0;
+    const FdPump pump(fd, [&] { ++calls; });
+    for (int i = 0; i < 3; ++i) shell->letPaintRun();
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return calls == 1; }));
+    close(fd);
+}
+
 TEST(DesktopPieces, FiltersAndDescriptors) {
     EXPECT_EQ(nativeFilter("Marlune Files (*.mlp)|*.mlp"), "Marlune Files (*.mlp *.MLP)");
     EXPECT_EQ(nativeFilter("Songs|*.rbs|All files (*.*)|*.*"), "Songs (*.rbs *.RBS);;All files (*.*)");

@@ -64,7 +64,7 @@ struct FailingDisk : ProgramTest {
 
 TEST_F(FailingDisk, AProjectIsTheOldOneOrTheNewOneAndAFailureIsTold) {
     const std::string name = folder.file("song.mlp");
-    const auto edit = [tempo = 60]() mutable { project.tempo = 60 + tempo++ % 100; };
+    auto edit = [tempo = 60]() mutable { project.tempo = 60 + tempo++ % 100; };
     const auto save = [&] {
         edit();
         markProject();
@@ -137,25 +137,28 @@ TEST_F(FailingDisk, SettingsAreTheOldOnesOrTheNewOnes) {
 // A copy of unsaved work that could not be kept is no copy, and what it has left goes with the next start.
 TEST_F(FailingDisk, ACopyOfUnsavedWorkIsWholeOrNone) {
     const std::string copies = folder.file("copies");
-    startRecovery(copies);
-    project.tempo = 111;
-    const std::vector<std::uint8_t> wanted = projectFileBytes();
-    const auto startAgain = [&](BoxAnswer answer) {
-        startRecovery(copies);
-        program.shell.boxes.clear();
-        program.shell.answers = {answer};
+    const auto work = [&] { // that is nowhere but here
         project.tempo = 50;
+        startRecovery(copies);
+        project.tempo = 111;
+    };
+    work();
+    const std::vector<std::uint8_t> wanted = projectFileBytes();
+    const auto startAgain = [&] {
+        project.tempo = 50;
+        startRecovery(copies);
+        program.shell.answers = {BoxAnswer::yes};
         return offerRecovery();
     };
     int offered = 0;
     const int deaths = everyDeath(keepRecovery, [&] {
-        if (startAgain(BoxAnswer::yes)) {
+        if (startAgain()) {
             ++offered;
             EXPECT_EQ(projectFileBytes(), wanted);
             contentIsSaved();
         }
         EXPECT_EQ(files(copies), "");
-        project.tempo = 111;
+        work();
     });
     EXPECT_EQ(deaths, 16);
     EXPECT_EQ(offered, 3); // from the rename on
@@ -166,10 +169,10 @@ TEST_F(FailingDisk, ACopyOfUnsavedWorkIsWholeOrNone) {
     }
     ::waitpid(child, nullptr, 0);
     failAtCall(1, Failing::full); // taken up on a disk that is full: the old copy is the only one
-    EXPECT_TRUE(startAgain(BoxAnswer::yes));
+    EXPECT_TRUE(startAgain());
     failAtCall(0, Failing::none);
     startRecovery("");
-    EXPECT_TRUE(startAgain(BoxAnswer::yes));
+    EXPECT_TRUE(startAgain());
     EXPECT_EQ(projectFileBytes(), wanted);
     startRecovery("");
 }

@@ -20,6 +20,7 @@
 #include <QWheelEvent>
 #include <QWindow>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -285,7 +286,7 @@ QWindow* Monkey::target() {
 
 // Called whenever the event loop has time for a user: while a dialog runs, inside the action that opened it.
 void Monkey::act() {
-    alarm(kPatience);
+    alarm(kPatience); // the stack of a hang is told by the sanitizer
     ++depth_;
     pass(chance(1) ? below(3000) : below(40));
     if (resting_) return static_cast<void>(--depth_);
@@ -544,6 +545,7 @@ int main(int argc, char** argv) {
     const unsigned seed = argc > 2 ? static_cast<unsigned>(std::atoi(argv[2])) : 1;
     std::FILE* const log = std::fopen(argc > 3 ? argv[3] : "/dev/null", "w");
     if (log == nullptr) return 2;
+    std::signal(SIGALRM, [](int) { std::abort(); });
     Monkey monkey(seconds, seed, log);
     while (!monkey.over()) monkey.liveOn();
     std::printf("seed %u: %d actions in %d lives of the program, %d checks, %d round trips\n", seed, monkey.actions,
