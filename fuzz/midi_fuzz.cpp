@@ -1,5 +1,5 @@
-// MIDI files through the reader, and with every hundredth input through the import: nothing but legal values may
-// come out.
+// MIDI files through the reader, and with every hundredth input through the import: nothing but legal values
+// may come out.
 #include <algorithm>
 #include <cstring>
 

@@ -1,6 +1,6 @@
-// Project files. Every input goes through the reader; what it made is packed and read again with every hundredth;
-// with every thousandth the whole program loads it, plays in both modes, saves and loads: what was saved once comes
-// back the same.
+// Project files. Every input goes through the reader; what it made is packed and read again with every
+// hundredth; with every thousandth the whole program loads it, plays in both modes, saves and loads: what was
+// saved once comes back the same.
 #include <cstring>
 #include <vector>
 

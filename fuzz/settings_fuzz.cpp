@@ -1,7 +1,7 @@
 // Both configuration files and the MIDI input, one after the other: the first 518 bytes are marlune.cfg, then
 // comes labels.cfg up to a zero byte, and the rest arrives at the input as a stream of MIDI bytes. Whatever
-// marlune.cfg holds is carried, and no illegal byte goes out. Every input is loaded and takes the stream; a program
-// of its own, started, played and saved, is for every thousandth.
+// marlune.cfg holds is carried, and no illegal byte goes out. Every input is loaded and takes the stream; a
+// program of its own, started, played and saved, is for every thousandth.
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -83,7 +83,8 @@ void wholeProgram(const std::uint8_t* told, std::size_t size, const std::uint8_t
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace marlune;
     static fuzz::Turn whole(1000), fresh(500);
-    static test::TestProgram* program = nullptr; // for many inputs; the last one is left to the end of the process
+    static test::TestProgram* program =
+        nullptr; // for many inputs; the last one is left to the end of the process
     const std::uint8_t* const end = data + size;
     const std::uint8_t* const labels = data + std::min(size, sizeof config);
     const std::uint8_t* const stream = std::find(labels, end, std::uint8_t{0});

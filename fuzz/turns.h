@@ -1,5 +1,5 @@
-// What is too slow for every input sees some of them: the readers run at thousands a second, the whole program at
-// tens.
+// What is too slow for every input sees some of them: the readers run at thousands a second, the whole
+// program at tens.
 #pragma once
 
 #include <cstdlib>

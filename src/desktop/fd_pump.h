@@ -18,8 +18,8 @@ class FdPump final : public QObject {
     FdPump(int fd, std::function<void()> ready, QObject* parent = nullptr);
     ~FdPump() override;
 
-    // While one lives, no pump calls: what is announced meanwhile comes afterwards. Not every event loop of the
-    // toolkit keeps descriptors back when it is asked to.
+    // While one lives, no pump calls: what is announced meanwhile comes afterwards. Not every event loop of
+    // the toolkit keeps descriptors back when it is asked to.
     class Rest {
       public:
         Rest();

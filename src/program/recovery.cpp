@@ -84,7 +84,7 @@ void openOrphan(const std::string& stem) {
     if (FileExists(name)) doubtProjectFile(); // it may have changed since
     markProject();
     state.savedHash = 0;
-    keepRecovery(); // before the old copy goes
+    keepRecovery();                   // before the old copy goes
     if (state.kept) removeBoth(stem); // else it stays for the next start
 }
 

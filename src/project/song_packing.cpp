@@ -63,8 +63,8 @@ void fillRun(int knob, int from, int to, int value) {
     std::fill(knobTrack[knob].begin() + from, knobTrack[knob].begin() + to, limited);
 }
 
-// A row is taken by runs: each entry of the knob, in order, ends the run of the value before it. An entry that
-// stands for no tick to come is never reached, and neither is what follows it.
+// A row is taken by runs: each entry of the knob, in order, ends the run of the value before it. An entry
+// that stands for no tick to come is never reached, and neither is what follows it.
 void readKnobs(EntryReader& reader) {
     for (int knob = 0; knob < kKnobs; ++knob) {
         int running = kNoValue;

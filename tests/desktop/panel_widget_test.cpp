@@ -136,15 +136,16 @@ TEST_F(PanelWidgetTest, HoldingAKeyRepeatsWindingAndTempoOnly) {
 
 // A release is told a moment later, lest it be half of a repeat; a click in that moment comes after it.
 TEST_F(PanelWidgetTest, WhatWasLetGoBeforeAClickIsNotHeldInIt) {
-    const QPoint at = pointOf(Control::keys, 0);
+    const QPoint at = pointOf(Control::knobSprite, 0);
     struct Case {
         int key;
         quint64 click; // ms behind the release
         const char* told;
     };
-    for (const auto& [code, behind, told] :
-         {Case{Qt::Key_Control, 1, "down17/0 up17 press"}, {Qt::Key_Shift, 14, "down16/0 up16 press"},
-          {Qt::Key_Q, 6, "down81/0 up81 press"}, {Qt::Key_Q, 2, "down81/0 press"}}) {
+    for (const auto& [code, behind, told] : {Case{Qt::Key_Control, 1, "down17/2 up17 press"},
+                                             {Qt::Key_Shift, 14, "down16/1 up16 press"},
+                                             {Qt::Key_Q, 6, "down81/0 up81 press"},
+                                             {Qt::Key_Q, 2, "down81/0 press"}}) {
         key(code, true, false, {}, 1000);
         key(code, false, false, {}, 1100);
         time = 1100 + behind;

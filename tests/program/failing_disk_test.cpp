@@ -1,5 +1,5 @@
-// Saves on a disk that fails at any of its calls, fills up, or loses the process in the middle: the old file or the
-// new one, whole; the user is told; and nothing is left behind for good.
+// Saves on a disk that fails at any of its calls, fills up, or loses the process in the middle: the old file
+// or the new one, whole; the user is told; and nothing is left behind for good.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>

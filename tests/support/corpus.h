@@ -1,5 +1,5 @@
-// What the fuzzers were started from and what they found on the way: each file of a folder under fuzz/corpus through
-// the target that the test program links, to the last look.
+// What the fuzzers were started from and what they found on the way: each file of a folder under fuzz/corpus
+// through the target that the test program links, to the last look.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -55,8 +55,9 @@ ssize_t write(int file, const void* bytes, size_t size) {
     static auto* const real = next<ssize_t(int, const void*, size_t)>("write");
     const bool first = marlune::test::failed == 0;
     if (!fails(true)) return real(file, bytes, size);
-    return first && marlune::test::mode == marlune::test::Failing::full && size > 1 ? real(file, bytes, size / 2)
-                                                                                    : -1;
+    return first && marlune::test::mode == marlune::test::Failing::full && size > 1
+               ? real(file, bytes, size / 2)
+               : -1;
 }
 
 int fsync(int file) {

@@ -1,5 +1,5 @@
-// Calls to the disk that fail on demand. A test program that links marlune_failing_calls before the C library makes
-// them through it; nothing fails until a test says so.
+// Calls to the disk that fail on demand. A test program that links marlune_failing_calls before the C library
+// makes them through it; nothing fails until a test says so.
 #pragma once
 
 namespace marlune::test {

@@ -99,13 +99,17 @@ class ScriptedShell final : public AppShell {
     std::multimap<std::uint32_t, std::function<void()>> timed_; // by the virtual clock
 };
 
-// Port in memory: what arrives is kept as text, "90 24 64".
+// Port in memory: what arrives is kept as text, "90 24 64", or heard where somebody listens.
 class MemoryPort final : public OutputPort {
   public:
-    void send(const MidiMessage& message, std::int64_t /*due*/) noexcept override {
-        sent.push_back(hexText(message));
+    void send(const MidiMessage& message, std::int64_t due) noexcept override {
+        if (heard)
+            heard(message, due);
+        else
+            sent.push_back(hexText(message));
     }
     std::vector<std::string> sent;
+    std::function<void(const MidiMessage&, std::int64_t)> heard;
 };
 
 class MemoryDevices final : public OutputDevices, public InputDevices {

@@ -1,13 +1,13 @@
-// A random user of the whole window program: clicks, drags, keys, menus, dialogs, hostile files and texts, MIDI,
-// devices that come and go, in virtual time and without a display. What must hold at any moment is checked all
-// along; the sanitizers of its build see the rest.
+// A random user of the whole window program: clicks, drags, keys, menus, dialogs, hostile files and texts,
+// MIDI, devices that come and go, in virtual time and without a display. What must hold at any moment is
+// checked all along; the sanitizers of its build see the rest.
 //
 // usage: monkey SECONDS [SEED [LOG]]   (see tools/monkey/run)
 //
-// The same hands as a user's: events enter at the windows, so that what a modal dialog keeps away stays away, and
-// they come by a descriptor, so that a routine that lets only painting through meets none of them. Every action is
-// a line of LOG before it is done. Ends with 1 at the first broken promise; a program that does not come back to
-// its event loop for a minute is ended.
+// The same hands as a user's: events enter at the windows, so that what a modal dialog keeps away stays away,
+// and they come by a descriptor, so that a routine that lets only painting through meets none of them. Every
+// action is a line of LOG before it is done. Ends with 1 at the first broken promise; a program that does not
+// come back to its event loop for a minute is ended.
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -50,8 +50,8 @@
 #include "setup/midi_devices.h"
 
 // What the toolkit's own tests send events with: at a window, as from the display.
-Q_GUI_EXPORT void qt_handleMouseEvent(QWindow*, const QPointF&, const QPointF&, Qt::MouseButtons, Qt::MouseButton,
-                                      QEvent::Type, Qt::KeyboardModifiers, int);
+Q_GUI_EXPORT void qt_handleMouseEvent(QWindow*, const QPointF&, const QPointF&, Qt::MouseButtons,
+                                      Qt::MouseButton, QEvent::Type, Qt::KeyboardModifiers, int);
 Q_GUI_EXPORT void qt_handleKeyEvent(QWindow*, QEvent::Type, int, Qt::KeyboardModifiers, const QString&, bool,
                                     ushort);
 
@@ -60,16 +60,45 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kPatience = 60;  // s until the program counts as hung
-constexpr int kDeepest = 8;    // routines that wait, one inside the other, before only answers are given
+constexpr int kPatience = 60;   // s until the program counts as hung
+constexpr int kDeepest = 8;     // routines that wait, one inside the other, before only answers are given
 constexpr int kCheckEvery = 40; // actions
 
 std::uint32_t virtualMs = 1000;
 
-const char* const kHostile[] = {"", "0", "-1", "1", "16", "999", "1000", "65536", "-32768", "2147483648",
-                                "-2147483649", "1e9", "1e309", "NaN", "0x7f", "&H7F", "1.5", "1,5", " 12 ", "+5",
-                                "%s%n%x", "\u00e4\u20ac\u4f60", "\u0661\u0662", "a\tb", "../../x", "/dev/null",
-                                "<img src=\"/dev/zero\">", "\u202eevil", "12", "127", "128", "60", "140"};
+const char* const kHostile[] = {"",
+                                "0",
+                                "-1",
+                                "1",
+                                "16",
+                                "999",
+                                "1000",
+                                "65536",
+                                "-32768",
+                                "2147483648",
+                                "-2147483649",
+                                "1e9",
+                                "1e309",
+                                "NaN",
+                                "0x7f",
+                                "&H7F",
+                                "1.5",
+                                "1,5",
+                                " 12 ",
+                                "+5",
+                                "%s%n%x",
+                                "\u00e4\u20ac\u4f60",
+                                "\u0661\u0662",
+                                "a\tb",
+                                "../../x",
+                                "/dev/null",
+                                "<img src=\"/dev/zero\">",
+                                "\u202eevil",
+                                "12",
+                                "127",
+                                "128",
+                                "60",
+                                "140"};
 
 // The ear at the output: only legal messages, and which notes sound.
 struct Ear final : OutputPort {
@@ -197,7 +226,8 @@ void Monkey::makeFiles() {
             const std::string name = entry.path().filename().string();
             put(name, bytes);
             if (bytes.empty()) continue;
-            for (int i = 0; i < 60; ++i) bytes[random_() % bytes.size()] = static_cast<std::uint8_t>(random_());
+            for (int i = 0; i < 60; ++i)
+                bytes[random_() % bytes.size()] = static_cast<std::uint8_t>(random_());
             put("hurt " + name, bytes);
             bytes.resize(random_() % bytes.size());
             put("<b>cut</b> & " + name, bytes);
@@ -257,7 +287,8 @@ void Monkey::liveOn() {
         if (!transportState->programClosing) QApplication::exec();
     }
     if (!transportState->programClosing) MDIForm_Unload();
-    for (Ear& ear : devices_.ears) ear.notes.releaseAll([&](const MidiMessage&) { fail("a note after the end"); });
+    for (Ear& ear : devices_.ears)
+        ear.notes.releaseAll([&](const MidiMessage&) { fail("a note after the end"); });
     setPanelView(nullptr);
     setPanelForm(nullptr);
     setAppShell(nullptr);
@@ -274,7 +305,9 @@ void Monkey::liveOn() {
 // --- hands
 
 QWindow* Monkey::target() {
-    const auto windowOf = [](QWidget* widget) { return widget != nullptr ? widget->windowHandle() : nullptr; };
+    const auto windowOf = [](QWidget* widget) {
+        return widget != nullptr ? widget->windowHandle() : nullptr;
+    };
     if (QWindow* popup = windowOf(QApplication::activePopupWidget())) return popup;
     QWindow* modal = windowOf(QApplication::activeModalWidget());
     if (modal != nullptr && chance(90)) return modal;
@@ -325,7 +358,8 @@ void Monkey::end(QWindow* at) {
 
 void Monkey::pass(int ms) {
     virtualMs += static_cast<std::uint32_t>(ms);
-    for (owedMs_ += ms; owedMs_ > 0 && engine_->advance(); owedMs_ -= 2500.0 / std::max<int>(project.tempo, 1))
+    for (owedMs_ += ms; owedMs_ > 0 && engine_->advance();
+         owedMs_ -= 2500.0 / std::max<int>(project.tempo, 1))
         if (chance(90)) engineSpoke();
     owedMs_ = std::min(owedMs_, 0.0);
     engineSpoke();
@@ -340,7 +374,8 @@ void Monkey::actOnce(QWindow* at) {
         if (!held_ || !drag_ || kind < 20) letGo();
         if (held_ && std::exchange(twice_, false)) mouse(held_, place_, QEvent::MouseButtonDblClick, button);
         if (!drag_ || !held_ || button_ == Qt::NoButton) return;
-        return mouse(held_, place_ += QPoint(below(81) - 40, below(81) - 40), QEvent::MouseMove, Qt::NoButton);
+        return mouse(held_, place_ += QPoint(below(81) - 40, below(81) - 40), QEvent::MouseMove,
+                     Qt::NoButton);
     }
     QWidget* const modal = QApplication::activeModalWidget();
     if (modal != nullptr && kind < 50) return onChild(modal);
@@ -372,10 +407,10 @@ void Monkey::mouse(QWindow* at, QPoint place, QEvent::Type type, Qt::MouseButton
 
 void Monkey::press(QWindow* at) {
     letGo();
-    const Qt::MouseButton buttons[] = {Qt::LeftButton, Qt::LeftButton, Qt::LeftButton, Qt::LeftButton,
-                                       Qt::RightButton, Qt::MiddleButton};
-    const Qt::KeyboardModifier mods[] = {Qt::NoModifier, Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier,
-                                         Qt::ControlModifier, Qt::AltModifier};
+    const Qt::MouseButton buttons[] = {Qt::LeftButton, Qt::LeftButton,  Qt::LeftButton,
+                                       Qt::LeftButton, Qt::RightButton, Qt::MiddleButton};
+    const Qt::KeyboardModifier mods[] = {Qt::NoModifier,    Qt::NoModifier,      Qt::NoModifier,
+                                         Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier};
     mods_ = one(mods);
     place_ = {below(std::max(at->width(), 1)), below(std::max(at->height(), 1))};
     held_ = at;
@@ -397,8 +432,9 @@ void Monkey::wheel(QWindow* at) {
     const QPointF place(below(std::max(at->width(), 1)), below(std::max(at->height(), 1)));
     const int turn = (below(9) - 4) * (chance(80) ? 120 : 17);
     say("wheel " + std::to_string(turn));
-    QWheelEvent event(place, at->mapToGlobal(place), {}, chance(85) ? QPoint(0, turn) : QPoint(turn, 0), Qt::NoButton,
-                      chance(80) ? Qt::NoModifier : Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QWheelEvent event(place, at->mapToGlobal(place), {}, chance(85) ? QPoint(0, turn) : QPoint(turn, 0),
+                      Qt::NoButton, chance(80) ? Qt::NoModifier : Qt::ControlModifier, Qt::NoScrollPhase,
+                      false);
     QCoreApplication::sendEvent(at, &event);
 }
 
@@ -411,12 +447,13 @@ void Monkey::tap(QWindow* at, int code, Qt::KeyboardModifiers with, const QStrin
 }
 
 void Monkey::key(QWindow* at) {
-    constexpr int kNamed[] = {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Insert, Qt::Key_Delete, Qt::Key_Home,
-                              Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,
-                              Qt::Key_Down, Qt::Key_F1, Qt::Key_F2, Qt::Key_F3, Qt::Key_F4, Qt::Key_F5, Qt::Key_F6,
-                              Qt::Key_F7, Qt::Key_F8, Qt::Key_F9, Qt::Key_F10, Qt::Key_F11, Qt::Key_F12,
-                              Qt::Key_Backspace, Qt::Key_Menu, Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt,
-                              Qt::Key_Enter, Qt::Key_Space, Qt::Key_Z, Qt::Key_Y};
+    constexpr int kNamed[] = {
+        Qt::Key_Return, Qt::Key_Escape,    Qt::Key_Tab,      Qt::Key_Insert, Qt::Key_Delete,  Qt::Key_Home,
+        Qt::Key_End,    Qt::Key_PageUp,    Qt::Key_PageDown, Qt::Key_Left,   Qt::Key_Right,   Qt::Key_Up,
+        Qt::Key_Down,   Qt::Key_F1,        Qt::Key_F2,       Qt::Key_F3,     Qt::Key_F4,      Qt::Key_F5,
+        Qt::Key_F6,     Qt::Key_F7,        Qt::Key_F8,       Qt::Key_F9,     Qt::Key_F10,     Qt::Key_F11,
+        Qt::Key_F12,    Qt::Key_Backspace, Qt::Key_Menu,     Qt::Key_Shift,  Qt::Key_Control, Qt::Key_Alt,
+        Qt::Key_Enter,  Qt::Key_Space,     Qt::Key_Z,        Qt::Key_Y};
     const int code = chance(50) ? one(kNamed) : 0x20 + below(0x40);
     Qt::KeyboardModifiers with;
     for (const auto each : {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier})
@@ -429,7 +466,9 @@ void Monkey::type(QWindow* at, const QString& text) {
     const QPointer<QWindow> window(at);
     tap(at, Qt::Key_A, Qt::ControlModifier);
     for (const QChar letter : text)
-        if (window) tap(at, letter.toUpper().unicode() < 0x80 ? letter.toUpper().unicode() : Qt::Key_unknown, {}, letter);
+        if (window)
+            tap(at, letter.toUpper().unicode() < 0x80 ? letter.toUpper().unicode() : Qt::Key_unknown, {},
+                letter);
 }
 
 // Every tenth time it is left; else a name of ours goes in, old or new.
@@ -507,8 +546,8 @@ void Monkey::check() {
         if (!ear.legal) fail("an illegal message went out");
         if (transportState->transportRunning) continue;
         SoundingNotes(ear.notes).releaseAll([&](const MidiMessage& note) {
-            fail("note " + std::to_string(note.bytes[1]) + " of channel " + std::to_string(note.bytes[0] & 15) +
-                 " sounds while nothing plays");
+            fail("note " + std::to_string(note.bytes[1]) + " of channel " +
+                 std::to_string(note.bytes[0] & 15) + " sounds while nothing plays");
         });
     }
     if (checks % 10 == 0) checkRoundTrip();
@@ -526,9 +565,11 @@ void Monkey::checkRoundTrip() {
     OpenOnLoad(name);
     resting_ = false;
     std::vector<std::uint8_t> now = projectFileBytes();
-    constexpr std::size_t kTempoFlag = offsetof(ProjectRecord, tempoChanged); // a tick that was due has cleared it
+    constexpr std::size_t kTempoFlag =
+        offsetof(ProjectRecord, tempoChanged); // a tick that was due has cleared it
     std::copy_n(bytes.begin() + kTempoFlag, sizeof project.tempoChanged, now.begin() + kTempoFlag);
-    const auto apart = std::mismatch(bytes.begin(), bytes.end(), now.begin(), now.end()).first - bytes.begin();
+    const auto apart =
+        std::mismatch(bytes.begin(), bytes.end(), now.begin(), now.end()).first - bytes.begin();
     if (now != bytes) fail("what was saved does not load back, from byte " + std::to_string(apart) + " on");
 }
 
@@ -548,7 +589,7 @@ int main(int argc, char** argv) {
     std::signal(SIGALRM, [](int) { std::abort(); });
     Monkey monkey(seconds, seed, log);
     while (!monkey.over()) monkey.liveOn();
-    std::printf("seed %u: %d actions in %d lives of the program, %d checks, %d round trips\n", seed, monkey.actions,
-                monkey.lives, monkey.checks, monkey.rounds);
+    std::printf("seed %u: %d actions in %d lives of the program, %d checks, %d round trips\n", seed,
+                monkey.actions, monkey.lives, monkey.checks, monkey.rounds);
     return 0;
 }
