@@ -42,6 +42,9 @@ class AppShell {
     virtual void showMenu(Menu menu, const MenuState& state) = 0;
     virtual void showPanel(bool visible) = 0;
     virtual void beep() = 0;
+    // A project was opened or saved under that name: the first of the recent files from now on. Not there:
+    // off the list. A shell may keep none.
+    virtual void noteRecentFile(const std::string& /*fileName*/, bool /*there*/) {}
 
     virtual BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) = 0;
     // The chosen name; empty when the dialog was left without one.

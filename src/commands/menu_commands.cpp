@@ -95,6 +95,12 @@ void menuClicked(Menu menu) {
     }
 }
 
+void recentFileChosen(const std::string& fileName) {
+    if (!menuState(Menu::mnuFileOpenPatt).enabled) return;
+    const EditBracket bracket;
+    openRecent(fileName);
+}
+
 bool menuHasCommand(Menu menu) {
     for (const MenuCommand& row : kCommands) {
         if (row.menu == menu) return true;

@@ -4,6 +4,8 @@
 // and the wheel; click and doubleClick follow by themselves, see panelPointer. User-interface thread only.
 #pragma once
 
+#include <string>
+
 #include "boundary/menus.h"
 #include "boundary/panel_view.h"
 
@@ -46,6 +48,9 @@ void engineSpoke();
 
 // A menu entry was chosen; nothing where it is disabled or hidden at present.
 void menuClicked(Menu menu);
+
+// One of the recent files was chosen: as File, Open with that name.
+void recentFileChosen(const std::string& fileName);
 
 // Whether an entry has a command; the desktop disables one without.
 bool menuHasCommand(Menu menu);

@@ -1,6 +1,7 @@
 #include "desktop/main_window.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
@@ -83,12 +84,31 @@ void MainWindow::buildMenus() {
             action->setAutoRepeat(row.id == Menu::mnuEditUndo || row.id == Menu::mnuEditRedo);
             connect(action, &QAction::triggered, this, [id = row.id] { menuClicked(id); });
         }
+        if (row.id == Menu::mnuFileOpenPatt) addRecent(menu);
         if (row.id == Menu::mnuStatusBarEnable) {
             addZoomMenu(menu);
             addWindows(menu);
         }
         showMenu(row.id, menuState(row.id));
     }
+}
+
+// The list is made whenever it is shown. Names come from outside: none is a mnemonic or a shortcut.
+void MainWindow::addRecent(QMenu* menu) {
+    QMenu* recent = menu->addMenu(QStringLiteral("Open &Recent"));
+    const auto fill = [this, recent] {
+        recent->clear();
+        const QStringList files = recentFiles ? recentFiles() : QStringList();
+        for (const QString& file : files) {
+            QString words = QFileInfo(file).fileName() + QStringLiteral("  -  ") + QFileInfo(file).path();
+            words.replace('&', QStringLiteral("&&")).replace('\t', ' ');
+            recent->addAction(QStringLiteral("&%1  ").arg(recent->actions().size() + 1) + words, this,
+                              [file] { recentFileChosen(file.toStdString()); });
+        }
+        if (files.empty()) recent->addAction(QStringLiteral("None yet"))->setEnabled(false);
+    };
+    connect(recent, &QMenu::aboutToShow, this, fill);
+    fill();
 }
 
 void MainWindow::addZoomMenu(QMenu* menu) {

@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <array>
 #include <functional>
@@ -38,8 +39,9 @@ class MainWindow final : public QMainWindow {
 
     // Asked for each wish to close: the window stays open in any case; whoever answers ends the program.
     std::function<void()> onCloseWish;
-    std::function<void()> onMapWish;   // the Song Map, likewise
-    std::function<void()> onSheetWish; // the Pattern Sheet, shown or put away
+    std::function<void()> onMapWish;          // the Song Map, likewise
+    std::function<void()> onSheetWish;        // the Pattern Sheet, shown or put away
+    std::function<QStringList()> recentFiles; // whole paths, the latest first
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -48,6 +50,7 @@ class MainWindow final : public QMainWindow {
     void buildMenus();
     void addZoomMenu(QMenu* menu);
     void addWindows(QMenu* menu);
+    void addRecent(QMenu* menu);
 
     PanelWidget* panel_;
     QWidget* stage_;

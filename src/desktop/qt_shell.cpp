@@ -97,6 +97,7 @@ QtShell::QtShell() {
     window_->onCloseWish = [this] { closeWish(); };
     window_->onSheetWish = [this] { toggleSheet(); };
     window_->onMapWish = [this] { toggleMap(); };
+    window_->recentFiles = [this] { return memory_.recentFiles(); };
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             [this] { settle(); });
 }
@@ -240,6 +241,10 @@ void QtShell::beep() {
     QApplication::beep();
 }
 
+void QtShell::noteRecentFile(const std::string& fileName, bool there) {
+    memory_.noteRecentFile(QFileInfo(text(fileName)).absoluteFilePath(), there);
+}
+
 void QtShell::showSplash() {
     const FdPump::Rest rest; // whatever comes meanwhile waits for a program that is whole
     splash_ = std::make_unique<AboutWindow>(window_.get(), true);
@@ -283,18 +288,24 @@ BoxAnswer QtShell::messageBox(const std::string& message, BoxIcon icon, BoxButto
 
 std::string QtShell::fileDialog(const FileDialog& asked) {
     const ArrowWhile arrow(hourglass_);
-    const QFileInfo proposed(text(asked.fileName));
-    QFileDialog dialog(front(), text(asked.title), proposed.path(), nativeFilter(asked.filter));
+    const QString told = text(asked.fileName);
+    const QString extension = '.' + text(asked.defaultExtension);
+    const bool whole = told.isEmpty() || extension.size() == 1 || told.endsWith(extension);
+    const QFileInfo proposed(whole ? told : told + extension);
+    const bool placed = told.contains('/'); // else it belongs where the last file was
+    const QString folder = placed || memory_.lastFolder().isEmpty() ? proposed.path() : memory_.lastFolder();
+    QFileDialog dialog(front(), text(asked.title), folder, nativeFilter(asked.filter));
     dialog.setAcceptMode(asked.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(asked.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // the command itself asks
-    if (asked.save) dialog.selectFile(proposed.fileName());
+    if (asked.save || proposed.exists()) dialog.selectFile(proposed.fileName());
     // Where the desktop has no dialog of its own, Qt's is shown with room for sizes and dates.
     dialog.resize(kFileDialogSize);
     if (auto* list = dialog.findChild<QTreeView*>())
         list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     const QString name = dialog.selectedFiles().constFirst();
+    memory_.noteFolder(QFileInfo(name).absolutePath());
     const bool bare = asked.save && !asked.defaultExtension.empty() && QFileInfo(name).suffix().isEmpty();
     return (bare ? name + '.' + text(asked.defaultExtension) : name).toStdString();
 }

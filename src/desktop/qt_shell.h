@@ -61,6 +61,7 @@ class QtShell final : public QObject, public AppShell {
     void showMenu(Menu menu, const MenuState& state) override;
     void showPanel(bool visible) override;
     void beep() override;
+    void noteRecentFile(const std::string& fileName, bool there) override;
     BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) override;
     std::string fileDialog(const FileDialog& dialog) override;
     void runModal(Form& form) override;

@@ -64,7 +64,9 @@ void saveAs(const std::string& name) {
     shell().letPaintRun();
     const bool saved = saveProjectFile(name);
     shell().showPointer(Pointer::normal);
-    if (saved) nameProject(name);
+    if (!saved) return;
+    nameProject(name);
+    shell().noteRecentFile(name, true);
 }
 
 void saveProject(bool underNewName) {

@@ -12,12 +12,32 @@
 
 namespace marlune {
 
+namespace {
+
+// Takes a file by the user's wish.
+void openNamed(const std::string& name) {
+    OpenOnLoad(name);
+    if (!editingState->saveAsks) shell().noteRecentFile(name, true);
+}
+
+} // namespace
+
 void mnuFileOpenPatt_Click() {
     releaseCtrl();
     if (wannaSaveYourWorkCancel()) return;
     dlgCommonDialog.fileName = withoutExtension(editingState->projectFileName);
     const std::string name = askProjectName(false);
-    if (!name.empty()) OpenOnLoad(name);
+    if (!name.empty()) openNamed(name);
+}
+
+void openRecent(const std::string& fileName) {
+    releaseCtrl();
+    if (!FileExists(fileName)) {
+        shell().noteRecentFile(fileName, false);
+        shell().messageBox(fileName + "\nis no longer there.", BoxIcon::exclamation, BoxButtons::ok);
+    } else if (!wannaSaveYourWorkCancel()) {
+        openNamed(fileName);
+    }
 }
 
 void OpenOnLoad(const std::string& fileName) {

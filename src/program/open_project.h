@@ -9,7 +9,10 @@ namespace marlune {
 // the same; the first save over such a file asks.
 void mnuFileOpenPatt_Click();
 
-// Opens a file by name, as the command line and the list of recent files do.
+// Opens a file by name, as the command line does.
 void OpenOnLoad(const std::string& fileName);
+
+// Asks for unsaved work, then opens one of the recent files; says so where it is gone.
+void openRecent(const std::string& fileName);
 
 } // namespace marlune

@@ -17,6 +17,7 @@
 #include "program/starter.h"
 #include "project/clipboard_state.h"
 #include "project/global_config.h"
+#include "project/run_state.h"
 #include "project/song_track.h"
 #include "setup/config_file.h"
 #include "setup/memorizer.h"
@@ -124,10 +125,12 @@ bool startupMain(const std::string& commandLine, const StartupHooks& hooks) {
     forgetUnsavedChanges();
     startRecovery(hooks.recoveryFolder);
     if (offerRecovery()) return true;
-    if (FileExists(commandLine))
+    if (FileExists(commandLine)) {
         OpenOnLoad(commandLine);
-    else if (helped)
+        if (!editingState->saveAsks) shell().noteRecentFile(commandLine, true);
+    } else if (helped) {
         offerDemo();
+    }
     return true;
 }
 

@@ -45,6 +45,9 @@ void Form_KeyUp(int code, int /*shift*/) {
 void panelFocusLost() {
     report("focusLost");
 }
+void recentFileChosen(const std::string& fileName) {
+    report("recent:" + fileName);
+}
 void menuClicked(Menu menu) {
     for (const MenuRow& row : menuRows())
         if (row.id == menu) report(row.name);

@@ -5,7 +5,10 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -157,6 +160,31 @@ TEST_F(ShellTest, AMessageBoxReturnsTheButton) {
     EXPECT_EQ(answer(QMessageBox::No, BoxButtons::yesNoCancel), BoxAnswer::no);
     EXPECT_EQ(answer(QMessageBox::Cancel, BoxButtons::okCancel), BoxAnswer::cancel);
     EXPECT_EQ(answer(QMessageBox::Ok, BoxButtons::ok), BoxAnswer::ok);
+}
+
+TEST_F(ShellTest, AFileDialogProposesTheToldNameWhereTheLastFileWas) {
+    const QTemporaryDir folder;
+    shell->setWindowFile(folder.filePath("windows.cfg"));
+    const auto ask = [&](bool save, const char* told, const QString& typed) {
+        QTimer::singleShot(0, [&, typed] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            auto* edit = dialog->findChild<QLineEdit*>();
+            log = edit->text().toStdString() + " in " + dialog->directory().dirName().toStdString();
+            if (!typed.isEmpty()) edit->setText(typed);
+            QMetaObject::invokeMethod(dialog, "accept");
+            if (dialog->isVisible()) dialog->reject(); // that was no answer
+        });
+        return shell->fileDialog({save, "", told, "Marlune (*.mlp)|*.mlp", "mlp"});
+    };
+    const std::string place = QFileInfo(folder.path()).fileName().toStdString();
+    EXPECT_EQ(ask(true, "untitled", folder.filePath("one")), folder.filePath("one.mlp").toStdString());
+    EXPECT_EQ(log.substr(0, 12), "untitled.mlp");
+    ASSERT_TRUE(QFile(folder.filePath("one.mlp")).open(QIODevice::WriteOnly));
+    EXPECT_EQ(ask(false, "one", ""), "");
+    EXPECT_EQ(log, " in " + place);
+    const QString told = folder.filePath("one");
+    EXPECT_EQ(ask(false, told.toStdString().c_str(), ""), folder.filePath("one.mlp").toStdString());
+    EXPECT_EQ(log, "one.mlp in " + place);
 }
 
 TEST_F(ShellTest, NothingButPaintingGetsThroughWhereDataIsNotWhole) {

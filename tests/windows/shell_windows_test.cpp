@@ -1,5 +1,7 @@
 // The windows beside the panel within the shell: opened by keys, kept up to date without being told.
+#include <QApplication>
 #include <QEventLoop>
+#include <QMenu>
 #include <QTimer>
 
 #include "desktop/main_window.h"
@@ -49,6 +51,43 @@ TEST_F(ShellWindows, F4ShowsTheMapWhoseKeysAreItsOwn) {
     EXPECT_EQ(laneClipboard->lanes[0]->bars.size(), 4U);
     QTest::keyClick(&shell.map(), Qt::Key_F4);
     EXPECT_FALSE(shell.map().isVisible());
+}
+
+TEST_F(ShellWindows, RecentFilesAreKeptAndOpenedUnlessTheyAreGone) {
+    setAppShell(&shell);
+    const auto menuOf = [](QtShell& of) {
+        QMenu* menu = nullptr;
+        for (QMenu* each : of.window().findChildren<QMenu*>())
+            if (each->title() == "Open &Recent") menu = each;
+        emit menu->aboutToShow();
+        return menu;
+    };
+    const auto listed = [&](QtShell& of) {
+        std::string names;
+        for (const QAction* action : menuOf(of)->actions())
+            names += action->text().left(9).toStdString() + " ";
+        return names;
+    };
+    EXPECT_EQ(listed(shell), "None yet ");
+    for (const int i : {0, 1, 2, 3, 4, 5, 6, 7, 8, 2}) {
+        project.tempo = 100 + i;
+        const std::string name = folder.file("&" + std::to_string(i) + ".mlp");
+        nameProject(name);
+        menuClicked(Menu::mnuFileSavePatt);
+    }
+    EXPECT_EQ(listed(shell),
+              "&1  &&2.m &2  &&8.m &3  &&7.m &4  &&6.m &5  &&5.m &6  &&4.m &7  &&3.m &8  &&1.m ");
+    menuOf(shell)->actions().at(2)->trigger();
+    EXPECT_EQ(project.tempo, 107);
+    QtShell next;
+    next.setWindowFile(QString::fromStdString(folder.file("windows.cfg")));
+    EXPECT_EQ(listed(next), listed(shell));
+    std::filesystem::remove(folder.file("&8.mlp"));
+    QTimer::singleShot(20, [] { QApplication::activeModalWidget()->close(); });
+    menuOf(shell)->actions().at(2)->trigger();
+    EXPECT_EQ(project.tempo, 107);
+    EXPECT_EQ(listed(shell), "&1  &&7.m &2  &&2.m &3  &&6.m &4  &&5.m &5  &&4.m &6  &&3.m &7  &&1.m ");
+    setAppShell(&program.shell);
 }
 
 TEST_F(ShellWindows, WhateverChangesIsShownWhenTheProgramComesToRest) {
