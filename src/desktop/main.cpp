@@ -1,8 +1,10 @@
 // Marlune 200Q: the instrument in a window. Everything is put together here.
 #include <sys/eventfd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include <QApplication>
 #include <QDateTime>
@@ -128,6 +130,8 @@ void endByExit() {
     endUnasked();
 }
 
+pid_t mainProcess = 0; // until the program has ended
+
 int run(int argc, char** argv) {
     const Signals terminations;
     QApplication app(argc, argv);
@@ -168,6 +172,7 @@ int run(int argc, char** argv) {
     hooks.randomSeed = static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch());
     hooks.recoveryFolder = stateFolder() + "/recovery";
     std::atexit(endByExit);
+    mainProcess = ::getpid();
     QTimer recovery;
     QObject::connect(&recovery, &QTimer::timeout, tendRecovery);
     QObject::connect(&app, &QGuiApplication::commitDataRequest, keepRecovery);
@@ -179,6 +184,15 @@ int run(int argc, char** argv) {
 } // namespace
 
 } // namespace marlune
+
+// Parts of the toolkit leave by this when their display is lost, past everything that would tidy up. Stands
+// before the C library's, for this process alone and not for its children.
+extern "C" [[noreturn]] void _exit(int status) {
+    if (std::exchange(marlune::mainProcess, 0) == ::getpid() && ::gettid() == ::getpid())
+        marlune::endByExit();
+    ::syscall(SYS_exit_group, status);
+    __builtin_unreachable();
+}
 
 int main(int argc, char** argv) {
     return marlune::run(argc, argv);

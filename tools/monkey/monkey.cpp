@@ -467,7 +467,7 @@ void Monkey::type(QWindow* at, const QString& text) {
     tap(at, Qt::Key_A, Qt::ControlModifier);
     for (const QChar letter : text)
         if (window)
-            tap(at, letter.toUpper().unicode() < 0x80 ? letter.toUpper().unicode() : Qt::Key_unknown, {},
+            tap(at, letter.unicode() < 0x80 ? int{letter.toUpper().unicode()} : int{Qt::Key_unknown}, {},
                 letter);
 }
 
