@@ -36,6 +36,7 @@ void Form_KeyDown(int /*code*/, int /*shift*/) {}
 void Form_KeyUp(int /*code*/, int /*shift*/) {}
 void panelFocusLost() {}
 void menuClicked(Menu /*menu*/) {}
+void recentFileChosen(const std::string& /*fileName*/) {}
 } // namespace marlune
 
 namespace {
