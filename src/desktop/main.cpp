@@ -187,7 +187,7 @@ int run(int argc, char** argv) {
 
 // Parts of the toolkit leave by this when their display is lost, past everything that would tidy up. Stands
 // before the C library's, for this process alone and not for its children.
-extern "C" [[noreturn]] void _exit(int status) {
+extern "C" void _exit(int status) {
     if (std::exchange(marlune::mainProcess, 0) == ::getpid() && ::gettid() == ::getpid())
         marlune::endByExit();
     ::syscall(SYS_exit_group, status);
