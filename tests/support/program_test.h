@@ -45,6 +45,7 @@
 #include "song/mode_switch.h"
 #include "song/selection.h"
 #include "song/song_moves.h"
+#include "support/kept_text.h"
 #include "support/session.h"
 #include "support/test_program.h"
 #include "transport/navigation.h"
@@ -70,20 +71,26 @@ struct SongModeTest : ProgramTest {
     SongModeTest() { Check1_Click(); }
 };
 
-// The transcript is what doing it brings.
-inline void expectSession(test::Session& session, const std::string& transcript,
-                          const char* file = __builtin_FILE(), int at = __builtin_LINE()) {
-    const std::string told = session.tell(transcript);
-    if (told == transcript) return;
-    const auto apart = std::mismatch(told.begin(), told.end(), transcript.begin(), transcript.end()).first;
-    const auto line = std::count(told.begin(), apart, '\n');
-    ADD_FAILURE_AT(file, at) << "from line " << line << " of the transcript on; it is now\n"
-                             << told << "\n(end)";
+// The text is what the folder's sessions.txt keeps for the test that runs, or for that part of it.
+inline void expectKept(const std::string& found, const std::string& part = "",
+                       const char* file = __builtin_FILE(), int at = __builtin_LINE()) {
+    const testing::TestInfo& running = *testing::UnitTest::GetInstance()->current_test_info();
+    const std::string name = std::string(running.test_suite_name()) + "." + running.name() + part;
+    const std::string apart = test::apartFromKept(MARLUNE_KEPT_TEXTS, name, found);
+    if (!apart.empty()) ADD_FAILURE_AT(file, at) << apart;
 }
-inline void expectSession(TestProgram& program, const std::string& transcript,
-                          const char* file = __builtin_FILE(), int at = __builtin_LINE()) {
+
+// The transcript kept for the test is what doing it brings.
+inline void expectSession(test::Session& session, const char* file = __builtin_FILE(),
+                          int at = __builtin_LINE()) {
+    const testing::TestInfo& running = *testing::UnitTest::GetInstance()->current_test_info();
+    const std::string name = std::string(running.test_suite_name()) + "." + running.name();
+    expectKept(session.tell(test::keptText(MARLUNE_KEPT_TEXTS, name)), "", file, at);
+}
+inline void expectSession(TestProgram& program, const char* file = __builtin_FILE(),
+                          int at = __builtin_LINE()) {
     test::Session session(program);
-    expectSession(session, transcript, file, at);
+    expectSession(session, file, at);
 }
 
 } // namespace marlune

@@ -285,6 +285,10 @@ std::string Session::tell(const std::string& transcript) {
     std::string text;
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("   ")) continue; // the rest of a long line
+        if (line.starts_with("# ")) {
+            text += line + "\n";
+            continue;
+        }
         line.erase(std::min(line.find(':'), line.size()));
         if (line.empty()) {
             text += "\n";

@@ -20,9 +20,9 @@ namespace marlune::test {
 //
 // A transcript has a line for each, or for several with ";" between: "what is done: calls | shown | said |
 // changed", without the parts that are empty; a whole pattern told is one entry, long lines go on indented,
-// and a line with "- " before it is done without being told of. Where nothing is held or plays the
-// component's copy has to be that of the record and the panel what a full refresh would show; else the
-// difference ends the line.
+// a line with "- " before it is done without being told of, and one with "# " is a remark. Where nothing is
+// held or plays the component's copy has to be that of the record and the panel what a full refresh would
+// show; else the difference ends the line.
 class Session {
   public:
     explicit Session(TestProgram& program);
