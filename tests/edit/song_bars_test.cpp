@@ -70,7 +70,7 @@ TEST_F(SongBars, FillingIsHeardFromTheNextStepOn) {
     program.play(5);
     program.calls();
     fillBars(1, {2, 1}, {7, 2}); // the bar that plays
-    EXPECT_EQ(program.calls(), "song(37 D7>D7@5 C8>A5@5 A5>A6@5)");
+    EXPECT_EQ(program.calls(), "song(37#5 D7>D7@5 C8>A5@5 A5>A6@5)");
     program.play(1);
     EXPECT_EQ(selectionOf(project, 1).currPatt, 7);
     EXPECT_EQ(program.copyDifference(), "");

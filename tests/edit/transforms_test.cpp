@@ -4,9 +4,7 @@ namespace marlune {
 namespace {
 
 using Transforms = ProgramTest;
-using PatchSteps = ProgramTest;
 using Randomizers = ProgramTest;
-using SongRandomizer = SongModeTest;
 
 TEST_F(Transforms, TransposeMovesThePitchByOneUntilItsEnds) {
     for (int note = 0; note <= 12; ++note) {
@@ -25,64 +23,6 @@ TEST_F(Transforms, TransposeMovesThePitchByOneUntilItsEnds) {
             }
         }
     }
-}
-
-TEST_F(Transforms, TransposeTellsTheComponentOfCarriedOctaves) {
-    test::setBassSteps(0, "C C_ C^ C'");
-    program.calls();
-    transposePatt(0, -1);
-    const std::string calls = program.calls();
-    EXPECT_TRUE(
-        calls.starts_with("Set103Down32(0,0,0,0,-1) Set103Note32(0,0,0,0,11) Set103Note32(0,0,0,1,0) "
-                          "Set103Up32(0,0,0,2,0) Set103Down32(0,0,0,2,0) Set103Note32(0,0,0,2,11) "
-                          "Set103Note32(0,0,0,3,11)"))
-        << calls;
-    EXPECT_EQ(program.copyDifference(), "");
-    setEditSel(2);
-    project.drum.selDrum = 3;
-    project.drum.patterns[0][0].drumNote[3] = 127;
-    mnuEditTransposeUp_Click();
-    mnuEditTransposeDown_Click();
-    EXPECT_EQ(shownText(Control::Offset109, 3), "126");
-    project.drum.selDrum = 7;
-    mnuEditTransposeDown_Click();
-    EXPECT_EQ(project.drum.patterns[0][0].drumNote[7], 0);
-    EXPECT_EQ(program.copyDifference(), "");
-}
-
-TEST_F(Transforms, RotationComesRoundAfterSixteenAndLeavesTheLoop) {
-    test::setBassSteps(0, "C D! E^ F_ - G");
-    project.bass[0].patterns[0][0].loopEnd = 3;
-    project.drum.patterns[0][0].drumOn[15][2] = 255;
-    const ProjectRecord before = project;
-    mnuEditMoveRight_Click();
-    EXPECT_EQ(project.bass[0].patterns[0][0].steps[1].note, 0);
-    EXPECT_EQ(project.bass[0].patterns[0][0].steps[3].note, 4);
-    setEditSel(2);
-    mnuEditMoveRight_Click();
-    EXPECT_EQ(project.drum.patterns[0][0].drumOn[0][2], 255);
-    for (int i = 0; i < 15; ++i) mnuEditMoveRight_Click();
-    setEditSel(0);
-    mnuEditMoveLeft_Click();
-    EXPECT_EQ(std::memcmp(&project.bass, &before.bass, sizeof before.bass), 0);
-    EXPECT_EQ(std::memcmp(&project.drum.patterns, &before.drum.patterns, sizeof before.drum.patterns), 0);
-    EXPECT_EQ(program.copyDifference(), "");
-}
-
-TEST_F(PatchSteps, GuardTheirModesDifferently) {
-    mnuPatchDec_Click();
-    EXPECT_EQ(currentBass(0).patch, -1);
-    mnuPatchInc_Click();
-    EXPECT_EQ(shownText(Control::PatchID, 0), "0");
-    currentBass(0).patch = 127;
-    mnuPatchInc_Click();
-    EXPECT_EQ(currentBass(0).patch, 127);
-    Check1_Click();
-    currentBass(0).patch = 5;
-    mnuPatchDec_Click();
-    EXPECT_EQ(currentBass(0).patch, 5);
-    mnuPatchInc_Click();
-    EXPECT_EQ(currentBass(0).patch, 6);
 }
 
 // Chi-square of counts against expected shares; the bound is that of p = 0.001 for so many degrees of
@@ -141,38 +81,6 @@ TEST_F(Randomizers, TouchTheirAspectOnly) {
     project.drum.selDrum = 7;
     mnuToolsRNotes_Click(); // also on row 7
     EXPECT_EQ(program.copyDifference(), "");
-}
-
-TEST_F(SongRandomizer, FillsTheChosenModulesFromTheBar) {
-    songPosition.write().songTick = 16 * 997 + 3;
-    const auto enter = [](const char* count) {
-        return [count](Form&) {
-            EXPECT_EQ(songRandomizer.Text1.text, "4");
-            EXPECT_EQ(songRandomizer.Label2.text, "[ Starting at Bar:998  ]");
-            songRandomizer.Text1.text = count;
-            songRandomizer.Check1[1].checked = true;
-            songRandomizer.Command1_Click();
-        };
-    };
-    editingState.write().projectDirty = false;
-    program.shell.modal = {enter("x"), enter("999")};
-    mnuToolsSongRandom_Click();
-    EXPECT_EQ(program.shell.boxes.back(), "Enter the number of Bars to randomize (1 to 1000)");
-    EXPECT_FALSE(editingState->projectDirty);
-    int changed[kModules] = {};
-    for (int round = 0; round < 20; ++round) {
-        program.shell.modal = {enter("999")};
-        mnuToolsSongRandom_Click();
-        for (int m = 0; m < kModules; ++m) changed[m] += barPatt(m, 15999) + barBank(m, 15999);
-        ASSERT_LT(barPatt(0, 15999), 8);
-        ASSERT_LT(barBank(0, 15999), 4);
-    }
-    EXPECT_GT(changed[0], 0);
-    EXPECT_GT(changed[1], 0);
-    EXPECT_EQ(changed[2], 0);
-    EXPECT_EQ(barPatt(0, 16 * 996), 0);
-    EXPECT_EQ(project.bass[0].currPatt,
-              barPatt(0, songPosition->songTick)); // taken up at the present position
 }
 
 } // namespace

@@ -7,46 +7,8 @@
 namespace marlune {
 namespace {
 
-using RemoteNotes = ProgramTest;
-using RemoteKnobs = ProgramTest;
 using InputQueue = ProgramTest;
 using Memorizer = ProgramTest;
-
-TEST_F(RemoteNotes, OverlappingBasesAndSharedChannelsTakeTheFirstMatch) {
-    config.selectBase = 45; // keys 45..57 overlap steps 36..51
-    program.midi(0x90, 47, 100);
-    EXPECT_EQ(project.bass[0].selStep, 11);
-    program.midi(0x90, 53, 100);
-    EXPECT_EQ(project.bass[0].patterns[0][0].steps[11].note, 8);
-    config.moduleChannel = {3, 3, 3};
-    openMidiDevices();
-    program.midi(0x93, 40, 100);
-    EXPECT_EQ(project.drum.patterns[0][0].drumOn[4][0], 255); // 109 before 103A
-    config.moduleChannel[2] = 9;
-    program.midi(0x93, 41, 100);
-    EXPECT_EQ(project.bass[0].selStep, 5);
-    EXPECT_EQ(project.bass[1].selStep, 0);
-}
-
-TEST_F(RemoteKnobs, WhileRunningABurstIsOneCallPerTick) {
-    playButton();
-    program.play(1);
-    program.calls();
-    for (int value = 0; value < 100; ++value) program.midi(0xB0, 13, value);
-    EXPECT_EQ(program.calls(), "");
-    program.play(1);
-    EXPECT_EQ(program.calls(), "PrepareController32(1,99)");
-    playButton();
-    Check1_Click();
-    playButton();
-    program.midi(0xB0, 13, 5); // song playback without recording: blocked and ignored
-    program.midi(0x90, 40, 99);
-    program.play(2);
-    program.midi(0xB0, 13, 5);
-    program.play(2);
-    EXPECT_EQ(project.knobValue[1], 0);
-    EXPECT_EQ(project.bass[0].selStep, 0);
-}
 
 TEST_F(InputQueue, IsThrownAwayWhenTheReaderChanges) {
     for (int i = 0; i < 100; ++i) program.devices.input->received({3, {0xB0, 12, 9}});
@@ -145,68 +107,6 @@ TEST_F(InputQueue, TellsOfAFloodInTheStatusLine) {
     MIDIIn1.setMessageEvents(true);
     MIDIIn1_Message();
     EXPECT_EQ(test::joined(program.shell.passing), "MIDI input is flooded: 808 messages were dropped.");
-}
-
-std::string memorizerState() {
-    const marluneSnapShot& form = memorizer;
-    std::string text = form.currMidiMessageText.text;
-    for (int m = 0; m < kModules; ++m) {
-        text += std::string(" ") + (form.pattMap[m].enabled ? "" : "-") +
-                (form.pattMap[m].checked ? "x" : "o") + form.currMapped[m].text;
-    }
-    return text + (form.StoreButton.enabled ? " store" : "") + (form.EditButton.enabled ? " edit" : "") +
-           (MIDIIn1.isOpen() ? "" : " closed");
-}
-
-TEST_F(Memorizer, GoesThroughItsFourStates) {
-    selPatt(1, 3);
-    bankClick(2, 2);
-    program.shell.modal = {[&](Form&) {
-        EXPECT_TRUE(project.learnMode);
-        EXPECT_EQ(memorizerState(), "NONE -oNONE -oNONE -oNONE");
-        memorizer.Form_KeyDown('1'); // disabled: flips the box, and the click does nothing
-        EXPECT_EQ(memorizer.currMapped[0].text, "NONE");
-        program.midi(0x90, 60, 64);
-        EXPECT_EQ(memorizerState(), "60(1) oNONE oNONE oNONE store");
-        memorizer.Form_KeyDown('2');
-        memorizer.Form_KeyDown('3');
-        EXPECT_EQ(memorizerState(), "60(1) oNONE x1 - 4 x3 - 1 store");
-        memorizer.Form_KeyDown('S');
-        EXPECT_EQ(memorizerState(), "60(1) -oNONE -x1 - 4 -x3 - 1 edit");
-        memorizer.Form_KeyDown('E');
-        EXPECT_EQ(memorizerState(), "NONE oNONE xNONE xNONE store closed");
-        memorizer.Form_KeyDown('2');
-        memorizer.Form_KeyDown('3');
-        memorizer.Form_KeyDown('S'); // no box: the note is unmapped
-        EXPECT_EQ(memorizerState(), "60(1) oNONE oNONE oNONE store");
-        program.midi(0x90, 0, 64); // note 0 is a note
-        memorizer.Form_KeyDown('2');
-        memorizer.Form_KeyDown('S');
-        memorizer.EditButton_Click(); // and closes while editing
-        memorizer.Form_KeyDown(27);
-        EXPECT_FALSE(memorizer.visible());
-    }};
-    mnuToolsLearn_Click();
-    EXPECT_FALSE(project.learnMode);
-    EXPECT_TRUE(MIDIIn1.isOpen());
-    EXPECT_FALSE(project.noteMap[60].mapUsed);
-    EXPECT_TRUE(project.noteMap[0].mapUsed);
-}
-
-TEST_F(Memorizer, OpenedWhilePlayingHearsAtOnceAndLeavesTheInputAsItWas) {
-    playButton();
-    program.play(3);
-    program.shell.modal = {[&](Form&) {
-        program.midi(0x90, 61, 64);
-        EXPECT_EQ(memorizerState(), "61(1) oNONE oNONE oNONE store");
-    }};
-    mnuToolsLearn_Click();
-    EXPECT_FALSE(transportState->transportRunning);
-    EXPECT_TRUE(MIDIIn1.isOpen() && MIDIIn1.MessageEvents);
-    closeMidiDevices();
-    program.shell.modal = {[&](Form&) { memorizer.Form_KeyDown('E'); }}; // without effect: no note is known
-    mnuToolsLearn_Click();
-    EXPECT_FALSE(MIDIIn1.isOpen());
 }
 
 TEST_F(Memorizer, PhrasesSwitchTheirModulesAndLeaveTheOthers) {

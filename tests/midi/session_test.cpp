@@ -8,10 +8,6 @@ namespace {
 
 using MidiSession = ProgramTest;
 
-TEST_F(MidiSession, EveryNoteOfTheMapInPatternMode) {
-    expectSession(program);
-}
-
 TEST_F(MidiSession, PhrasesAndTheOtherStates) {
     config.phraseChannel = 4;
     openMidiDevices();

@@ -6,26 +6,6 @@ namespace {
 
 using PanelSession = ProgramTest;
 
-TEST_F(PanelSession, EveryControlInPatternModeAtRest) {
-    test::setBassSteps(1, "C D! E^ F_ G -");
-    project.bass[1].patterns[0][0].loopEnd = 6;
-    project.bass[1].patterns[0][0].patch = 20;
-    pushPatternToEngine(1, 0, 0);
-    refreshAll();
-    selPatt(0, 5);
-    bankClick(0, 2);
-    bankClick(2, 3);
-    program.calls();
-    program.shown();
-    forgetUnsavedChanges();
-    expectSession(program);
-}
-
-TEST_F(PanelSession, EveryControlInSongModeAtRest) {
-    knobTrack[7].fill(20);
-    expectSession(program);
-}
-
 TEST_F(PanelSession, AFullRefreshShowsAllThatFollowsFromTheData) {
     test::Session session(program);
     session.verbs["anew"] = [](int, int, int) {
@@ -44,10 +24,6 @@ TEST_F(PanelSession, AFullRefreshShowsAllThatFollowsFromTheData) {
     songPosition.write().songTick = 18;
     songPosition.write().moduleStep = {4, 5, 6};
     expectSession(session);
-}
-
-TEST_F(PanelSession, WhilePlaying) {
-    expectSession(program);
 }
 
 } // namespace

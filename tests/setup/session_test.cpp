@@ -82,56 +82,5 @@ TEST_F(SetupSession, DeviceDialogAndLabels) {
     EXPECT_EQ(open(), " 1 2 10, 1,, 9 15,");
 }
 
-TEST_F(SetupSession, Memorizer) {
-    config.phraseChannel = 4;
-    openMidiDevices();
-    test::Session session(program);
-    session.verbs["map"] = [&](int note, int, int) {
-        const NoteMapEntry& entry = project.noteMap[note];
-        program.shell.passing.push_back(entry.mapUsed ? "used" : "free");
-        for (int m = 0; m < kModules; ++m)
-            program.shell.passing.push_back(std::to_string(entry.mapBank[m]) + "/" +
-                                            std::to_string(entry.mapPatt[m]));
-    };
-    std::string states;
-    const auto state = [&states] {
-        std::string text = memorizer.currMidiMessageText.text;
-        for (int m = 0; m < kModules; ++m)
-            text += std::string(memorizer.pattMap[m].checked ? " [x]" : " [ ]") +
-                    (memorizer.pattMap[m].enabled ? "" : "off") + memorizer.currMapped[m].text;
-        states += text + (memorizer.StoreButton.enabled ? " store" : "") +
-                  (memorizer.EditButton.enabled ? " edit" : "") + (MIDIIn1.isOpen() ? "" : " rests") + "\n";
-    };
-    selPatt(1, 4);
-    bankClick(2, 3);
-    program.shell.modal = {[&](Form& form) {
-        state();
-        program.midi(0x95, 50, 100); // another channel
-        state();
-        for (const unsigned char key : {'1', 'S', 'E'}) form.Form_KeyDown(key);
-        state();
-        program.midi(0x94, 50, 100);
-        state();
-        for (const unsigned char key : {'2', '3', '3', '2', '2'}) form.Form_KeyDown(key);
-        state();
-        form.Form_KeyDown('S');
-        state();
-        form.Form_KeyDown('1');
-        program.midi(0x94, 51, 100);
-        state();
-        program.midi(0x94, 50, 100);
-        form.Form_KeyDown('E');
-        state();
-        program.midi(0x94, 51, 100);
-        for (const unsigned char key : {'3', 'S'}) form.Form_KeyDown(key);
-        state();
-        for (const int key : {27, int{'L'}, int{'l'}, 13, int{'X'}})
-            states += form.Form_KeyDown(key) ? "t" : "-";
-    }};
-    session.tell("- click startStopButton 0");
-    expectSession(session);
-    expectKept(states, " in the dialog");
-}
-
 } // namespace
 } // namespace marlune

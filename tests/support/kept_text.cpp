@@ -40,4 +40,14 @@ std::string apartFromKept(const std::string& file, const std::string& section, s
            " in " + file + " on; it is now\n== " + section + " ==\n" + found + "\n";
 }
 
+std::vector<std::string> keptSessions(const std::string& file) {
+    std::ifstream lines(file);
+    std::vector<std::string> names;
+    for (std::string line; std::getline(lines, line);) {
+        const bool plain = line.starts_with("== ") && line.find('.') == std::string::npos;
+        if (plain) names.push_back(line.substr(3, line.size() - 6));
+    }
+    return names;
+}
+
 } // namespace marlune::test

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace marlune::test {
 
@@ -13,5 +14,9 @@ std::string keptText(const std::string& file, const std::string& section);
 // environment names a folder in MARLUNE_FOUND, the text is written there too, into a file of the section's
 // name, from where tools/take_texts puts it into the tree.
 std::string apartFromKept(const std::string& file, const std::string& section, std::string found);
+
+// The names of the sections that are whole sessions of a freshly started program: not "Suite.Test", but plain
+// words.
+std::vector<std::string> keptSessions(const std::string& file);
 
 } // namespace marlune::test

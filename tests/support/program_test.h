@@ -93,4 +93,31 @@ inline void expectSession(TestProgram& program, const char* file = __builtin_FIL
     expectSession(session, file, at);
 }
 
+// Each section of the folder's sessions.txt that has a name in plain words is a test, "Session.InPlainWords".
+class KeptSession final : public ProgramTest {
+  public:
+    explicit KeptSession(std::string name) : name_(std::move(name)) {}
+    void TestBody() override {
+        std::filesystem::current_path(folder.path); // so that names of files are short
+        const std::string told = test::Session(program).tell(test::keptText(MARLUNE_KEPT_TEXTS, name_));
+        const std::string apart = test::apartFromKept(MARLUNE_KEPT_TEXTS, name_, told);
+        std::filesystem::current_path("/");
+        if (!apart.empty()) ADD_FAILURE() << apart;
+    }
+
+  private:
+    std::string name_;
+};
+inline const bool keptSessionsAreTests = [] {
+    for (const std::string& name : test::keptSessions(MARLUNE_KEPT_TEXTS)) {
+        std::string words;
+        for (std::size_t i = 0; i < name.size(); ++i)
+            if (std::isalnum(name[i]) != 0)
+                words += i == 0 || name[i - 1] == ' ' ? static_cast<char>(std::toupper(name[i])) : name[i];
+        testing::RegisterTest("Session", words.c_str(), nullptr, nullptr, __FILE__, __LINE__,
+                              [name]() -> ProgramTest* { return new KeptSession(name); });
+    }
+    return true;
+}();
+
 } // namespace marlune

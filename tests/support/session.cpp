@@ -12,10 +12,13 @@
 #include "boundary/limits.h"
 #include "boundary/menus.h"
 #include "edit/undo_history.h"
+#include "midi/midi_input.h"
 #include "panel/editing.h"
 #include "panel/refresh.h"
+#include "project/pattern_push.h"
 #include "project/run_state.h"
 #include "song/mode_switch.h"
+#include "song/song_place.h"
 #include "support/session_text.h"
 
 namespace marlune::test {
@@ -98,6 +101,9 @@ Session::Look Session::look() const {
              {"edit", editingState->editSel},
              {"ctrl", editingState->ctrlDown},
              {"undo", undoSteps()},
+             {"input", !MIDIIn1.isOpen()       ? 0
+                       : MIDIIn1.MessageEvents ? 1
+                                               : 2},
              {"changed", editingState->projectDirty}},
             program_.shell.status,
             program_.shell.title};
@@ -110,6 +116,16 @@ void Session::useDialog(Form& form, const std::string& actions) {
     std::istringstream words(actions);
     for (std::string word; words >> word;) {
         std::ranges::replace(word, '_', ' ');
+        unsigned status = 0, data1 = 0, data2 = 0;
+        if (std::sscanf(word.c_str(), "m%x.%x.%x", &status, &data1, &data2) == 3)
+            program_.midi(static_cast<int>(status), static_cast<int>(data1), static_cast<int>(data2));
+        if (word == "timer") form.Form_Timer();
+        if (word == "look") {
+            DialogText now;
+            form.describe(now);
+            dialogs_ += " |" + now.text + (MIDIIn1.isOpen() ? "" : " (input rests)");
+        }
+        if (word.find_first_of("0123456789") == std::string::npos || word[0] == 'm') continue;
         const bool letter = std::isalpha(word[0]) != 0;
         const auto number = static_cast<std::size_t>(std::stoi(word.substr(letter ? 1 : 0)));
         const std::string value = word.substr(std::min(word.find('=') + 1, word.size()));
@@ -117,11 +133,79 @@ void Session::useDialog(Form& form, const std::string& actions) {
         if (word[0] == 'l') controls.lists.at(number)->selected = std::stoi(value);
         if (word[0] == 'f' && controls.focuses.at(number)) controls.focuses.at(number)();
         if (word[0] == 'b') controls.presses.at(number)();
-        if (word[0] == 'k') form.Form_KeyDown(static_cast<int>(number));
+        if (word[0] == 'k' && !form.Form_KeyDown(static_cast<int>(number))) dialogs_ += " unused " + word;
         if (word[0] != 'c') continue;
         controls.checks.at(number)->checked = !controls.checks.at(number)->checked;
         if (controls.clicks.at(number)) controls.clicks.at(number)();
     }
+}
+
+// What was there before, and what answers and comes later.
+bool Session::prepare(const std::string& verb, std::istringstream& words) {
+    std::string name, rest;
+    int at = 0, last = 0, value = 0;
+    const auto place = [&name] { return Selected{name.at(0) - 'A', name.at(1) - '1'}; };
+    if (verb == "after" && words >> at && std::getline(words >> std::ws, rest)) {
+        program_.shell.after(at, [this, rest] { act(rest); });
+    } else if (verb == "repeat" && words >> at && std::getline(words >> std::ws, rest)) {
+        for (; at > 0; --at) act(rest);
+    } else if (verb == "cell" && words >> at >> last >> value) {
+        currentDrum().drumOn[at - 1][last] = static_cast<std::uint8_t>(value);
+        pushPatternToEngine(kDrumModule, project.drum.currBank, project.drum.currPatt);
+        refresh109Patt(project.drum.selDrum);
+    } else if (verb == "bar" && words >> at >> value >> name) {
+        setBar(at, (value - 1) * kTicksPerBar, place().bank, place().patt);
+    } else if (verb == "curve" && words >> at >> value >> last) {
+        const int length = last + 1 - value;
+        for (int v = 0; words >> v; value += length, last += length)
+            std::fill(knobTrack[at].begin() + value - 1, knobTrack[at].begin() + last,
+                      static_cast<std::uint8_t>(v));
+    } else if (verb == "bass" && words >> at && std::getline(words, rest)) {
+        setBassSteps(at, rest);
+        refreshAll();
+    } else if (verb == "loop" && words >> at >> name >> value) {
+        if (at == kDrumModule)
+            project.drum.patterns[place().bank][place().patt].loopEnd = value - 1;
+        else
+            project.bass[at].patterns[place().bank][place().patt].loopEnd = value - 1;
+        pushPatternToEngine(at, place().bank, place().patt);
+        refreshAll();
+    } else if (verb == "to" && words >> at) {
+        placeSong(at - 1);
+    } else if (verb == "answer" && words >> name) {
+        program_.shell.answers.push_back(name == "yes"  ? BoxAnswer::yes
+                                         : name == "no" ? BoxAnswer::no
+                                         : name == "ok" ? BoxAnswer::ok
+                                                        : BoxAnswer::cancel);
+    } else if (verb == "file" && words >> name) {
+        program_.shell.fileNames.push_back(name);
+    } else if (verb == "cost" && words >> at) {
+        program_.view.costMs = at;
+    } else if (verb == "focus-lost") {
+        panelFocusLost();
+    } else if (verb == "marks") { // stay from line to line
+        marksAnew = false;
+    } else if (verb == "fine" && words >> name >> at >> value) {
+        for (const auto action : {PointerAction::press, PointerAction::move, PointerAction::release})
+            panelPointer(controlNamed(name), at,
+                         {.action = action,
+                          .y = action == PointerAction::press ? 3000.0 : 3000.0 - value,
+                          .fine = true});
+    } else if (verb == "wait" && words >> at) {
+        TestProgram::advanceClock(at);
+    } else if (verb == "wire") {
+        const std::vector<std::string>& sent = program_.devices.ports[0].sent;
+        for (std::size_t i = 0, end = 0; i < sent.size(); i = end) { // "f8*6" for six clocks
+            end = static_cast<std::size_t>(
+                std::find_if(sent.begin() + static_cast<std::ptrdiff_t>(i), sent.end(),
+                             [&](const std::string& message) { return message != sent[i]; }) -
+                sent.begin());
+            dialogs_ += (i > 0 ? ", " : " ") + sent[i] + (end - i > 1 ? "*" + std::to_string(end - i) : "");
+        }
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void Session::act(const std::string& line) {
@@ -144,6 +228,8 @@ void Session::act(const std::string& line) {
     } else if (verb == "menu") {
         words >> name;
         menuClicked(menuNamed(name));
+    } else if (prepare(verb, words)) {
+        return;
     } else if (const auto own = verbs.find(verb); own != verbs.end()) {
         int c = 0;
         words >> a >> b >> c;
@@ -172,6 +258,8 @@ void Session::act(const std::string& line) {
                                  [control] { panelPointer(control, 0, {.action = PointerAction::release}); });
         if (verb == "press" || verb == "hold") panelPointer(control, verb == "hold" ? 0 : a, {.y = 1.0 * b});
         if (verb == "move") panelPointer(control, a, {.action = PointerAction::move, .y = 1.0 * b});
+        if (verb == "shift")
+            panelPointer(control, a, {.action = PointerAction::move, .y = 1.0 * b, .fine = true});
         if (verb == "release") panelPointer(control, a, {.action = PointerAction::release, .y = 1.0 * b});
         held_ = verb == "press" || (held_ && verb != "release");
     }
@@ -289,6 +377,9 @@ std::string Session::tell(const std::string& transcript) {
             text += line + "\n";
             continue;
         }
+        std::string after; // a script's line may be folded, too
+        while (line.find(':') == std::string::npos && lines.peek() == ' ' && std::getline(lines, after))
+            line += after.substr(3);
         line.erase(std::min(line.find(':'), line.size()));
         if (line.empty()) {
             text += "\n";
@@ -296,6 +387,7 @@ std::string Session::tell(const std::string& transcript) {
         }
         const bool quiet = line.starts_with("- ");
         if (marksAnew) forgetUnsavedChanges();
+        program_.wire();
         last_ = look();
         std::istringstream actions(quiet ? line.substr(2) : line);
         for (std::string action; std::getline(actions, action, ';');)

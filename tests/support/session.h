@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,9 +15,18 @@
 namespace marlune::test {
 
 // Verbs: "key CODE [SHIFT]" (down and up; "down", "up" alone), "click CONTROL INDEX", "double", "enter" (from
-// the keyboard), "press", "move" and "release CONTROL INDEX Y", "drag CONTROL INDEX UP" (twips), "wheel
+// the keyboard), "press", "move", "shift" (a fine move) and "release
+// CONTROL INDEX Y", "drag" or "fine CONTROL INDEX UP" (twips), "wheel
 // CONTROL INDEX STEPS", "hold CONTROL MS", "menu NAME", "midi STATUS DATA DATA" (hex), "play STEPS", "song"
-// (the mode switch), and what `verbs` adds.
+// (the mode switch), and what `verbs` adds. Before and between: "bar MODULE BAR A1", "curve KNOB FIRST LAST
+// VALUE..." (ticks from 1, further values for as long
+// again), "bass MODULE C D!...", "loop MODULE A1
+// STEPS", "to TICK", "answer yes", "file NAME", "marks" (of changes stay from line to line), "wait MS", "cost
+// MS" (of each frame shown), "cell STEP ROW VALUE", "repeat N ACTION", "after MS ACTION" (inside what waits
+// then), and "wire" tells what the line has sent.
+//
+// "dialog ACTION..." is what is done in the next dialog: "3=text", "l0=2" (list), "c0" (check box), "b0"
+// (button), "f7" (focus), "k27" (key), "m90.24.64" (MIDI), "timer", "look" (tells it again).
 //
 // A transcript has a line for each, or for several with ";" between: "what is done: calls | shown | said |
 // changed", without the parts that are empty; a whole pattern told is one entry, long lines go on indented,
@@ -43,6 +53,7 @@ class Session {
     };
     Look look() const;
     void act(const std::string& line);
+    bool prepare(const std::string& verb, std::istringstream& words);
     void useDialog(Form& form, const std::string& actions);
     std::string calls();
     std::string said(const Look& was);

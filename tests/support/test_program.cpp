@@ -39,12 +39,12 @@ std::string joined(std::vector<std::string>& lines) {
 
 // What belongs to a placing is one entry: "song(33 B4>C5@1 A1/A2>A2@0 ...)" tells the tick and for each
 // module what plays, the bar's pattern where that is another, the next one, and the step; "patterns(...)"
-// likewise.
+// likewise; "33#5" where five ticks have been taken since the start.
 bool RecordingComponent::placed(const EngineCall& call) {
     const auto& [first, second, third, fourth, fifth] = call.arguments;
     PlacedModule& module = placing_.modules[first >= 0 && first < kModules ? first : 0];
     switch (call.entry) {
-        case Entry::BeginPlacing32: placing_ = {.open = true}; return true;
+        case Entry::BeginPlacing32: placing_ = {.open = true, .after = first}; return true;
         case Entry::EndPlacing32:
             placing_.open = false;
             calls.push_back(placing_.text());
@@ -70,11 +70,12 @@ bool RecordingComponent::placed(const EngineCall& call) {
 }
 
 std::string RecordingComponent::PlacingText::text() const {
-    if (!modulesPlaced) return "position(" + std::to_string(tick) + ")";
+    const std::string position = std::to_string(tick) + (after > 0 ? "#" + std::to_string(after) : "");
+    if (!modulesPlaced) return "position(" + position + ")";
     const auto digit = [](Selected at) {
         return std::string(1, static_cast<char>('A' + at.bank)) + std::to_string(at.patt + 1);
     };
-    std::string text = (song ? "song(" : "patterns(") + std::to_string(tick);
+    std::string text = (song ? "song(" : "patterns(") + position;
     for (const PlacedModule& m : modules) {
         text += " " + digit(m.playing) + (song && m.bar != m.playing ? "/" + digit(m.bar) : "") + ">" +
                 digit(m.next) + "@" + std::to_string(m.step);

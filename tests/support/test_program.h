@@ -36,7 +36,7 @@ class RecordingComponent final : public EngineComponent {
     };
     struct PlacingText {
         bool open = false, song = false, modulesPlaced = false;
-        int tick = 0;
+        int tick = 0, after = 0;
         std::array<PlacedModule, kModules> modules{};
         std::string text() const;
     };
