@@ -1,3 +1,5 @@
+#include <map>
+
 #include "support/program_test.h"
 
 namespace marlune {
@@ -25,62 +27,90 @@ TEST_F(Transforms, TransposeMovesThePitchByOneUntilItsEnds) {
     }
 }
 
-// Chi-square of counts against expected shares; the bound is that of p = 0.001 for so many degrees of
-// freedom.
-void expectShares(const std::vector<int>& counts, const std::vector<double>& shares, double bound) {
-    double total = 0;
-    for (const int count : counts) total += count;
-    double chi = 0;
-    for (std::size_t i = 0; i < counts.size(); ++i) {
-        const double expected = shares[i] * total;
-        chi += (counts[i] - expected) * (counts[i] - expected) / expected;
-    }
-    EXPECT_LT(chi, bound);
+// Draws that fall evenly: after so many each share has had exactly its part.
+RandomSource evenDraws(int count) {
+    return [count, i = 0]() mutable {
+        return (static_cast<float>(i++ % count) + 0.5F) / static_cast<float>(count);
+    };
 }
 
-TEST_F(Randomizers, HaveTheirDistributions) {
-    setRandomSource(seededRandom(7));
-    std::vector<int> notes(13), rests(2), octaves(3), accents(2);
-    for (int round = 0; round < 500; ++round) {
-        randPitch(0);
-        RandNote(0);
-        randoctave(0);
-        randAccent(0);
-        for (const BassStep& step : currentBass(0).steps) {
-            ++notes[step.note];
-            ++rests[step.noteOn ? 1 : 0];
-            ++octaves[step.up ? 1 : step.down ? 2 : 0];
-            ++accents[step.accent ? 1 : 0];
-            ASSERT_FALSE(step.up && step.down);
+// "name 40 80*11 120" for how often each value came.
+std::string told(const std::string& name, const std::map<int, int>& counts) {
+    std::string text = name;
+    for (auto at = counts.begin(); at != counts.end();) {
+        const auto end =
+            std::find_if(at, counts.end(), [at](const auto& v) { return v.second != at->second; });
+        const auto alike = std::distance(at, end);
+        text += " " + std::to_string(at->first) + ":" + std::to_string(at->second) +
+                (alike > 1 ? "*" + std::to_string(alike) : "");
+        at = end;
+    }
+    return text + "\n";
+}
+
+TEST_F(Randomizers, GiveEachValueItsShareAndTouchNothingElse) {
+    constexpr int kRounds = 195; // of 16 draws
+    std::string text;
+    for (int m = 0; m < kBassModules; ++m) {
+        const BassModule other = project.bass[1 - m];
+        std::map<int, int> counts[4];
+        for (const auto randomize : {randPitch, RandNote, randoctave, randAccent}) {
+            setRandomSource(evenDraws(kRounds * kSteps));
+            for (int round = 0; round < kRounds; ++round) {
+                randomize(m);
+                for (const BassStep& step : currentBass(m).steps) {
+                    if (randomize == randPitch) ++counts[0][step.note];
+                    if (randomize == RandNote) ++counts[1][step.noteOn ? 1 : 0];
+                    if (randomize == randoctave) ++counts[2][(step.up ? 1 : 0) + (step.down ? 2 : 0)];
+                    if (randomize == randAccent) ++counts[3][step.accent ? 1 : 0];
+                }
+            }
         }
+        const char* names[] = {"notes", "rests", "octaves", "accents"};
+        for (int i = 0; i < 4; ++i) text += told(kModuleNames[m] + std::string(" ") + names[i], counts[i]);
+        EXPECT_EQ(std::memcmp(&other, &project.bass[1 - m], sizeof other), 0);
     }
-    // r x 13 rounded, at most 12: half a share for 0, one and a half for 12.
-    std::vector<double> shares(13, 1.0 / 13);
-    shares[0] = 0.5 / 13;
-    shares[12] = 1.5 / 13;
-    expectShares(notes, shares, 32.9);
-    expectShares(rests, {0.5, 0.5}, 10.8);
-    expectShares(accents, {0.5, 0.5}, 10.8);
-    expectShares(octaves, {1.0 / 3, 1.0 / 3, 1.0 / 3}, 13.8);
-    EXPECT_EQ(program.copyDifference(), "");
-}
-
-TEST_F(Randomizers, TouchTheirAspectOnly) {
-    setEditSel(2);
-    project.drum.selDrum = 3;
-    const DrumPattern before = currentDrum();
-    mnuToolsROctave_Click(); // nothing on the drums
-    EXPECT_EQ(std::memcmp(&before, &currentDrum(), sizeof before), 0);
-    mnuToolsRAccents_Click();
-    int accents = 0;
-    for (const auto& row : currentDrum().drumOn) {
-        accents += row[7] != 0 ? 1 : 0;
-        EXPECT_EQ(row[3], 0);
+    for (int row = 0; row < kDrumRows; ++row) {
+        project.drum.selDrum = row;
+        std::map<int, int> notes, hits;
+        for (int round = 0; round < 256; ++round) {
+            if (round == 0) setRandomSource(evenDraws(256));
+            randPitch(kDrumModule);
+            ++notes[currentDrum().drumNote[row]];
+        }
+        for (const auto randomize : {RandNote, randAccent}) {
+            const DrumPattern before = currentDrum();
+            setRandomSource(evenDraws(256));
+            for (int round = 0; round < 16; ++round) {
+                randomize(kDrumModule);
+                for (int s = 0; s < kSteps; ++s)
+                    for (int r = 0; r < kDrumRows; ++r)
+                        hits[r] += currentDrum().drumOn[s][r] != before.drumOn[s][r] ? 1 : 0;
+            }
+        }
+        text += told("row " + std::to_string(row) + " notes", notes) + told("hits", hits);
     }
-    EXPECT_GT(accents, 0);
-    project.drum.selDrum = 7;
-    mnuToolsRNotes_Click(); // also on row 7
     EXPECT_EQ(program.copyDifference(), "");
+    Check1_Click();
+    for (int m = 0; m < kModules; ++m) {
+        std::map<int, int> banks, patts;
+        setRandomSource(evenDraws(1600));
+        program.shell.modal = {[m](Form&) {
+            for (int other = 0; other < kModules; ++other) songRandomizer.Check1[other].checked = other == m;
+            songRandomizer.Text1.text = "800";
+            songRandomizer.Command1_Click();
+        }};
+        clearSongTracks();
+        mnuToolsSongRandom_Click();
+        for (int t = 0; t < kSongTicks; t += kTicksPerBar) {
+            ++banks[barBank(m, t)];
+            ++patts[barPatt(m, t)];
+            for (int other = 0; other < kModules; ++other)
+                if (other != m) ASSERT_EQ(barBank(other, t) + barPatt(other, t), 0);
+        }
+        text += told(kModuleNames[m] + std::string(" banks"), banks) + told("patterns", patts);
+    }
+    expectKept(text);
 }
 
 } // namespace

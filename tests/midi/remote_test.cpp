@@ -97,6 +97,22 @@ TEST_F(InputQueue, MalformedMessagesNeverEnter) {
     EXPECT_EQ(MIDIIn1.MessageCount(), 0);
 }
 
+TEST_F(InputQueue, GivesUpTheOldestNotesWhereNothingElseIsLeft) {
+    MIDIIn1.setMessageEvents(false);
+    constexpr int kRoom = MidiInput::kQueueSize;
+    for (int i = 0; i < 300; ++i)
+        program.devices.input->received(midiBytes(kControlChange, i / 128, i % 128));
+    for (int i = 0; i < kRoom - 100; ++i) program.devices.input->received(noteOn(0, i / 128, i % 128));
+    EXPECT_EQ(MIDIIn1.MessageCount(), kRoom);
+    EXPECT_EQ(MIDIIn1.takeDropped(), 200);
+    EXPECT_EQ(MIDIIn1.oldest().bytes[1] * 128 + MIDIIn1.oldest().bytes[2], 200);
+    while (MIDIIn1.MessageCount() > 0) MIDIIn1.removeOldest();
+    for (int i = 0; i < kRoom + 50; ++i) program.devices.input->received(noteOn(0, i / 128, i % 128));
+    EXPECT_EQ(MIDIIn1.MessageCount(), kRoom);
+    EXPECT_EQ(MIDIIn1.takeDropped(), 50);
+    EXPECT_EQ(MIDIIn1.oldest().bytes[1] * 128 + MIDIIn1.oldest().bytes[2], 50);
+}
+
 TEST_F(InputQueue, TellsOfAFloodInTheStatusLine) {
     MIDIIn1.setMessageEvents(false);
     for (int i = 0; i < 9000; ++i) program.midi(0xB0, 12, 1);

@@ -22,6 +22,28 @@ TEST_F(MidiSession, PhrasesAndTheOtherStates) {
     expectSession(program);
 }
 
+// The channels of which a controller is heard, at rest and while playing.
+TEST_F(MidiSession, ControllersOnEachChannel) {
+    std::string text;
+    for (int control = 0; control < 16; ++control) {
+        config.controlChannel = control;
+        openMidiDevices();
+        for (const bool playing : {false, true}) {
+            if (playing) playButton();
+            text += std::to_string(control) + ":";
+            for (int channel = 0; channel < 16; ++channel) {
+                project.knobValue[0] = 0;
+                program.midi(0xB0 + channel, 12, channel + 1);
+                if (playing) program.play(1);
+                if (project.knobValue[0] != 0) text += " " + std::to_string(channel);
+            }
+            if (playing) playButton();
+        }
+        text += "\n";
+    }
+    expectKept(text);
+}
+
 TEST_F(MidiSession, SingleMessagesKeepWithinTheirBytes) {
     program.calls();
     midiNoteOn(17, 128, 200);
