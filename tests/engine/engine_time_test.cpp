@@ -33,6 +33,9 @@ TEST(EngineTime, ATempoServesOneStartOrChangeAndMillisecondsHoldWithoutIt) {
     EXPECT_EQ(passed(60), 10 * kSixteenthNs / 140);
     SetMarluneTimerInterval32(10, 0); // the tempo was used up
     EXPECT_EQ(passed(3), 30'000'000);
+    SetMarluneTempo32(-5); // none
+    SetMarluneTimerInterval32(20, 0);
+    EXPECT_EQ(passed(4), 80'000'000);
 }
 
 TEST(EngineTime, AHeldStartWaitsAndCountsFromItsRelease) {

@@ -52,6 +52,8 @@ TEST(StepPlaying, AProgramGoesOutOncePerStartWithTheModulesKnobsBehindIt) {
     Set103Patch32(1, 0, 0, 5);
     Set103StoredChan32(1, 7);
     for (int knob = 6; knob < 12; ++knob) DefineController32(knob, knob == 10 ? -1 : 20 + knob);
+    DefineController32(5, 20); // of the modules beside it
+    DefineController32(12, 20);
     const std::string knobs = "b:cc26=100 b:cc27=100 b:cc28=100 b:cc29=100 b:cc31=127 b:on36";
     EXPECT_EQ(player.play(2), "7:pc5 " + knobs + " | b:on36");
     Set103Patch32(1, 0, 0, 9);
@@ -82,6 +84,14 @@ TEST(StepPlaying, KnobsGoOutNowOrWithTheNextStepAndCountAtThatVeryStep) {
     PrepareController32(0, 5);
     SetController32(0, 6); // the later value is out already
     EXPECT_EQ(player.play(1), "2:cc12=6 d:off40 d:off40 d:on40@60 2:on36@90");
+    for (const int channel : {3, -1, 99}) {
+        Set109Chan32(2, channel);
+        SetController32(12, 60);
+        Set103Chan32(0, channel);
+        SetController32(0, 10);
+    }
+    EXPECT_EQ(player.wire.take(Role::seq, false),
+              "3:cc30=60 3:cc12=10 cc30=60 cc12=10 15:cc30=60 15:cc12=10");
 }
 
 TEST(StepPlaying, ACueTakesOverWhenItsModuleWraps) {

@@ -42,6 +42,13 @@ TEST_F(ProjectFile, ComesBackByteForByte) {
         EXPECT_EQ(program.copyDifference(), "");
         EXPECT_EQ(saved(), first) << seed;
     }
+    for (auto& row : knobTrack)
+        for (int t = 0; t < kSongTicks; ++t)
+            row[t] = static_cast<std::uint8_t>(t % 2); // as many changes as can be
+    const Bytes first = saved();
+    ASSERT_EQ(first.size(), kEntriesAt + 8 * 323001);
+    ASSERT_TRUE(loadProjectFile(name));
+    EXPECT_EQ(saved(), first);
 }
 
 TEST_F(ProjectFile, RefusesWhatIsNone) {

@@ -20,11 +20,10 @@ TEST_F(FileSession, Export) {
     std::string meter;
     program.shell.modeless = [&](Form& form) {
         meter += form.caption + " " + std::to_string(exportMeter.ProgressBar1.minimum) + ".." +
-                 std::to_string(exportMeter.ProgressBar1.maximum) + "\n";
+                 std::to_string(exportMeter.ProgressBar1.maximum) + test::layoutOf(form) + "\n";
     };
     expectSession(session);
-    EXPECT_EQ(meter,
-              "Exporting to MIDI File 0..100\nExporting to MIDI File 2..7\nExporting to MIDI File 2..6\n");
+    expectKept(meter, " meter");
     EXPECT_EQ(readBytes("song1.mid"), readBytes("song2.mid"));
     EXPECT_FALSE(exportMeter.visible());
 }

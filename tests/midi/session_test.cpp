@@ -30,7 +30,7 @@ TEST_F(MidiSession, ControllersOnEachChannel) {
         openMidiDevices();
         for (const bool playing : {false, true}) {
             if (playing) playButton();
-            text += std::to_string(control) + ":";
+            text += playing ? ", playing" : std::to_string(control) + ":";
             for (int channel = 0; channel < 16; ++channel) {
                 project.knobValue[0] = 0;
                 program.midi(0xB0 + channel, 12, channel + 1);

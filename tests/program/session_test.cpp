@@ -1,5 +1,8 @@
 // Start, File New and the end of the program, told whole.
 #include "commands/reset_program.h"
+#include "panel/editing.h"
+#include "program/recovery.h"
+#include "program/starter.h"
 #include "support/program_test.h"
 
 namespace marlune {
@@ -35,6 +38,7 @@ TEST_F(Sessions, StartAndEnd) {
     session.verbs["start"] = [&](int, int, int) {
         StartupHooks hooks;
         hooks.randomSeed = 9;
+        hooks.recoveryFolder = folder.file("copies");
         hooks.showMainWindow = [&] { panels += program.shell.panel ? "panel " : "window "; };
         hooks.showSplash = [&](bool on) { panels += on ? "splash " : "gone "; };
         hooks.configured = [&] {
@@ -45,6 +49,10 @@ TEST_F(Sessions, StartAndEnd) {
     };
     session.verbs["end"] = [](int, int, int) { MDIForm_Unload(); };
     expectSession(session);
+    markProject();
+    keepRecovery();
+    EXPECT_TRUE(std::filesystem::exists(folder.file("copies")));
+    startRecovery("");
     EXPECT_EQ(panels, "panel splash panel gone "); // the panel of the run before is hidden behind the splash
     EXPECT_EQ(config.midiInDevice * 10 + config.midiOutDevice, 11);
 }
@@ -95,6 +103,13 @@ TEST_F(Sessions, FileNew) {
                    std::to_string(config.reservedNote0) + " " + std::to_string(config.reservedNote1) + " " +
                    std::to_string(config.reservedNote2) + " " + std::to_string(config.controlChannel),
                " settings");
+}
+
+TEST_F(Sessions, FileNewFromTheStarter) {
+    test::Session session(program);
+    session.marksAnew = false;
+    session.verbs["examples"] = [](int, int, int) { setExamplesFolder(EXAMPLES); };
+    expectSession(session);
 }
 
 TEST_F(Sessions, FileNewInSongMode) {

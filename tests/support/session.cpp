@@ -85,6 +85,12 @@ class DialogText final : public FormBuilder {
 
 } // namespace
 
+std::string layoutOf(Form& form) {
+    DialogText controls;
+    form.describe(controls);
+    return controls.text;
+}
+
 Session::Session(TestProgram& program) : program_(program), last_(look()) {
     verbs["song"] = [](int, int, int) { Check1_Click(); };
     verbs["play"] = [this](int steps, int, int) { program_.play(steps); };
@@ -121,9 +127,7 @@ void Session::useDialog(Form& form, const std::string& actions) {
             program_.midi(static_cast<int>(status), static_cast<int>(data1), static_cast<int>(data2));
         if (word == "timer") form.Form_Timer();
         if (word == "look") {
-            DialogText now;
-            form.describe(now);
-            dialogs_ += " |" + now.text + (MIDIIn1.isOpen() ? "" : " (input rests)");
+            dialogs_ += " |" + layoutOf(form) + (MIDIIn1.isOpen() ? "" : " (input rests)");
         }
         if (word.find_first_of("0123456789") == std::string::npos || word[0] == 'm') continue;
         const bool letter = std::isalpha(word[0]) != 0;
@@ -323,6 +327,7 @@ std::string Session::said(const Look& was) {
     }
     for (; passing_ < program_.shell.passing.size(); ++passing_)
         text += " " + program_.shell.passing[passing_];
+    for (const std::string& each : std::exchange(program_.shell.asked, {})) text += " " + each;
     if (program_.shell.status != was.status) text += " status \"" + program_.shell.status + "\"";
     if (program_.shell.title != was.title) text += " title \"" + program_.shell.title + "\"";
     return text;

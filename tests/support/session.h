@@ -33,6 +33,8 @@ namespace marlune::test {
 // a line with "- " before it is done without being told of, and one with "# " is a remark. Where nothing is
 // held or plays the component's copy has to be that of the record and the panel what a full refresh would
 // show; else the difference ends the line.
+std::string layoutOf(Form& form); // as transcripts tell it
+
 class Session {
   public:
     explicit Session(TestProgram& program);

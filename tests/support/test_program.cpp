@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "boundary/menus.h"
 #include "boundary/midi_bytes.h"
 #include "commands/reset_program.h"
 #include "program/startup.h"
@@ -109,6 +110,16 @@ void RecordingView::showEnabled(Control control, int index, bool enabled) {
     shown.push_back(named(control, index) + (enabled ? " enabled" : " disabled"));
 }
 
+void ScriptedShell::showMenu(Menu menu, const MenuState& state) {
+    std::string text;
+    for (const MenuRow& row : menuRows()) {
+        if (row.id == menu && menu != Menu::separator)
+            text = row.name + (state.caption == row.caption ? "" : " \"" + state.caption + "\"");
+    }
+    asked.push_back("<" + text + (state.visible ? "" : " hidden") + (state.enabled ? "" : " off") +
+                    (state.checked ? " checked" : "") + ">");
+}
+
 BoxAnswer ScriptedShell::messageBox(const std::string& text, BoxIcon /*icon*/, BoxButtons buttons) {
     boxes.push_back(text);
     if (answers.empty()) return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
@@ -166,6 +177,7 @@ TestProgram::TestProgram(const Options& options) : engine(&devices), recorder(en
     calls();
     shown();
     wire();
+    shell.asked.clear();
 }
 
 TestProgram::~TestProgram() {

@@ -59,14 +59,18 @@ class RecordingView final : public PanelView {
 class ScriptedShell final : public AppShell {
   public:
     void showTitle(const std::string& text) override { title = text; }
-    void showPointer(Pointer /*pointer*/) override {}
+    void showPointer(Pointer pointer) override {
+        asked.push_back(pointer == Pointer::normal ? "<arrow>" : "<hourglass>");
+    }
     void showStatus(const std::string& text) override { status = text; }
     void showModified(bool on) override { modified = on; }
     void showPassing(const std::string& text) override { passing.push_back(status = text); }
-    void showStatusBar(bool visible) override { statusBar = visible; }
-    void showMenu(Menu /*menu*/, const MenuState& /*state*/) override {}
-    void showPanel(bool visible) override { panel = visible; }
-    void beep() override {}
+    void showStatusBar(bool visible) override {
+        asked.push_back((statusBar = visible) ? "<bar>" : "<no bar>");
+    }
+    void showMenu(Menu menu, const MenuState& state) override;
+    void showPanel(bool visible) override { asked.push_back((panel = visible) ? "<panel>" : "<no panel>"); }
+    void beep() override { asked.push_back("<beep>"); }
     BoxAnswer messageBox(const std::string& text, BoxIcon icon, BoxButtons buttons) override;
     std::string fileDialog(const FileDialog& dialog) override;
     void runModal(Form& form) override;
@@ -75,14 +79,15 @@ class ScriptedShell final : public AppShell {
     }
     void formChanged(Form& /*form*/) override {}
     void letEventsRun() override;
-    void letPaintRun() override {}
+    void letPaintRun() override { asked.push_back("<paint>"); }
     void waitForEvents(int ms) override;
-    void closeWindow() override {}
-    void openHelp() override {}
-    void showAbout() override {}
+    void closeWindow() override { asked.push_back("<close>"); }
+    void openHelp() override { asked.push_back("<help>"); }
+    void showAbout() override { asked.push_back("<about>"); }
 
     std::string title, status;
     std::vector<std::string> passing; // texts of what has happened
+    std::vector<std::string> asked;   // for what else, "<hourglass>", "<mnuEditUndo off>"
     bool statusBar = false, panel = false, modified = false;
     std::vector<std::string> boxes;               // texts of the message boxes
     std::deque<BoxAnswer> answers;                // to the next boxes; then the refusing button
