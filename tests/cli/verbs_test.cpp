@@ -7,9 +7,7 @@
 #include <filesystem>
 
 #include "boundary/midi_bytes.h"
-#include "cli/arguments.h"
 #include "cli/wire_file.h"
-#include "rebirth/rb40_writer.h"
 #include "support/sound_measures.h"
 #include "support/test_program.h"
 
@@ -21,35 +19,6 @@ using namespace test;
 constexpr const char* kSong = EXAMPLES "/harbour_nights.mlp";
 constexpr const char* kJam = EXAMPLES "/tide_pool.mlp";
 constexpr const char* kSlow = EXAMPLES "/slow_lantern.mlp";
-
-TEST(Verbs, RefuseWhatDoesNotFitAndLeaveNoFile) {
-    const TemporaryFolder folder;
-    writeBytes(folder.file("bad.mlp"), {1, 2, 3});
-    const std::string out = folder.file("out");
-    const std::vector<Words> plays = {{},
-                                      {kJam, "--bars"},
-                                      {kJam, "--bars", "0"},
-                                      {kJam, "--bar", "3"}, // without --song
-                                      {kJam, "--loud"},
-                                      {folder.file("bad.mlp"), "--fast", "--log", out}};
-    for (const auto& words : plays) EXPECT_NE(playVerb(words), 0);
-    for (const auto verb : {resaveVerb, renderVerb, exportVerb, importVerb, convertVerb})
-        EXPECT_NE(verb({folder.file("bad.mlp"), out}), 0);
-    EXPECT_FALSE(std::filesystem::exists(out));
-    EXPECT_NE(resaveVerb({kJam, folder.file("no/such/folder")}), 0);
-}
-
-TEST(Verbs, FastPlayingLogsItFromTheBarTheSameEveryTime) {
-    const TemporaryFolder folder;
-    for (const char* name : {"a", "b"}) {
-        const std::string log = folder.file(name);
-        ASSERT_EQ(playVerb({kSong, "--fast", "--song", "--bar", "20", "--bars", "8", "--log", log}), 0);
-    }
-    const auto bytes = readBytes(folder.file("a"));
-    EXPECT_EQ(bytes, readBytes(folder.file("b")));
-    const std::string text(bytes.begin(), bytes.end());
-    EXPECT_NE(text.find("0 sync f2 30 02\n0 seq f2 30 02\n0 sync fb\n"), std::string::npos); // tick 304
-}
 
 TEST(WireLog, KeepsOnlyWhatIsWantedInTheOrderOfTime) {
     WireFile log;
@@ -67,19 +36,6 @@ TEST(WireLog, KeepsOnlyWhatIsWantedInTheOrderOfTime) {
               "07 05\n");
 }
 
-TEST(Verbs, ResaveGivesTheSameBytesAndExportAFile) {
-    const TemporaryFolder folder;
-    ASSERT_EQ(resaveVerb({kSong, folder.file("again.mlp")}), 0);
-    EXPECT_EQ(readBytes(folder.file("again.mlp")), readBytes(kSong));
-    std::filesystem::create_directory(folder.file("config"));
-    ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "2", "--config",
-                          folder.file("config")}),
-              0);
-    EXPECT_TRUE(std::filesystem::is_empty(folder.file("config")));                        // only read
-    ASSERT_EQ(exportVerb({kSong, folder.file("x.mid"), "--bar", "3", "--bars", "4"}), 0); // replaces
-    EXPECT_GT(readBytes(folder.file("x.mid")).size(), 500U);
-}
-
 Sound soundOf(const std::string& name) {
     SF_INFO info{};
     SNDFILE* file = sf_open(name.c_str(), SFM_READ, &info);
@@ -91,43 +47,6 @@ Sound soundOf(const std::string& name) {
 
 double seconds(const Sound& sound) {
     return static_cast<double>(sound.size()) / 2 / 44100;
-}
-
-std::string told(int (*verb)(const Words&), const Words& words) {
-    testing::internal::CaptureStdout();
-    const int status = verb(words);
-    return (status == 0 ? "" : "failed: ") + testing::internal::GetCapturedStdout();
-}
-
-TEST(Verbs, SongsOfOthersComeInAndAreToldOf) {
-    const TemporaryFolder folder;
-    const std::string mid = folder.file("song.mid"), rbs = folder.file("song.rbs"),
-                      out = folder.file("o.mlp");
-    ASSERT_EQ(exportVerb({kSong, mid, "--bars", "20"}), 0);
-    EXPECT_EQ(told(importVerb, {mid, out, "--103b", "0"}), "20 bars, patterns 5 + 0 + 4, 1202 events.\n");
-    EXPECT_EQ(
-        told(infoVerb, {out}),
-        "file: o.mlp\nformat: Marlune project\ntempo: 132\nbars: 21\npatterns:\n  103A: 31 sounding, 5 in "
-        "the song\n  103B: 32 sounding, 1 in the song\n  109: 4 sounding, 5 in the song\nmoving knobs: 10\n");
-    EXPECT_EQ(
-        told(infoVerb, {mid, "--json"}),
-        "{\"file\": \"song.mid\", \"format\": \"Standard MIDI File 1\", \"tracks\": 7, \"tempo\": "
-        "132.000132000132, \"tempo_changes\": 0, \"meter\": \"4/4\", \"bars\": 20, \"notes\": [\"Channel 1, "
-        "103A Bassline: 168 notes\", \"Channel 2, 103B Bassline: 33 notes\", \"Channel 10, 109 Drummer: 229 "
-        "notes\"]}\n");
-    Rb40Song song = test::randomRb40(1, 12);
-    song.drums[0].patterns[3].cells[0][3] = 1;
-    writeBytes(rbs, test::rb40File(song));
-    const std::string both = told(importVerb, {rbs, out, "--drums", "both"});
-    EXPECT_EQ(both.substr(0, 7), "12 bars");
-    EXPECT_NE(both, told(importVerb, {rbs, out, "--drums", "808"}));
-    EXPECT_EQ(told(infoVerb, {rbs}).substr(0, 90),
-              "file: song.rbs\nformat: ReBirth 2 song\ntitle: Caf\xC3\xA9 / 1\ntempo: 125.915\nbars: "
-              "12\nunits:\n  fi");
-    EXPECT_EQ(convertVerb({rbs, mid, "--slides"}), 0);
-    for (const Words& refused : {Words{rbs, out, "--drums", "707"}, {mid, out, "--109", "5"}, {mid}})
-        EXPECT_NE(importVerb(refused), 0);
-    EXPECT_NE(infoVerb({folder.path}), 0);
 }
 
 TEST(Demos, RenderAtALevelThatFitsBesideOtherMusic) {
