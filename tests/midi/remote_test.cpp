@@ -13,6 +13,7 @@ using Memorizer = ProgramTest;
 TEST_F(InputQueue, IsThrownAwayWhenTheReaderChanges) {
     for (int i = 0; i < 100; ++i) program.devices.input->received({3, {0xB0, 12, 9}});
     program.shell.after(0, midiArrived); // the wake of those
+    program.shell.after(0, [this] { program.devices.input->received({3, {0xB0, 12, 8}}); });
     MidiMsgEnable(true);
     program.shell.waitForEvents(1);
     EXPECT_EQ(MIDIIn1.MessageCount(), 0);
