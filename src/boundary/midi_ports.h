@@ -27,6 +27,9 @@ class OutputPort {
     // Sends one message. due: the message's ideal time on PlayClock, ns; a port that can place events
     // exactly does so with a fixed latency, any other sends at once. Never blocks, never allocates.
     virtual void send(const MidiMessage& message, std::int64_t due) noexcept = 0;
+
+    // From an event's due time to its sound, ns; 0 where that can't be told. Any thread.
+    virtual std::int64_t latencyNs() const noexcept { return 0; }
 };
 
 // The output devices in a stable order. User-interface thread.
@@ -48,7 +51,12 @@ class InputSink {
   public:
     virtual ~InputSink() = default;
     virtual void received(const MidiMessage& message) noexcept = 0;
+
+    // The same for a message without a channel, whose arrival counts. when: on the play clock, ns, or
+    // kArrivesNow.
+    virtual void clocked(const MidiMessage& message, std::int64_t /*when*/) noexcept { received(message); }
 };
+inline constexpr std::int64_t kArrivesNow = -1;
 
 // A device may be heard over several links at once (our own port on each system), each with a thread of its
 // own.

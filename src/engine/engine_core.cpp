@@ -14,6 +14,9 @@ constexpr std::size_t indexOf(Role role) {
     return static_cast<std::size_t>(role);
 }
 
+constexpr std::int64_t kMicrosecondNs = 1000;
+constexpr int kMostOffsetUs = 500'000;
+
 } // namespace
 
 void EngineCore::apply(const EngineCall& call, std::int64_t nowNs) noexcept {
@@ -36,6 +39,10 @@ void EngineCore::apply(const EngineCall& call, std::int64_t nowNs) noexcept {
         case Entry::StartMarluneTimer32: start(argument); break;
         case Entry::SetMarluneTimerInterval32: takeRate(argument); break;
         case Entry::StopMarluneTimer32: stop(); break;
+        case Entry::SetClock32: setClock(argument); break;
+        case Entry::SetClockOffset32:
+            offset_ = std::clamp(argument, -kMostOffsetUs, kMostOffsetUs) * kMicrosecondNs;
+            break;
         default: sequencer_.apply(call, sinks()); break;
     }
 }
@@ -53,15 +60,16 @@ void EngineCore::endPlacing() noexcept {
 
 void EngineCore::takeRate(int periodMs) noexcept {
     if (tempo_ > 0) {
-        clock_.setTempo(tempo_);
+        clock_.setTempo(tempo_, next_);
     } else {
-        clock_.setPeriod(std::clamp(periodMs, 1, kTopPeriodMs));
+        clock_.setPeriod(std::clamp(periodMs, 1, kTopPeriodMs), next_);
     }
     tempo_ = 0;
 }
 
 void EngineCore::start(int periodMs) noexcept {
     if (state_ != State::standing) stop();
+    next_ = 0;
     takeRate(periodMs);
     sequencer_.start();
     state_ = State::waiting;
@@ -70,6 +78,7 @@ void EngineCore::start(int periodMs) noexcept {
 }
 
 void EngineCore::stop() noexcept {
+    if (source_ != nullptr && running()) source_->runs(false);
     sequencer_.stop(sinks());
     state_ = State::standing;
 }
@@ -83,17 +92,65 @@ void EngineCore::hold(bool on) noexcept {
 }
 
 void EngineCore::placeFirstPeriod() noexcept {
-    clock_.anchorAt(time_ + kStartDelayNs);
-    firstStep_ = clock_.deadline(sequencer_.sync().periodsToFirstStep());
+    expected_ = kNever;
+    played_ = 0;
+    if (source_ != nullptr) {
+        lead_ = leadNs();
+        source_->runs(true);
+        source_->place(0, time_ + lead_);
+        return; // the first step's time is known when it comes
+    }
+    clock_.place(0, time_ + kStartDelayNs);
+    firstStep_ = clock_.timeOf(sequencer_.sync().periodsToFirstStep());
+}
+
+// What leaves through a port that places events exactly arrives when the source means it.
+std::int64_t EngineCore::leadNs() const noexcept {
+    const OutputPort* port = ports_[indexOf(Role::seq)];
+    return (port != nullptr ? port->latencyNs() : 0) - offset_;
+}
+
+void EngineCore::setClock(int kind) noexcept {
+    ClockSource* const chosen = kind >= 0 && kind < kClockKinds ? offered_[kind] : nullptr;
+    if (chosen == source_) return;
+    const std::int64_t next = due() && deadline() != kNever ? deadline() : time_;
+    if (source_ != nullptr && running()) source_->runs(false);
+    source_ = chosen;
+    expected_ = kNever;
+    lead_ = chosen != nullptr ? leadNs() : 0;
+    if (chosen == nullptr) {
+        if (due()) clock_.place(next_, next);
+        return;
+    }
+    chosen->look(time_);
+    if (running()) chosen->runs(true);
+    if (due()) chosen->place(next_, next + lead_);
+}
+
+void EngineCore::look(std::int64_t nowNs) noexcept {
+    if (source_ == nullptr) return;
+    source_->look(nowNs);
+    for (ClockWish wish = source_->takeWish(); wish.kind != ClockWish::none; wish = source_->takeWish())
+        messages_.post({kClockMessage, wish.kind, wish.tick, 0});
+    if (!due()) return;
+    lead_ = leadNs();
+    std::int64_t told = source_->timeOf(next_);
+    if (told != kNever && expected_ != kNever && std::abs(told - expected_) > kMaxCatchUpNs) {
+        source_->place(next_, expected_);
+        told = source_->timeOf(next_);
+    }
+    expected_ = told;
 }
 
 std::int64_t EngineCore::deadline() const noexcept {
-    const bool due = state_ == State::playing || (state_ == State::waiting && !held_);
-    return due ? clock_.deadline() : kNever;
+    if (!due()) return kNever;
+    if (source_ == nullptr) return clock_.timeOf(next_);
+    const std::int64_t told = source_->timeOf(next_);
+    return told == kNever ? kNever : std::max(told - lead_, played_);
 }
 
 void EngineCore::period(std::int64_t nowNs) noexcept {
-    if (nowNs - clock_.deadline() > kMaxCatchUpNs) {
+    if (nowNs - deadline() > kMaxCatchUpNs) {
         stalled(nowNs);
         if (deadline() > nowNs) return;
     }
@@ -103,10 +160,13 @@ void EngineCore::period(std::int64_t nowNs) noexcept {
 }
 
 void EngineCore::stalled(std::int64_t nowNs) noexcept {
-    const std::int64_t late = nowNs - clock_.deadline();
+    const std::int64_t late = nowNs - deadline();
     time_ = nowNs;
-    if (state_ == State::waiting || late > kMaxSkipNs) {
+    // A source goes on meanwhile: what it has begun without us is joined, not begun later.
+    if ((state_ == State::waiting && source_ == nullptr) || late > kMaxSkipNs) {
         clock_.shift(late);
+        if (source_ != nullptr) source_->place(next_, nowNs + lead_);
+        expected_ = kNever;
         if (firstStep_ != kNever)
             firstStep_ += late; // before anything is logged: its time runs on from there
         sequencer_.releaseAll(sinks());
@@ -122,13 +182,14 @@ void EngineCore::stalled(std::int64_t nowNs) noexcept {
 }
 
 void EngineCore::beginPeriod() noexcept {
-    time_ = clock_.deadline();
+    time_ = played_ = deadline();
     // A change of rate in the periods before it moves the first step.
     if (sequencer_.sync().periodsToFirstStep() == 0) firstStep_ = time_;
 }
 
 void EngineCore::endPeriod() noexcept {
-    clock_.advance();
+    ++next_;
+    expected_ = kNever;
     state_ = limit_ > 0 && sequencer_.sync().stepsCompleted() >= limit_ ? State::halted : State::playing;
 }
 

@@ -3,8 +3,6 @@
 // Both engines are this with a time of their own around it. One thread at a time; never allocates.
 #pragma once
 
-#include <limits>
-
 #include "engine/period_clock.h"
 #include "engine/sequencer.h"
 
@@ -14,12 +12,22 @@ inline constexpr std::int64_t kStartDelayNs = 25'000'000; // from the start to t
 inline constexpr std::int64_t kMaxCatchUpNs = 50'000'000;
 // One bar at the highest tempo: at most one bar line is skipped, and what comes behind it is cued already.
 inline constexpr std::int64_t kMaxSkipNs = 1'000'000'000;
-inline constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
 class EngineCore final : private MidiSink, private MessageSink {
   public:
     // log: may be null.
     EngineCore(MessageSink& messages, WireLog* log) : messages_(messages), log_(log) {}
+
+    // A source that SetClock32 can choose from now on; outlives the core.
+    void offerClock(ClockKind kind, ClockSource& source) noexcept { offered_[indexOf(kind)] = &source; }
+
+    // Before deadline() is asked: takes in what the source that is followed has heard, and posts its wishes.
+    // A source whose time has jumped by more than kMaxCatchUpNs (another session, another place) gets the run
+    // put onto its new grid: the next period waits for its place, so that no step is lost or doubled.
+    void look(std::int64_t nowNs) noexcept;
+
+    // How long nobody has to look, as far as the source is concerned.
+    std::int64_t restNs() const noexcept { return source_ != nullptr ? source_->restNs() : kNever; }
 
     // Carries out any entry point but those of window and ports. nowNs: time of the call on the clock that
     // deadline() speaks of.
@@ -65,6 +73,9 @@ class EngineCore final : private MidiSink, private MessageSink {
     void stop() noexcept;
     void hold(bool on) noexcept;
     void placeFirstPeriod() noexcept;
+    void setClock(int kind) noexcept;
+    std::int64_t leadNs() const noexcept;
+    bool due() const noexcept { return state_ == State::playing || (state_ == State::waiting && !held_); }
     void stalled(std::int64_t nowNs) noexcept;
     void beginPeriod() noexcept;
     void endPeriod() noexcept;
@@ -84,6 +95,13 @@ class EngineCore final : private MidiSink, private MessageSink {
     Sequencer sequencer_;
     Placing placing_;
     PeriodClock clock_;
+    std::array<ClockSource*, kClockKinds> offered_{};
+    ClockSource* source_ = nullptr;  // followed; null: clock_ rules
+    std::int64_t next_ = 0;          // period of the run that comes
+    std::int64_t lead_ = 0;          // how much earlier than the source's time a period is played
+    std::int64_t offset_ = 0;        // what the user wants of it
+    std::int64_t expected_ = kNever; // what the source said last of the next period
+    std::int64_t played_ = 0;        // time of the last period: none comes before it
     MessageSink& messages_;
     WireLog* log_;
     std::array<OutputPort*, kRoles> ports_{};

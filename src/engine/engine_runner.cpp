@@ -35,6 +35,7 @@ constexpr std::int64_t kBulkRestNs = 1'000'000;
 
 Engine::Engine(PlayClock& clock, OutputDevices& devices, WireLog* log)
     : clock_(clock), devices_(devices), core_(*this, log) {
+    core_.offerClock(ClockKind::midi, midiClock_);
     // The thread inherits a mask with everything blocked: signals belong to the main thread.
     sigset_t all;
     sigset_t before;
@@ -66,12 +67,28 @@ int Engine::call(const EngineCall& call) {
         case Entry::StopMarluneTimer32: {
             queueCommand({.acknowledge = true, .call = call});
             EngineMessage late;
-            while (messages_.pop(late)) {}
+            while (messages_.pop(late))
+                if (late.message == kClockMessage) kept_.push_back(late);
             break;
         }
+        case Entry::SetClock32: hears_ = device == indexOf(ClockKind::midi); [[fallthrough]];
         default: queueCommand({.call = call}); break;
     }
     return 0;
+}
+
+bool Engine::takeMessage(EngineMessage& message) {
+    if (kept_.empty()) return messages_.pop(message);
+    message = kept_.front();
+    kept_.pop_front();
+    return true;
+}
+
+void Engine::heard(int link, const MidiMessage& message, std::int64_t when) noexcept {
+    if (!hears_.load(std::memory_order_relaxed)) return;
+    midiClock_.push(link, message, when == kArrivesNow ? clock_.nowNs() : when);
+    nudged_.store(true, std::memory_order_release);
+    if (asleep_.exchange(false, std::memory_order_acq_rel)) wake_.post();
 }
 
 void Engine::limitSteps(int steps) {
@@ -120,6 +137,8 @@ void Engine::run() noexcept {
     while (!quit_) {
         // Periods that are due come first, so that due times on a port never run backwards.
         const std::int64_t now = clock_.nowNs();
+        core_.look(now);
+        if (posted_) announce();
         if (core_.deadline() <= now) {
             playPeriod(now);
         } else if (commands_.pop(command)) {
@@ -161,7 +180,10 @@ void Engine::playPeriod(std::int64_t now) noexcept {
     setRealTime(core_.running());
     core_.period(now);
     halted_.store(core_.halted(), std::memory_order_release);
-    if (!posted_ && !core_.halted()) return;
+    if (posted_ || core_.halted()) announce();
+}
+
+void Engine::announce() noexcept {
     posted_ = false;
     const std::uint64_t one = 1;
     // A full counter refuses the write and is a wake-up already.
@@ -175,7 +197,8 @@ void Engine::post(const EngineMessage& message) noexcept {
 }
 
 void Engine::sleep(std::int64_t now) noexcept {
-    const std::int64_t deadline = core_.deadline();
+    const std::int64_t rest = core_.restNs();
+    const std::int64_t deadline = std::min(core_.deadline(), rest == kNever ? kNever : now + rest);
     setRealTime(core_.running());
     if (callsInARow_ > kBulk && now - lastCallNs_ < kBulkGapNs && deadline > now + kBulkRestNs) {
         // More is likely to come: one look a while later costs less than a wake-up for each.
@@ -183,7 +206,7 @@ void Engine::sleep(std::int64_t now) noexcept {
         return;
     }
     asleep_.exchange(true, std::memory_order_acq_rel);
-    if (commands_.empty()) {
+    if (commands_.empty() && !nudged_.exchange(false, std::memory_order_acq_rel)) {
         if (deadline == kNever) {
             wake_.wait();
         } else {

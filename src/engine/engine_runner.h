@@ -11,9 +11,11 @@
 
 #include <array>
 #include <atomic>
+#include <deque>
 #include <thread>
 
 #include "engine/engine_core.h"
+#include "engine/midi_clock.h"
 #include "engine/playback_engine.h"
 #include "util/semaphore.h"
 #include "util/spsc_ring.h"
@@ -22,7 +24,7 @@ namespace marlune {
 
 // All public routines: one thread, that of the user interface. They return before the engine thread has
 // carried them out, except where they say that they wait; such a wait lasts microseconds.
-class Engine final : public PlaybackEngine, private MessageSink {
+class Engine final : public PlaybackEngine, public ClockTap, private MessageSink {
   public:
     // clock, devices and log outlive the engine. Devices are opened and closed on the calling thread.
     // log: called on the engine thread; may be null.
@@ -43,7 +45,7 @@ class Engine final : public PlaybackEngine, private MessageSink {
     int call(const EngineCall& call) override;
 
     // In order and complete, as long as no more than 16384 wait (a quarter of an hour at the highest tempo).
-    bool takeMessage(EngineMessage& message) override { return messages_.pop(message); }
+    bool takeMessage(EngineMessage& message) override;
 
     void limitSteps(int steps) override;
     bool halted() const override { return halted_.load(std::memory_order_acquire); }
@@ -51,6 +53,13 @@ class Engine final : public PlaybackEngine, private MessageSink {
     void settle() override;
     // Settles first.
     bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) override;
+
+    // A source for SetClock32 beside the MIDI clock; before that is called. It outlives the engine.
+    void offerClock(ClockKind kind, ClockSource& source) { core_.offerClock(kind, source); }
+
+    // The way in of the MIDI clock; any thread.
+    void heard(int link, const MidiMessage& message, std::int64_t when) noexcept override;
+    const ClockSource& midiClock() const { return midiClock_; }
 
     // Whether the engine thread has real-time priority now. Settled by the calls that wait.
     bool hasRealTimePriority() const { return realTime_.load(std::memory_order_acquire); }
@@ -74,6 +83,7 @@ class Engine final : public PlaybackEngine, private MessageSink {
     void run() noexcept;
     void carryOut(const Command& command, std::int64_t now) noexcept;
     void playPeriod(std::int64_t now) noexcept;
+    void announce() noexcept;
     void sleep(std::int64_t now) noexcept;
     void setRealTime(bool wanted) noexcept;
     void post(const EngineMessage& message) noexcept override;
@@ -81,6 +91,8 @@ class Engine final : public PlaybackEngine, private MessageSink {
     PlayClock& clock_;
     OutputDevices& devices_;
     std::array<OutputPort*, kRoles> ports_{}; // user-interface thread
+
+    std::deque<EngineMessage> kept_; // user-interface thread: what a clock wished before a stop
 
     SpscRing<Command, 32768> commands_;
     SpscRing<EngineMessage, 16384> messages_;
@@ -90,6 +102,10 @@ class Engine final : public PlaybackEngine, private MessageSink {
     std::atomic<bool> halted_{false};
     std::atomic<bool> realTime_{false};
 
+    std::atomic<bool> hears_{false};  // the MIDI clock is followed
+    std::atomic<bool> nudged_{false}; // something was heard since the engine thread looked
+
+    MidiClock midiClock_;
     EngineCore core_; // engine thread
     int window_ = -1;
     bool posted_ = false;

@@ -19,7 +19,8 @@ int VirtualEngine::call(const EngineCall& call) {
         case Entry::CloseSyncPort32: closePort(Role::sync); break;
         default: core_.apply(call, now_); break;
     }
-    if (call.entry == Entry::StopMarluneTimer32) messages_.clear();
+    if (call.entry == Entry::StopMarluneTimer32)
+        std::erase_if(messages_, [](const EngineMessage& late) { return late.message != kClockMessage; });
     return 0;
 }
 
@@ -31,11 +32,23 @@ bool VirtualEngine::takeMessage(EngineMessage& message) {
 }
 
 bool VirtualEngine::advance() {
+    core_.look(now_);
     const std::int64_t due = core_.deadline();
     if (due == kNever) return false;
     now_ = due;
     core_.period(due);
     return true;
+}
+
+void VirtualEngine::playUntil(std::int64_t ns) {
+    core_.look(now_);
+    for (std::int64_t due = core_.deadline(); due <= ns; due = core_.deadline()) {
+        now_ = std::max(now_, due);
+        core_.period(now_);
+        core_.look(now_);
+    }
+    now_ = ns;
+    core_.look(ns);
 }
 
 int VirtualEngine::openPort(Role role, int device) {

@@ -28,6 +28,12 @@ class VirtualEngine final : public PlaybackEngine, private MessageSink {
         return core_.patterns().equalsRecord(record, difference);
     }
 
+    // A source for SetClock32; outlives the engine.
+    void offerClock(ClockKind kind, ClockSource& source) { core_.offerClock(kind, source); }
+    // Plays what is due until then, and takes in what a source has heard; for sources with a time of their
+    // own.
+    void playUntil(std::int64_t ns);
+
     // Plays the next period at its time; false, and nothing happens, where none comes: the timer stands, is
     // held or is halted.
     bool advance();

@@ -20,7 +20,7 @@ bool isNoteOn(const MidiMessage& message) {
 } // namespace
 
 MidiInput::MidiInput() {
-    for (Link& link : links_) link.owner = this;
+    for (int i = 0; i < kInputLinks; ++i) links_[i].owner = this, links_[i].number = i;
     for (auto& status : blocked_) status = false;
 }
 

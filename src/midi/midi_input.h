@@ -11,6 +11,7 @@
 #include <deque>
 #include <string>
 
+#include "boundary/clock_source.h"
 #include "boundary/midi_ports.h"
 #include "midi/input_lane.h"
 #include "midi/input_wake.h"
@@ -57,12 +58,20 @@ class MidiInput final : public InputSinks {
     // the block list and whether receiving is started or not.
     int takeLearnt();
 
+    // Who else hears the clock messages, before the block list; null: nobody. While no device is open.
+    void setTap(ClockTap* tap) { tap_ = tap; }
+
     InputSink& link(int number) noexcept override { return links_[number]; }
 
   private:
     struct Link final : InputSink {
         void received(const MidiMessage& message) noexcept override { owner->received(lane, message); }
+        void clocked(const MidiMessage& message, std::int64_t when) noexcept override {
+            if (owner->tap_ != nullptr) owner->tap_->heard(number, message, when);
+            received(message);
+        }
         MidiInput* owner = nullptr;
+        int number = 0;
         InputLane lane;
     };
 
@@ -71,6 +80,7 @@ class MidiInput final : public InputSinks {
     void trim();
 
     InputDevices* devices_ = nullptr;
+    ClockTap* tap_ = nullptr;
     bool open_ = false;
     std::array<std::atomic<bool>, 256> blocked_;
     std::atomic<bool> started_{true};

@@ -131,7 +131,11 @@ void deliver(double /*time*/, std::vector<unsigned char>* bytes, void* sink) {
     MidiMessage message;
     message.size = static_cast<std::uint8_t>(bytes->size());
     std::copy(bytes->begin(), bytes->end(), message.bytes);
-    static_cast<InputSink*>(sink)->received(message);
+    auto& into = *static_cast<InputSink*>(sink);
+    if (message.bytes[0] >= 0xF0)
+        into.clocked(message, kArrivesNow);
+    else
+        into.received(message);
 }
 
 // The port that others can send to stands all the time, also while nobody here listens.

@@ -13,6 +13,14 @@ void DevicePort::send(const MidiMessage& message, std::int64_t due) noexcept {
     sending_.store(false);
 }
 
+std::int64_t DevicePort::latencyNs() const noexcept {
+    sending_.store(true);
+    const OutputLink* link = link_.load();
+    const std::int64_t latency = link != nullptr ? link->latencyNs() : 0;
+    sending_.store(false);
+    return latency;
+}
+
 void DevicePort::attach(std::unique_ptr<OutputLink> link, std::int64_t due) {
     detach();
     if (!link) return;

@@ -18,6 +18,9 @@ class DevicePort : public OutputPort {
 
     void send(const MidiMessage& message, std::int64_t due) noexcept override;
 
+    // Engine thread.
+    std::int64_t latencyNs() const noexcept override;
+
     // Connects. Notes that sounded when an earlier connection broke are released first; due: the time now.
     void attach(std::unique_ptr<OutputLink> link, std::int64_t due);
 
@@ -30,7 +33,7 @@ class DevicePort : public OutputPort {
   private:
     std::unique_ptr<OutputLink> owned_;
     std::atomic<OutputLink*> link_{nullptr};
-    std::atomic<bool> sending_{false};
+    mutable std::atomic<bool> sending_{false};
     SoundingNotes sounding_; // who sends or is alone may touch it
 };
 

@@ -15,6 +15,9 @@ class VirtualOutputs : public OutputLink {
     void send(const MidiMessage& message, std::int64_t due) noexcept override {
         for (OutputLink* link : links_) link->send(message, due);
     }
+    std::int64_t latencyNs() const noexcept override {
+        return links_.empty() ? 0 : links_.front()->latencyNs();
+    }
     bool alive() noexcept override { return true; }
 
   private:

@@ -44,6 +44,8 @@ class JackClient::Output : public OutputLink {
         if (lane_.port.load(std::memory_order_relaxed) != nullptr) lane_.ring.push({due, message});
     }
 
+    std::int64_t latencyNs() const noexcept override { return owner_.online() ? owner_.latencyNs() : 0; }
+
     bool alive() noexcept override {
         return address_.empty() || owner_.connected(lane_.port, address_, session_);
     }

@@ -99,7 +99,7 @@ class JackClient : public PortSystem {
     std::int64_t followServer(jack_nframes_t frames) noexcept;
     void write(OutLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept;
     void playAudio(jack_nframes_t frames) noexcept;
-    static void read(InLane& lane, jack_nframes_t frames) noexcept;
+    void read(InLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept;
 
     static constexpr int kLanes = 8; // 0 is the virtual port
 

@@ -45,7 +45,7 @@ void JackClient::process(jack_nframes_t frames) noexcept {
     const std::int64_t cycle = followServer(frames);
     for (auto& active : outActive_)
         if (OutLane* lane = active.load()) write(*lane, frames, cycle);
-    for (InLane& lane : inLanes_) read(lane, frames);
+    for (InLane& lane : inLanes_) read(lane, frames, cycle);
     playAudio(frames);
     left_.fetch_add(1);
 }
@@ -111,7 +111,7 @@ void JackClient::playAudio(jack_nframes_t frames) noexcept {
     if (left != nullptr && right != nullptr) source->fill(static_cast<int>(frames), left, right);
 }
 
-void JackClient::read(InLane& lane, jack_nframes_t frames) noexcept {
+void JackClient::read(InLane& lane, jack_nframes_t frames, std::int64_t cycle) noexcept {
     jack_port_t* port = lane.port.load();
     InputSink* sink = lane.sink.load();
     if (port == nullptr || sink == nullptr) return;
@@ -124,7 +124,10 @@ void JackClient::read(InLane& lane, jack_nframes_t frames) noexcept {
         MidiMessage message;
         message.size = static_cast<std::uint8_t>(event.size);
         std::memcpy(message.bytes, event.buffer, event.size);
-        sink->received(message);
+        if (event.buffer[0] >= 0xF0)
+            sink->clocked(message, time_.nsAt(cycle + event.time));
+        else
+            sink->received(message);
     }
 }
 

@@ -20,6 +20,7 @@ class SynthLink : public OutputLink {
     SynthLink(const SynthLink&) = delete;
     SynthLink& operator=(const SynthLink&) = delete;
     void send(const MidiMessage& message, std::int64_t due) noexcept override { synth_.send(message, due); }
+    std::int64_t latencyNs() const noexcept override { return synth_.latencyNs(); }
     bool alive() noexcept override { return true; }
 
   private:

@@ -18,6 +18,9 @@ class OutputLink {
     // One thread at a time; never blocks, never allocates.
     virtual void send(const MidiMessage& message, std::int64_t due) noexcept = 0;
 
+    // See OutputPort. Any thread.
+    virtual std::int64_t latencyNs() const noexcept { return 0; }
+
     // User-interface thread. False once nothing can get through any more.
     virtual bool alive() noexcept = 0;
 };

@@ -133,6 +133,7 @@ void Synth::fill(int frames, float* left, float* right) noexcept {
     // How far the device runs ahead of the events: the rest of a burst, a callback, a block.
     const std::int64_t ahead = std::max<std::int64_t>(0, time_.nsAt(frame_) - now) + kLookAheadNs;
     latency_ = std::max(latency_, frames + 2 * SynthCore::kBlock + ahead * time_.rate / FrameTime::kSecond);
+    latencyNs_.store(latency_ * FrameTime::kSecond / time_.rate, std::memory_order_relaxed);
     for (int done = 0; done < frames;) {
         if (taken_ == SynthCore::kBlock) nextBlock();
         const int count = std::min(frames - done, SynthCore::kBlock - taken_);

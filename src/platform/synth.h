@@ -52,6 +52,8 @@ class Synth : public OutputLink, private AudioSource {
     SynthMeter takeMeter() { return {peak_.exchange(0, std::memory_order_relaxed)}; }
 
     void send(const MidiMessage& message, std::int64_t due) noexcept override;
+    // Without that of the sound card.
+    std::int64_t latencyNs() const noexcept override { return latencyNs_.load(std::memory_order_relaxed); }
     bool alive() noexcept override { return true; }
 
     // The name of the audio driver in use, "" where there is none.
@@ -86,6 +88,7 @@ class Synth : public OutputLink, private AudioSource {
     std::atomic<bool> muted_{false};
     std::atomic<float> peak_{0};
     std::atomic<std::uint32_t> callbacks_{0};
+    std::atomic<std::int64_t> latencyNs_{0};
     MessageRing ring_;
 
     // Audio thread, while a driver runs.

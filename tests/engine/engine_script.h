@@ -71,7 +71,7 @@ struct Sounding {
     std::size_t most = 0;
 };
 
-struct MemoryDevices final : OutputDevices {
+struct MemoryDevices : OutputDevices {
     int count() override { return 2; }
     std::string name(int index) override { return "memory " + std::to_string(index); }
     OutputPort* open(int index) override {
