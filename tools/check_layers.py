@@ -18,6 +18,7 @@ SRC = ROOT / "src"
 PAINTERS = {"picture", "windows", "desktop"}
 OWNERS = {
     "transportState": "transport",
+    "clockState": "transport",
     "songPosition": "song",
     "recordingState": "project",
     "editingState": "panel",

@@ -2,7 +2,7 @@
 # What the program needs from Debian, for run and test to source: nothing is downloaded from anywhere else.
 
 RUN_PACKAGES="g++ cmake ninja-build pkg-config qt6-base-dev librtmidi-dev libasound2-dev libjack-jackd2-dev
-  libfluidsynth-dev libsndfile1-dev faust timgm6mb-soundfont fonts-inter"
+  libfluidsynth-dev libsndfile1-dev faust timgm6mb-soundfont fonts-inter ableton-link-dev"
 TEST_PACKAGES="$RUN_PACKAGES clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev
   libbenchmark-dev python3 python3-mido fluidsynth jackd2 xvfb xauth xdotool"
 # For the emulated machine of ./test --machine.

@@ -18,7 +18,9 @@ constexpr int indexOf(ClockKind kind) {
 inline constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 inline constexpr std::int64_t kClocksPerBar = 96; // 24 to the quarter note
 
-// What a source asks the program for. tick: song tick of a bar line, of a start and a locate.
+inline constexpr int kWhereItStands = -1;
+
+// What a source asks the program for. tick: song tick of a bar line, of a start and a locate, or kWhereItStands.
 struct ClockWish {
     enum Kind : std::int32_t { none, start, stop, locate };
     Kind kind = none;
@@ -72,6 +74,8 @@ class ClockTap {
   protected:
     ~ClockTap() = default;
 };
+
+inline constexpr int kMostClockOffsetMs = 100;
 
 // What the user chose; kept in clock.cfg.
 struct ClockSettings {

@@ -35,6 +35,7 @@ constexpr ControlInfo kInfo[kControls] = {
     {"tempoBPM", ControlKind::text, 1, 0},
     {"timeDisplay", ControlKind::text, 1, 0},
     {"microDisplay", ControlKind::text, 1, 0},
+    {"clockBadge", ControlKind::text, 1, 0},
     {"UserTitle", ControlKind::text, 20, 0},
     {"step109LED", ControlKind::lamp, 16, 0},
     {"sel103AButton", ControlKind::area, 13, 0},
@@ -47,6 +48,7 @@ constexpr ControlInfo kInfo[kControls] = {
     {"ediSel", ControlKind::area, 3, 0},
     {"edi109", ControlKind::area, 1, 0},
     {"PlayHit", ControlKind::area, 1, 0},
+    {"tapTempo", ControlKind::area, 1, 0},
 };
 
 PanelView* view = nullptr;

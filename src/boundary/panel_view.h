@@ -40,6 +40,7 @@ enum class Control : std::uint8_t {
     tempoBPM,
     timeDisplay,
     microDisplay,
+    clockBadge, // whose clock is followed, "" for our own; enabled: locked
     UserTitle,
     // lamps
     step109LED,
@@ -54,8 +55,9 @@ enum class Control : std::uint8_t {
     ediSel,
     edi109,
     PlayHit,
+    tapTempo,
 };
-inline constexpr int kControls = static_cast<int>(Control::PlayHit) + 1;
+inline constexpr int kControls = static_cast<int>(Control::tapTempo) + 1;
 inline constexpr int kMaxControlCount = 20; // the largest count of a control array
 
 enum class ControlKind : std::uint8_t { sprite, text, lamp, area };

@@ -91,6 +91,7 @@ constexpr KeyRow kPlainKeys[] = {
     {kPadMinusKey, true, nudgeTempo, -1},
     {kCloseBracketKey, true, jumpTempo, +10},
     {kOpenBracketKey, true, jumpTempo, -10},
+    {'B', true, [](int) { tapTempo(); }, 0},
     {kPeriodKey, false, [](int d) { edit(transposePatt, d); }, +1},
     {kCommaKey, false, [](int d) { edit(transposePatt, d); }, -1},
     {kLeftKey, true, selectNext, +1},

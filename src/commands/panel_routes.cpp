@@ -179,6 +179,7 @@ constexpr Route routeOf(Control control) {
         case Control::bank109: return {.click = bankClicked<kDrumModule>};
         case Control::ediSel: return {.click = [](int i, At) { setEditSel(i); }};
         case Control::edi109: return {.click = [](int, At) { setEditSel(kDrumModule); }};
+        case Control::tapTempo: return {.click = run<tapTempo>, .doubleClick = run<tapTempo>};
         default: return {}; // shows, and takes no pointer
     }
 }

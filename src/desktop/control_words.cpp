@@ -46,6 +46,8 @@ constexpr Words kWords[] = {
     {Control::bank109, "109 bank %2", "Bank   ( Shift with A to F )"},
     {Control::ediSel, "Edit %1", "Edit this module   ( Left, Right )"},
     {Control::tempoBPM, "Tempo", "Beats per minute"},
+    {Control::clockBadge, "Clock", "Whose clock is followed ( Options, Midi Setup )"},
+    {Control::tapTempo, "Tap tempo", "Tap four times or more in the beat   ( B )"},
     {Control::timeDisplay, "Bar", "Bar of the song"},
     {Control::microDisplay, "Step of the bar", "Step of the bar"},
 };
@@ -165,7 +167,7 @@ std::optional<ControlRange> controlRange(const PlacedControl& c, const PanelStat
 
 bool isReadOnly(const PlacedControl& c) {
     return c.control == Control::tempoBPM || c.control == Control::timeDisplay ||
-           c.control == Control::microDisplay;
+           c.control == Control::microDisplay || c.control == Control::clockBadge;
 }
 
 bool isTabStop(const PlacedControl& c) {

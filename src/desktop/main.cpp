@@ -34,12 +34,14 @@
 #include "project/run_state.h"
 #include "setup/config_file.h"
 #include "setup/midi_devices.h"
+#include "transport/clock_follow.h"
 
 namespace marlune {
 
 namespace {
 
 constexpr int kDevicePollMs = 1000;
+constexpr int kClockLookMs = 50;
 
 // A descriptor on which other threads announce something.
 class WakeDescriptor {
@@ -84,15 +86,25 @@ class Machine {
         setEngineComponent(&engine_);
         setOutputDevices(&platform_.outputs());
         MIDIIn1.attach(&platform_.inputs(), midiWake_.fd);
+        MIDIIn1.setTap(&engine_);
+        Clocks& clocks = platform_.clocks();
+        clocks.offerMidi(engine_.midiClock());
+        engine_.offerClock(ClockKind::link, clocks.linkSource());
+        engine_.offerClock(ClockKind::jack, clocks.jackSource());
+        setClockRoom(&clocks);
+        QObject::connect(&clockLook_, &QTimer::timeout, tendClock);
         QObject::connect(&devicePoll_, &QTimer::timeout, [this] {
             for (const std::string& line : platform_.poll()) shell().showPassing(line);
             openMissingDevices();
+            lookAtClock();
         });
         devicePoll_.start(kDevicePollMs);
     }
     ~Machine() {
         SetMarluneHwnd32(-1);
+        setClockRoom(nullptr);
         MIDIIn1.attach(nullptr, -1);
+        MIDIIn1.setTap(nullptr);
         setOutputDevices(nullptr);
         setEngineComponent(nullptr);
     }
@@ -103,12 +115,19 @@ class Machine {
     [[nodiscard]] Platform& platform() { return platform_; }
 
   private:
+    // Our own clock has nothing to show that changes.
+    void lookAtClock() {
+        const bool follows = clockState->chosen.kind != ClockKind::internal;
+        if (follows && !clockLook_.isActive()) clockLook_.start(kClockLookMs);
+        if (!follows) clockLook_.stop();
+    }
+
     WakeDescriptor engineWake_, midiWake_;
     Platform platform_;
     Engine engine_;
     FdPump enginePump_{engineWake_.fd, engineSpoke};
     FdPump midiPump_{midiWake_.fd, midiArrived};
-    QTimer devicePoll_;
+    QTimer devicePoll_, clockLook_;
 };
 
 // Ends the program without a question: unsaved work is kept, every note released, the settings written.

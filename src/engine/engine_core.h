@@ -19,7 +19,7 @@ class EngineCore final : private MidiSink, private MessageSink {
     EngineCore(MessageSink& messages, WireLog* log) : messages_(messages), log_(log) {}
 
     // A source that SetClock32 can choose from now on; outlives the core.
-    void offerClock(ClockKind kind, ClockSource& source) noexcept { offered_[indexOf(kind)] = &source; }
+    void offerClock(ClockKind kind, ClockSource* source) noexcept { offered_[indexOf(kind)] = source; }
 
     // Before deadline() is asked: takes in what the source that is followed has heard, and posts its wishes.
     // A source whose time has jumped by more than kMaxCatchUpNs (another session, another place) gets the run

@@ -35,7 +35,7 @@ constexpr std::int64_t kBulkRestNs = 1'000'000;
 
 Engine::Engine(PlayClock& clock, OutputDevices& devices, WireLog* log)
     : clock_(clock), devices_(devices), core_(*this, log) {
-    core_.offerClock(ClockKind::midi, midiClock_);
+    core_.offerClock(ClockKind::midi, &midiClock_);
     // The thread inherits a mask with everything blocked: signals belong to the main thread.
     sigset_t all;
     sigset_t before;

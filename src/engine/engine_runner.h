@@ -55,7 +55,7 @@ class Engine final : public PlaybackEngine, public ClockTap, private MessageSink
     bool equalsRecord(const ProjectRecord& record, std::string* difference = nullptr) override;
 
     // A source for SetClock32 beside the MIDI clock; before that is called. It outlives the engine.
-    void offerClock(ClockKind kind, ClockSource& source) { core_.offerClock(kind, source); }
+    void offerClock(ClockKind kind, ClockSource* source) { core_.offerClock(kind, source); }
 
     // The way in of the MIDI clock; any thread.
     void heard(int link, const MidiMessage& message, std::int64_t when) noexcept override;

@@ -29,7 +29,7 @@ class VirtualEngine final : public PlaybackEngine, private MessageSink {
     }
 
     // A source for SetClock32; outlives the engine.
-    void offerClock(ClockKind kind, ClockSource& source) { core_.offerClock(kind, source); }
+    void offerClock(ClockKind kind, ClockSource* source) { core_.offerClock(kind, source); }
     // Plays what is due until then, and takes in what a source has heard; for sources with a time of their
     // own.
     void playUntil(std::int64_t ns);

@@ -1,6 +1,7 @@
 #include "panel/knobs.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "boundary/engine_component.h"
 #include "panel/editing.h"
@@ -22,6 +23,23 @@ constexpr int kFineness = 10;
 // Whether the drag under way is a fine one: on a change the drag counts anew from where it is, so that the
 // knob doesn't jump.
 bool dragIsFine = false;
+
+// The row of taps: how many, and the time from the first to the last.
+struct Taps {
+    CStopWatch since;
+    int count = 0;
+    int ms = 0;
+};
+Taps taps;
+constexpr int kTapsForATempo = 4;
+constexpr int kMostTaps = 16;
+constexpr int kLongestTapMs = 60'000 / kMinTempo * 5 / 4;
+
+// Whether a tap goes on with the row, a quarter of a beat to either side.
+bool inRow(int ms) {
+    return taps.count > 0 && ms <= kLongestTapMs &&
+           (taps.count == 1 || std::abs(ms * (taps.count - 1) - taps.ms) * 4 <= taps.ms);
+}
 
 bool knobIsFree() {
     return !songPosition->songMode || recordingState->recordOn;
@@ -77,11 +95,19 @@ void midiKnobUpdate(int knob) {
     }
 }
 
+void showTempo() {
+    const double theirs = clockState->sight.tempo;
+    const bool ours = clockState->settling > 0 || project.tempo != clockState->sharedTempo;
+    const bool shared = clockState->chosen.kind == ClockKind::link;
+    const int tempo = theirs > 0 && !(shared && ours) ? static_cast<int>(std::lround(std::min(theirs, 999.0))) : int{project.tempo};
+    showFrame(Control::knobTempo, 0, tempoFrame(std::clamp(tempo, kMinTempo, kMaxTempo)));
+    showNumber(Control::tempoBPM, 0, tempo);
+}
+
 void refreshTempo() {
     project.tempo = std::clamp<int>(project.tempo, kMinTempo, kMaxTempo);
     markProject();
-    showFrame(Control::knobTempo, 0, tempoFrame(project.tempo));
-    showNumber(Control::tempoBPM, 0, project.tempo);
+    showTempo();
     if (transportState->transportRunning) project.tempoChanged = true;
 }
 
@@ -104,6 +130,16 @@ void knobTempo_MouseMove(bool leftButton, double y, bool fine) {
     if (!leftButton) return;
     const int distance = roundHalfEven(dragDistance(y, fine, project.tempo) * (kMaxTempo - kMinTempo));
     project.tempo = std::clamp(project.dragStartValue + distance / kTempoDragTwips, kMinTempo, kMaxTempo);
+    refreshTempo();
+}
+
+void tapTempo() {
+    const int ms = taps.since.Elapsed();
+    taps.since.Reset();
+    if (!inRow(ms) || taps.count == kMostTaps) taps.count = taps.ms = 0;
+    if (taps.count++ > 0) taps.ms += ms;
+    if (taps.count < kTapsForATempo || taps.ms == 0) return;
+    project.tempo = std::clamp(roundHalfEven(60'000.0 * (taps.count - 1) / taps.ms), kMinTempo, kMaxTempo);
     refreshTempo();
 }
 

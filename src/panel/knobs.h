@@ -9,6 +9,7 @@ int tempoFrame(int tempo); // frame 0..53 of a tempo 40..240
 void refreshKnob(int knob);    // marks the project, shows the knob, hands the value to the component
 void refreshKnobGfx(int knob); // marks the project and shows the knob; the tick has sent the value already
 void midiKnobUpdate(int knob); // pattern mode: sent now; song mode: sent with the next step
+void showTempo();              // the tempo that rules: the project's, or that of the clock that is followed
 void refreshTempo();           // limits, shows and spreads the tempo; a running transport follows next tick
 
 // y: twips, downwards. Ignored for a value knob in song mode unless recording is armed. A drag counts from
@@ -21,5 +22,9 @@ void knobTempo_MouseMove(bool leftButton, double y, bool fine);
 // One notch of the wheel or one press of an arrow key, under the guards of a drag.
 void stepKnob(int knob, int steps);
 void stepTempo(int steps);
+
+// The fourth tap in an even row sets the tempo, and each further one makes it more exact. A tap that comes too
+// late, or out of the row, begins a new one.
+void tapTempo();
 
 } // namespace marlune

@@ -84,6 +84,8 @@ constexpr PlacedControl kControlTable[] = {
     {Control::tempoBPM, 0, {928, 37, 102, 55}, 1, false, 3, 4, 3},
     {Control::timeDisplay, 0, {574, 37, 112, 35}, 1, false, 3, 4, 4},
     {Control::microDisplay, 0, {574, 72, 112, 20}, 1, false, 3, 2, 7},
+    {Control::clockBadge, 0, {932, 75, 30, 13}, 2, false, 3, 0, 0},
+    {Control::tapTempo, 0, {963, 73, 32, 18}, 2, true, 3, 0, 0},
     {Control::UserTitle, 0, {205, 224, 54, 16}, 1, false, 0, 0, 0},
     {Control::UserTitle, 1, {261, 224, 54, 16}, 1, false, 0, 0, 0},
     {Control::UserTitle, 2, {317, 224, 54, 16}, 1, false, 0, 0, 0},

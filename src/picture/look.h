@@ -68,7 +68,7 @@ struct Look {
     std::uint16_t marks = 0;
     std::int16_t frame = 0;
     std::int16_t width = 0, height = 0; // panel pixels
-    std::string text;
+    std::string text; // of a tempo field: tempo, badge
 
     [[nodiscard]] bool is(Mark mark) const { return (marks & mark) != 0; }
     bool operator==(const Look&) const = default;

@@ -186,10 +186,17 @@ void barField(Look& look, const ShownPiece& s) {
     touched(look, s);
 }
 
+void tempoField(Look& look, const ShownPiece& s) {
+    look.text = s.state.text(Control::tempoBPM) + '\n' + s.state.text(Control::clockBadge);
+    mark(look, kLit, s.state.isEnabled(Control::clockBadge));
+    mark(look, kHover, s.touch.hover != nullptr && s.touch.hover->control == Control::tapTempo);
+    mark(look, kDown, s.touch.pressed != nullptr && s.touch.pressed->control == Control::tapTempo);
+}
+
 // In the order of Art.
 constexpr std::array<void (*)(Look&, const ShownPiece&), 24> kLookMakers{
     ground,  channel, arrow,        halo,  rail,  bracket, lamp,     keys, stepCap, bankCap, cap,    cap,
-    stepCap, knob,    patternField, field, field, field,   barField, cap,  sprite,  cap,     sprite, field,
+    stepCap, knob,    patternField, field, field, tempoField, barField, cap,  sprite,  cap,     sprite, field,
 };
 static_assert(kLookMakers.size() == static_cast<std::size_t>(Art::title) + 1);
 

@@ -130,11 +130,13 @@ bool JackClient::open() {
     jack_set_sample_rate_callback(client_, onSampleRate, this);
     online_ = true;
     if (jack_activate(client_) != 0) close();
+    if (client_ != nullptr) transport_.attach(client_);
     return client_ != nullptr;
 }
 
 void JackClient::close() {
     online_ = false;
+    transport_.attach(nullptr);
     closeBounded(client_);
     client_ = nullptr; // not before: cycles may have gone on until then
     audio_ = nullptr;

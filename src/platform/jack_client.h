@@ -13,6 +13,7 @@
 #include "platform/audio_source.h"
 #include "platform/awaited.h"
 #include "platform/frame_time.h"
+#include "platform/jack_transport.h"
 #include "platform/message_ring.h"
 #include "platform/play_clock.h"
 #include "platform/port_system.h"
@@ -48,6 +49,8 @@ class JackClient : public PortSystem {
     // server. Audio has to share this client: the library does not bear two in one process when a server
     // dies.
     bool setAudio(AudioSource* source);
+
+    JackTransport& transport() { return transport_; }
 
     bool online() const noexcept { return online_.load(); }
 
@@ -119,6 +122,7 @@ class JackClient : public PortSystem {
     std::array<std::atomic<OutLane*>, kLanes> outActive_{};
     std::array<InLane, 2> inLanes_;
     std::unique_ptr<Output> virtualOutput_;
+    JackTransport transport_;
     std::array<jack_port_t*, 2> audioPorts_{};
     std::atomic<AudioSource*> audio_{nullptr}; // set only while the ports stand
 

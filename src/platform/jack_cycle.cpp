@@ -43,6 +43,7 @@ void JackClient::process(jack_nframes_t frames) noexcept {
     if (!online()) return; // a client that a hung server has kept from being closed
     entered_.fetch_add(1);
     const std::int64_t cycle = followServer(frames);
+    transport_.cycle(time_.nsAt(cycle), time_.rate);
     for (auto& active : outActive_)
         if (OutLane* lane = active.load()) write(*lane, frames, cycle);
     for (InLane& lane : inLanes_) read(lane, frames, cycle);

@@ -34,6 +34,7 @@ struct Platform::Parts {
         : stateFile(options.stateFile),
           jack(options.systemPorts ? std::make_unique<JackClient>(clock) : nullptr),
           alsa(options.systemPorts ? openAlsaPorts() : nullptr),
+          clocks(jack.get()),
           synth(clock, jack.get(), {options.sound, options.room}),
           names(loadDeviceNames(stateFile)),
           outputs(
@@ -53,6 +54,7 @@ struct Platform::Parts {
     SystemPlayClock clock;
     std::unique_ptr<JackClient> jack;
     std::unique_ptr<PortSystem> alsa;
+    Clocks clocks;
     Synth synth;
     DeviceNames names;
     SystemOutputs outputs;
@@ -68,6 +70,9 @@ PlayClock& Platform::clock() {
 }
 OutputDevices& Platform::outputs() {
     return parts_->outputs;
+}
+Clocks& Platform::clocks() {
+    return parts_->clocks;
 }
 InputDevices& Platform::inputs() {
     return parts_->inputs;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "boundary/midi_ports.h"
+#include "platform/clocks.h"
 
 namespace marlune {
 
@@ -28,6 +29,7 @@ class Platform {
     PlayClock& clock();
     OutputDevices& outputs();
     InputDevices& inputs();
+    Clocks& clocks();
 
     // About once a second; mostly done within a millisecond, 5 ms while there is no JACK server. Notices
     // servers and devices that came or went and connects open ones again. Returns lines for the status line,

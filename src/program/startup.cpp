@@ -50,6 +50,7 @@ bool loadPanel() {
     ClearKeyMap();
     init309();
     const bool configured = loadGlobalConfig();
+    takeClockSettings();
     for (int k = 0; k < kKnobs; ++k) showText(Control::UserTitle, k, knobLabel[k]);
     initKnobTrack(startValues);
     ClearCopyBuffer();

@@ -3,6 +3,7 @@
 namespace marlune {
 
 Owned<TransportState> transportState;
+Owned<ClockState> clockState;
 Owned<SongPosition> songPosition;
 Owned<RecordingState> recordingState;
 Owned<EditingState> editingState;
@@ -10,6 +11,7 @@ Owned<EditingState> editingState;
 void resetRunState() {
     const unsigned generation = editingState->recordGeneration;
     transportState.write() = {};
+    clockState.write() = {};
     songPosition.write() = {};
     recordingState.write() = {};
     editingState.write() = {};

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 
+#include "boundary/clock_source.h"
 #include "project/project_record.h"
 #include "util/owned.h"
 #include "util/stop_watch.h"
@@ -25,6 +26,15 @@ struct TransportState {
     bool programClosing = false; // the window is going: waits end at once
 };
 extern Owned<TransportState> transportState;
+
+// Whose time is played. Written by transport/.
+struct ClockState {
+    ClockSettings chosen;
+    ClockSight sight;    // of a source that is followed, as last looked at
+    int sharedTempo = 0; // the project's tempo as the source knows it
+    int settling = 0;    // looks for which a tempo of ours may not be theirs yet
+};
+extern Owned<ClockState> clockState;
 
 // Where the song stands. Written by song/.
 struct SongPosition {

@@ -13,7 +13,9 @@
 #include "panel/refresh.h"
 #include "project/global_config.h"
 #include "project/run_state.h"
+#include "setup/clock_file.h"
 #include "setup/config_file.h"
+#include "transport/clock_follow.h"
 #include "transport/transport.h"
 #include "util/text_number.h"
 
@@ -88,6 +90,12 @@ void openInput() {
 
 void setOutputDevices(OutputDevices* devices) {
     outputs = devices;
+}
+
+void takeClockSettings() {
+    ClockSettings settings = loadClockSettings();
+    if (clockRoom() == nullptr || !clockRoom()->offers(settings.kind)) settings.kind = ClockKind::internal;
+    chooseClock(settings);
 }
 
 void listMidiDevices() {
@@ -182,6 +190,9 @@ MIDISetupForm::MIDISetupForm() {
     caption = "MIDI Setup";
     CmdOk.caption = "OK";
     CmdCancel.caption = "Cancel";
+    shareStart.caption = "Link: start and stop with the others";
+    followJack.caption = "JACK: follow start, stop and bar";
+    leadJack.caption = "JACK: lead, and tell bar, beat and tick";
 }
 
 void MIDISetupForm::describe(FormBuilder& builder) {
@@ -193,6 +204,13 @@ void MIDISetupForm::describe(FormBuilder& builder) {
     builder.comboBox("Sync Only", ComboSyncOut);
     builder.textBox("Playback Delay(+/-4ticks)", syncOffsetCheck, 4);
     builder.endFrame();
+    builder.beginFrame("Clock");
+    builder.comboBox("Follow", clock);
+    builder.textBox("Play later by ms (+/-100)", clockOffset, 4);
+    builder.checkBox(shareStart);
+    builder.checkBox(followJack);
+    builder.checkBox(leadJack);
+    builder.endFrame();
     okCancelRow(
         builder, CmdOk, [this] { cmdOK_Click(); }, CmdCancel, [this] { cmdCancel_Click(); });
 }
@@ -200,6 +218,36 @@ void MIDISetupForm::describe(FormBuilder& builder) {
 void MIDISetupForm::Form_Activate() {
     syncOffsetCheck.text = std::to_string(int{config.syncOffset});
     fillLists();
+    fillClock();
+}
+
+void MIDISetupForm::fillClock() {
+    const ClockSettings& chosen = clockState->chosen;
+    offered.clear();
+    clock.items.clear();
+    for (int k = 0; k < kClockKinds; ++k) {
+        const auto kind = static_cast<ClockKind>(k);
+        if (kind != ClockKind::internal && (clockRoom() == nullptr || !clockRoom()->offers(kind))) continue;
+        if (kind == chosen.kind) clock.selected = static_cast<int>(offered.size());
+        offered.push_back(kind);
+        clock.items.emplace_back(clockName(kind));
+    }
+    clockOffset.text = std::to_string(chosen.offsetMs);
+    shareStart.checked = chosen.shareStart;
+    followJack.checked = chosen.followJack;
+    leadJack.checked = chosen.leadJack;
+}
+
+ClockSettings MIDISetupForm::enteredClock() const {
+    ClockSettings settings = clockState->chosen;
+    if (clock.selected >= 0 && clock.selected < static_cast<int>(offered.size()))
+        settings.kind = offered[clock.selected];
+    if (isNumeric(clockOffset.text))
+        settings.offsetMs = std::clamp(leadingInteger(clockOffset.text), -kMostClockOffsetMs, kMostClockOffsetMs);
+    settings.shareStart = shareStart.checked;
+    settings.followJack = followJack.checked;
+    settings.leadJack = leadJack.checked;
+    return settings;
 }
 
 void MIDISetupForm::cmdOK_Click() {
@@ -215,6 +263,9 @@ void MIDISetupForm::cmdOK_Click() {
         config.syncOffset = leadingInteger(syncOffsetCheck.text);
     }
     SetSyncOffset32(config.syncOffset);
+    const ClockSettings settings = enteredClock();
+    if (settings != clockState->chosen) saveClockSettings(settings);
+    chooseClock(settings);
     hide();
     closeMidiDevices();
     openMidiDevices();

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "boundary/clock_source.h"
 #include "boundary/form.h"
 #include "boundary/midi_ports.h"
 
@@ -12,6 +13,8 @@ namespace marlune {
 
 // The devices offered as outputs; null for none. The component opens them by index.
 void setOutputDevices(OutputDevices* devices);
+
+void takeClockSettings(); // what clock.cfg says counts from now on
 
 void listMidiDevices(); // fills the lists of the dialog and fits the chosen indices to them
 // All three; true when the outputs and the input are open, else warns. next: what the warning says beyond
@@ -35,14 +38,20 @@ void mnuOptionsMidiSetup_Click();
 
 struct MIDISetupForm final : Form {
     MIDISetupForm();
-    ComboBox ComboMidiIn, ComboMidiOut, ComboSyncOut;
-    TextBox syncOffsetCheck;
+    ComboBox ComboMidiIn, ComboMidiOut, ComboSyncOut, clock;
+    TextBox syncOffsetCheck, clockOffset;
+    CheckBox shareStart, followJack, leadJack;
     Button CmdOk, CmdCancel;
 
     void describe(FormBuilder& builder) override;
     void Form_Activate() override;
     void cmdOK_Click();
     void cmdCancel_Click();
+
+  private:
+    void fillClock();
+    [[nodiscard]] ClockSettings enteredClock() const;
+    std::vector<ClockKind> offered; // in the order of the list
 };
 extern MIDISetupForm midiSetupForm;
 

@@ -4,6 +4,7 @@
 #include "panel/refresh.h"
 #include "project/run_state.h"
 #include "song/song_place.h"
+#include "transport/clock_follow.h"
 #include "transport/tick.h"
 
 namespace marlune {
@@ -52,6 +53,10 @@ void pumpEngineMessages() {
     EngineMessage message;
     while (engineComponent() != nullptr && engineComponent()->takeMessage(message)) {
         if (!hooked) continue;
+        if (message.message == kClockMessage) {
+            clockWished(message.wParam, message.lParam);
+            continue;
+        }
         if (message.message == kTickMessage) countTick();
         if (message.placing != songPosition->placing) continue; // of a place that has been left since
         engineWndProc(0, static_cast<unsigned>(message.message), message.wParam, message.lParam);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "boundary/clock_source.h"
 #include "boundary/engine_component.h"
 #include "project/song_track.h"
 #include "song/song_place.h"
@@ -31,11 +32,13 @@ void QuenTimer(int stepMs) {
     interval = stepMs;
     if (stepMs == 0) {
         StopMarluneTimer32();
+        if (running && clockRoom() != nullptr) clockRoom()->transport(false, songPosition->songTick);
     } else if (running) {
         SetMarluneTimerInterval32(stepMs / kPeriodsPerStep, 0);
     } else {
         placeStart();
         timerStarted();
+        if (clockRoom() != nullptr) clockRoom()->transport(true, songPosition->songTick);
         StartMarluneTimer32(stepMs / kPeriodsPerStep, 0);
     }
 }

@@ -16,7 +16,7 @@ constexpr std::int64_t kMs = 1'000'000;
 struct Followed : MemoryDevices, Player {
     Followed() : Player(this) {
         OpenMidiPort32(0);
-        engine.offerClock(ClockKind::midi, clock);
+        engine.offerClock(ClockKind::midi, &clock);
         SetClock32(indexOf(ClockKind::midi));
         setBass(0, 0, "C");
     }
@@ -185,7 +185,7 @@ struct Grid final : ClockSource {
 TEST(FollowedClock, AJumpOfItsTimeIsWaitedOut) {
     Followed player;
     Grid grid;
-    player.engine.offerClock(ClockKind::link, grid);
+    player.engine.offerClock(ClockKind::link, &grid);
     SetClock32(indexOf(ClockKind::link));
     SetClockOffset32(5000); // five milliseconds later
     StartMarluneTimer32(20, 0);
