@@ -21,6 +21,7 @@ OWNERS = {
     "clockState": "transport",
     "songPosition": "song",
     "recordingState": "project",
+    "grooveState": "panel",
     "editingState": "panel",
     "patternClipboard": "edit",
     "songClipboard": "edit",

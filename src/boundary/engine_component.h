@@ -15,52 +15,56 @@
 namespace marlune {
 
 // name, number of arguments
-#define MARLUNE_ENTRY_POINTS(ENTRY)                                                                    \
-    ENTRY(SetMarluneHwnd32, 1)          /* window: descriptor that gets a wake-up, -1 for none */      \
-    ENTRY(SetMarluneTempo32, 1)         /* tempo: one sixteenth of it fills six periods, exactly */    \
-    ENTRY(HoldTicks32, 1)               /* flag: a start waits with its first step until released */   \
-    ENTRY(StartMarluneTimer32, 2)       /* period in ms, 0: starts at the stored positions */          \
-    ENTRY(SetMarluneTimerInterval32, 2) /* period in ms, 0: from the next period on */                 \
-    ENTRY(StopMarluneTimer32, 0)        /* no tick after it returns, none left queued */               \
-    ENTRY(OpenMidiPort32, 1)            /* device: non-zero result on success */                       \
-    ENTRY(OpenSyncPort32, 1)            /* device: non-zero result on success */                       \
-    ENTRY(CloseMidiPort32, 0)           /* releases what sounds, then closes */                        \
-    ENTRY(CloseSyncPort32, 0)                                                                          \
-    ENTRY(SetSyncOffset32, 1) /* +n delays the notes by n periods, -n the clock */                     \
-    ENTRY(BeginPlacing32, 2)  /* ticks taken since the start, number of the placing: see below */      \
-    ENTRY(EndPlacing32, 0)                                                                             \
-    ENTRY(SetSong32, 1)         /* flag: song mode */                                                  \
-    ENTRY(SetSongTick32, 1)     /* tick 0..15999 for the next step */                                  \
-    ENTRY(SetModuleTick32, 2)   /* module, step for the next step */                                   \
-    ENTRY(SetCurrGroup32, 2)    /* module, bank playing */                                             \
-    ENTRY(SetCurrPatt32, 2)     /* module, pattern playing */                                          \
-    ENTRY(SetNextGroup32, 2)    /* module, bank cued: taken over when the module wraps */              \
-    ENTRY(SetNextPatt32, 2)     /* module, pattern cued */                                             \
-    ENTRY(SetCurrBarGroup32, 2) /* module, bank of this bar */                                         \
-    ENTRY(SetCurrBarPatt32, 2)  /* module, pattern of this bar */                                      \
-    ENTRY(SetNextBarGroup32, 2) /* module, bank taken over at the next bar line */                     \
-    ENTRY(SetNextBarPatt32, 2)  /* module, pattern taken over at the next bar line */                  \
-    ENTRY(Set103Note32, 5)      /* module, bank, pattern, step, note */                                \
-    ENTRY(Set103NoteOn32, 5)    /* module, bank, pattern, step, flag */                                \
-    ENTRY(Set103Up32, 5)                                                                               \
-    ENTRY(Set103Down32, 5)                                                                             \
-    ENTRY(Set103Accent32, 5)                                                                           \
-    ENTRY(Set103Loop32, 4)        /* module, bank, pattern, loopEnd */                                 \
-    ENTRY(Set103Patch32, 4)       /* module, bank, pattern, patch */                                   \
-    ENTRY(Set103Chan32, 2)        /* module, channel 0..15 */                                          \
-    ENTRY(Set103StoredChan32, 2)  /* module, channel of the program changes */                         \
-    ENTRY(Set103Vel32, 2)         /* module, velocity */                                               \
-    ENTRY(Set103NoteOffset32, 2)  /* module, base note */                                              \
-    ENTRY(Set109bOn32, 5)         /* bank, pattern, step, drum, hit (any non-zero) */                  \
-    ENTRY(Set109DrumNote32, 4)    /* bank, pattern, drum, note */                                      \
-    ENTRY(Set109Loop32, 3)        /* bank, pattern, loopEnd */                                         \
-    ENTRY(Set109Chan32, 2)        /* 2, channel */                                                     \
-    ENTRY(DefineController32, 2)  /* knob, controller number; -1 is none */                            \
-    ENTRY(SetController32, 2)     /* knob, value: sent now */                                          \
-    ENTRY(PrepareController32, 2) /* knob, value: sent with the next step */                           \
-    ENTRY(SendShortMessage32, 3)  /* status, data 1, data 2: to the sequencer port, now */             \
-    ENTRY(SetClock32, 1)          /* ClockKind: whose periods are played; one not offered: internal */ \
-    ENTRY(SetClockOffset32, 1)    /* microseconds by which a followed clock is played later */
+#define MARLUNE_ENTRY_POINTS(ENTRY)                                                                     \
+    ENTRY(SetMarluneHwnd32, 1)          /* window: descriptor that gets a wake-up, -1 for none */       \
+    ENTRY(SetMarluneTempo32, 1)         /* tempo: one sixteenth of it fills six periods, exactly */     \
+    ENTRY(HoldTicks32, 1)               /* flag: a start waits with its first step until released */    \
+    ENTRY(StartMarluneTimer32, 2)       /* period in ms, 0: starts at the stored positions */           \
+    ENTRY(SetMarluneTimerInterval32, 2) /* period in ms, 0: from the next period on */                  \
+    ENTRY(StopMarluneTimer32, 0)        /* no tick after it returns, none left queued */                \
+    ENTRY(OpenMidiPort32, 1)            /* device: non-zero result on success */                        \
+    ENTRY(OpenSyncPort32, 1)            /* device: non-zero result on success */                        \
+    ENTRY(CloseMidiPort32, 0)           /* releases what sounds, then closes */                         \
+    ENTRY(CloseSyncPort32, 0)                                                                           \
+    ENTRY(SetSyncOffset32, 1) /* +n delays the notes by n periods, -n the clock */                      \
+    ENTRY(BeginPlacing32, 2)  /* ticks taken since the start, number of the placing: see below */       \
+    ENTRY(EndPlacing32, 0)                                                                              \
+    ENTRY(SetSong32, 1)         /* flag: song mode */                                                   \
+    ENTRY(SetSongTick32, 1)     /* tick 0..15999 for the next step */                                   \
+    ENTRY(SetModuleTick32, 2)   /* module, step for the next step */                                    \
+    ENTRY(SetCurrGroup32, 2)    /* module, bank playing */                                              \
+    ENTRY(SetCurrPatt32, 2)     /* module, pattern playing */                                           \
+    ENTRY(SetNextGroup32, 2)    /* module, bank cued: taken over when the module wraps */               \
+    ENTRY(SetNextPatt32, 2)     /* module, pattern cued */                                              \
+    ENTRY(SetCurrBarGroup32, 2) /* module, bank of this bar */                                          \
+    ENTRY(SetCurrBarPatt32, 2)  /* module, pattern of this bar */                                       \
+    ENTRY(SetNextBarGroup32, 2) /* module, bank taken over at the next bar line */                      \
+    ENTRY(SetNextBarPatt32, 2)  /* module, pattern taken over at the next bar line */                   \
+    ENTRY(Set103Note32, 5)      /* module, bank, pattern, step, note */                                 \
+    ENTRY(Set103NoteOn32, 5)    /* module, bank, pattern, step, flag */                                 \
+    ENTRY(Set103Up32, 5)                                                                                \
+    ENTRY(Set103Down32, 5)                                                                              \
+    ENTRY(Set103Accent32, 5)                                                                            \
+    ENTRY(Set103Loop32, 4)        /* module, bank, pattern, loopEnd */                                  \
+    ENTRY(Set103Patch32, 4)       /* module, bank, pattern, patch */                                    \
+    ENTRY(Set103Chan32, 2)        /* module, channel 0..15 */                                           \
+    ENTRY(Set103StoredChan32, 2)  /* module, channel of the program changes */                          \
+    ENTRY(Set103Vel32, 2)         /* module, velocity */                                                \
+    ENTRY(Set103NoteOffset32, 2)  /* module, base note */                                               \
+    ENTRY(Set109bOn32, 5)         /* bank, pattern, step, drum, hit (any non-zero) */                   \
+    ENTRY(Set109DrumNote32, 4)    /* bank, pattern, drum, note */                                       \
+    ENTRY(Set109Loop32, 3)        /* bank, pattern, loopEnd */                                          \
+    ENTRY(Set109Chan32, 2)        /* 2, channel */                                                      \
+    ENTRY(DefineController32, 2)  /* knob, controller number; -1 is none */                             \
+    ENTRY(SetController32, 2)     /* knob, value: sent now */                                           \
+    ENTRY(PrepareController32, 2) /* knob, value: sent with the next step */                            \
+    ENTRY(SendShortMessage32, 3)  /* status, data 1, data 2: to the sequencer port, now */              \
+    ENTRY(SetClock32, 1)          /* ClockKind: whose periods are played; one not offered: internal */  \
+    ENTRY(SetClockOffset32, 1)    /* microseconds by which a followed clock is played later */          \
+    ENTRY(SetSwing32, 1)          /* percent beyond 50 that the odd sixteenths of a pair take, 0..25 */ \
+    ENTRY(SetSlides32, 1)         /* flag: whether steps slide */                                       \
+    ENTRY(Set103Slide32, 5)       /* module, bank, pattern, step, flag */                               \
+    ENTRY(SetMutes32, 3)          /* bits of modules, bits of drums, flag: with the next bar line */
 
 // A placing: the calls between BeginPlacing32 and EndPlacing32 take effect together, between two steps. They
 // are meant for the step after the last tick message that the caller has taken; steps played since are

@@ -33,6 +33,8 @@ enum class Control : std::uint8_t {
     ResetButton,
     RwdStep,
     FwdStep,
+    slideLamp,
+    muteLamp, // the modules, then the drums; 0 heard, 1 silent, 2 solo
     // texts
     LoopPt,
     PatchID,
@@ -40,6 +42,7 @@ enum class Control : std::uint8_t {
     tempoBPM,
     timeDisplay,
     microDisplay,
+    swing,
     clockBadge, // whose clock is followed, "" for our own; enabled: locked
     UserTitle,
     // lamps

@@ -5,7 +5,9 @@
 #include "edit/transforms.h"
 #include "edit/undo_history.h"
 #include "panel/editing.h"
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
+#include "panel/mutes.h"
 #include "panel/refresh.h"
 #include "project/global_config.h"
 #include "project/run_state.h"
@@ -22,6 +24,7 @@ namespace marlune {
 namespace {
 
 constexpr int kShift = 1; // bits of the modifier mask
+constexpr int kCtrl = 2;
 
 enum Code {
     kEnterKey = 13,
@@ -44,6 +47,7 @@ enum Code {
     kOpenBracketKey = 219,
     kCloseBracketKey = 221,
     kQuoteKey = 222,
+    kF5Key = 116, // to F7: the modules
 };
 
 // Tempo by one: at a limit the display is not touched.
@@ -64,6 +68,10 @@ void selectNext(int delta) {
 void edit(void (*routine)(int, int), int argument) {
     markProject();
     routine(editingState->editSel, argument);
+}
+
+void slide(int) {
+    if (editingState->editSel < kBassModules) slideClick(editingState->editSel);
 }
 
 void learn(int) {
@@ -91,6 +99,7 @@ constexpr KeyRow kPlainKeys[] = {
     {kPadMinusKey, true, nudgeTempo, -1},
     {kCloseBracketKey, true, jumpTempo, +10},
     {kOpenBracketKey, true, jumpTempo, -10},
+    {'V', false, slide, 0},
     {'B', true, [](int) { tapTempo(); }, 0},
     {kPeriodKey, false, [](int d) { edit(transposePatt, d); }, +1},
     {kCommaKey, false, [](int d) { edit(transposePatt, d); }, -1},
@@ -169,6 +178,9 @@ void releaseWinding(void (*showRest)()) {
 
 void Form_KeyDown(int code, int shift) {
     const EditBracket bracket(shift == 0 ? gestureOf(code) : 0);
+    if (code >= kF5Key && code < kF5Key + kModules)
+        toggleModule(code - kF5Key, (shift & kShift) != 0 ? Silencing::solo : Silencing::mute,
+                     (shift & kCtrl) != 0);
     if (shift == 0) plainKey(code);
     if (shift == kShift) shiftedKey(code);
     if (code == kShiftKey) setWindRate(7);

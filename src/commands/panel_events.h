@@ -20,6 +20,8 @@ struct PointerEvent {
     bool fine = false;      // Shift is held: a knob drag is ten times finer
     bool second = false;    // this press is the second of a fast pair
     bool inside = true;     // a release still over the control it pressed
+    bool alt = false;       // held with a press
+    bool ctrl = false;
 };
 
 // Routes one event to the handlers of control(index). A control without press and release handlers of its own

@@ -8,7 +8,9 @@
 #include "midi/midi_input.h"
 #include "midi/remote_control.h"
 #include "panel/editing.h"
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
+#include "panel/mutes.h"
 #include "panel/refresh.h"
 #include "panel/step_editing.h"
 #include "project/run_state.h"
@@ -69,6 +71,26 @@ void flagClick(int module, At) {
 template <void (*toggle)(int)>
 void flagDblClick(int module, At) {
     if (edits()) toggle(module);
+}
+
+void accentOrSlide(int module, At at) {
+    (at.fine ? flagClick<slideClick> : flagClick<accentClick>)(module, at);
+}
+void accentOrSlideAgain(int module, At at) {
+    (at.fine ? flagDblClick<slideClick> : flagDblClick<accentClick>)(module, at);
+}
+
+// With Alt a press on a name plate or a drum silences it; false where it is none of these.
+bool silences(Control control, int index, At at) {
+    if (!at.alt || !at.leftButton || at.action != PointerAction::press) return false;
+    const Silencing how = at.fine ? Silencing::solo : Silencing::mute;
+    if (control == Control::ediSel || control == Control::edi109) {
+        toggleModule(control == Control::edi109 ? kDrumModule : index, how, at.ctrl);
+        return true;
+    }
+    if (control != Control::sel109 || index >= kDrums) return false;
+    toggleDrum(index, how, at.ctrl);
+    return true;
 }
 
 void lampClick(int step, At) {
@@ -137,8 +159,7 @@ constexpr Route routeOf(Control control) {
                     .move = digitMove,
                     .release = [](int i, At at) { DigitPatt_MouseMove(i, at.y); },
                     .wheel = stepDigit};
-        case Control::accent:
-            return {.click = flagClick<accentClick>, .doubleClick = flagDblClick<accentClick>};
+        case Control::accent: return {.click = accentOrSlide, .doubleClick = accentOrSlideAgain};
         case Control::up: return {.click = flagClick<upClick>, .doubleClick = flagDblClick<upClick>};
         case Control::down: return {.click = flagClick<downClick>, .doubleClick = flagDblClick<downClick>};
         case Control::sel109:
@@ -179,6 +200,10 @@ constexpr Route routeOf(Control control) {
         case Control::bank109: return {.click = bankClicked<kDrumModule>};
         case Control::ediSel: return {.click = [](int i, At) { setEditSel(i); }};
         case Control::edi109: return {.click = [](int, At) { setEditSel(kDrumModule); }};
+        case Control::swing:
+            return {.press = [](int, At at) { swing_MouseDown(at.leftButton, at.y); },
+                    .move = [](int, At at) { swing_MouseMove(at.leftButton, at.y, at.fine); },
+                    .wheel = [](int, int steps) { stepSwing(steps); }};
         case Control::tapTempo: return {.click = run<tapTempo>, .doubleClick = run<tapTempo>};
         default: return {}; // shows, and takes no pointer
     }
@@ -203,6 +228,7 @@ int gestureOfMidi() {
 }
 
 void deliver(Control control, int index, const PointerEvent& event) {
+    if (silences(control, index, event)) return;
     const Route route = routeOf(control);
     PointerEvent at = event;
     at.y = std::clamp(event.y, -kFarthest, kFarthest);

@@ -47,6 +47,9 @@ constexpr Words kWords[] = {
     {Control::ediSel, "Edit %1", "Edit this module   ( Left, Right )"},
     {Control::tempoBPM, "Tempo", "Beats per minute"},
     {Control::clockBadge, "Clock", "Whose clock is followed ( Options, Midi Setup )"},
+    {Control::swing, "Swing", "Delay of the even sixteenths: drag up or down; 50 % is straight"},
+    {Control::slideLamp, "%1 Slide", "Slide of the selected step   ( Shift+ACCENT, V )"},
+    {Control::muteLamp, "%1 mute %2", "Mute   ( Alt+click; with Shift solo, with Ctrl at the bar line )"},
     {Control::tapTempo, "Tap tempo", "Tap four times or more in the beat   ( B )"},
     {Control::timeDisplay, "Bar", "Bar of the song"},
     {Control::microDisplay, "Step of the bar", "Step of the bar"},
@@ -67,6 +70,9 @@ QString indexWord(const PlacedControl& c, const PanelState& state) {
         case Control::knobSprite: return QString::fromStdString(state.text(Control::UserTitle, c.index));
         case Control::sel109:
         case Control::Offset109: return QString::fromStdString(state.text(Control::UserTitle, 12 + c.index));
+        case Control::muteLamp:
+            return c.index < 3 ? QString()
+                               : QString::fromStdString(state.text(Control::UserTitle, 9 + c.index));
         case Control::DigitPatt: return c.index % 2 == 0 ? QStringLiteral("current") : QStringLiteral("next");
         case Control::sel103AButton:
         case Control::sel103BButton: return QString::fromLatin1(kNotes[c.index]);
@@ -98,8 +104,13 @@ QString frameValue(const PlacedControl& c, const PanelState& state) {
             return frame == 1 ? QStringLiteral("running") : QStringLiteral("stopped");
         case Control::sel109: return selected(frame == 1);
         case Control::accent:
+        case Control::slideLamp:
         case Control::up:
         case Control::down: return onOff(frame == 1);
+        case Control::muteLamp:
+            return frame == 0   ? QStringLiteral("heard")
+                   : frame == 1 ? QStringLiteral("silent")
+                                : QStringLiteral("solo");
         case Control::RecButton:
         case Control::playSongButton: return onOff(frame == 2);
         default: return {};
@@ -143,7 +154,8 @@ QString controlTip(const PlacedControl& c) {
 
 bool isTurned(Control control) {
     return control == Control::knobSprite || control == Control::knobTempo || control == Control::DigitPatt ||
-           control == Control::LoopPt || control == Control::PatchID || control == Control::Offset109;
+           control == Control::LoopPt || control == Control::swing || control == Control::PatchID ||
+           control == Control::Offset109;
 }
 
 std::optional<ControlRange> controlRange(const PlacedControl& c, const PanelState& state) {
@@ -155,6 +167,9 @@ std::optional<ControlRange> controlRange(const PlacedControl& c, const PanelStat
         case Control::knobSprite:
             return ControlRange{1.0 * state.frame(c.control, c.index), 0, kFrames, 127 / kFrames};
         case Control::knobTempo: return ControlRange{number(Control::tempoBPM), 40, 240, 1};
+        case Control::swing:
+            return ControlRange{QString::fromStdString(state.text(c.control)).chopped(1).toDouble(), 50, 75,
+                                1};
         case Control::DigitPatt: return ControlRange{1.0 + state.frame(c.control, c.index) % 8, 1, 8, 1};
         case Control::LoopPt: return ControlRange{number(c.control), 1, 16, 1};
         case Control::PatchID: {
@@ -167,7 +182,8 @@ std::optional<ControlRange> controlRange(const PlacedControl& c, const PanelStat
 
 bool isReadOnly(const PlacedControl& c) {
     return c.control == Control::tempoBPM || c.control == Control::timeDisplay ||
-           c.control == Control::microDisplay || c.control == Control::clockBadge;
+           c.control == Control::microDisplay || c.control == Control::clockBadge ||
+           c.control == Control::slideLamp || c.control == Control::muteLamp;
 }
 
 bool isTabStop(const PlacedControl& c) {

@@ -229,9 +229,11 @@ void PanelWidget::press(QMouseEvent* event, bool second) {
     touch_.pressed = control;
     refresh();
     // The handler may let events run, the release among them: nothing is read after this call.
-    panelPointer(control->control, control->index,
-                 {PointerAction::press, event->button() == Qt::LeftButton, at.y() * kTwips,
-                  event->modifiers().testFlag(Qt::ShiftModifier), pair, true});
+    panelPointer(
+        control->control, control->index,
+        {PointerAction::press, event->button() == Qt::LeftButton, at.y() * kTwips,
+         event->modifiers().testFlag(Qt::ShiftModifier), pair, true,
+         event->modifiers().testFlag(Qt::AltModifier), event->modifiers().testFlag(Qt::ControlModifier)});
 }
 
 void PanelWidget::mousePressEvent(QMouseEvent* event) {

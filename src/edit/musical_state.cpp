@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "panel/editing.h"
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "project/pattern_push.h"
@@ -32,6 +33,7 @@ enum Piece {
     kNoteMapPiece,
     kBarPiece,
     kTrackPiece,
+    kGroovePiece,
     kPieces
 };
 
@@ -81,6 +83,7 @@ struct Touched {
     bool patterns[kModules][kBanks * kPatterns] = {};
     bool knobs[kKnobs] = {};
     bool tempo = false;
+    bool groove = false;
     bool tracks[kKnobs] = {};
     bool song = false;
 };
@@ -91,6 +94,7 @@ void mark(Touched& touched, int piece, std::size_t at) {
         case kBass1: touched.patterns[piece][at / sizeof(BassPattern)] = true; break;
         case kDrumPiece: touched.patterns[kDrumModule][at / sizeof(DrumPattern)] = true; break;
         case kKnobPiece: touched.knobs[at / sizeof(Le16)] = true; break;
+        case kGroovePiece: touched.groove = true; break;
         case kTempoPiece: touched.tempo = true; break;
         case kBarPiece: touched.song = true; break;
         case kTrackPiece: touched.tracks[at / kSongTicks] = touched.song = true; break;
@@ -117,7 +121,8 @@ std::vector<std::span<std::uint8_t>> musicalPieces() {
             bytesOf(project.tempo),
             bytesOf(project.noteMap),
             bytesOf(barTrack),
-            bytesOf(knobTrack)};
+            bytesOf(knobTrack),
+            bytesOf(project.groove)};
 }
 
 std::vector<std::uint8_t> captureMusic() {
@@ -168,6 +173,7 @@ void applyMusic(const MusicDifference& difference, Side side) {
         if (touched.knobs[knob]) refreshKnob(knob);
     }
     if (touched.tempo) refreshTempo();
+    if (touched.groove) refreshGroove();
     if (!touched.song) return;
     // A knob whose movement was taken back would write it anew with the next tick.
     for (int knob = 0; knob < kKnobs; ++knob) {

@@ -1,6 +1,9 @@
 #include "engine/engine_core.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "project/groove.h"
 
 namespace marlune {
 
@@ -16,6 +19,7 @@ constexpr std::size_t indexOf(Role role) {
 
 constexpr std::int64_t kMicrosecondNs = 1000;
 constexpr int kMostOffsetUs = 500'000;
+constexpr std::int64_t kLongestPeriodNs = 250'000'000;
 
 } // namespace
 
@@ -80,6 +84,7 @@ void EngineCore::start(int periodMs) noexcept {
 void EngineCore::stop() noexcept {
     if (source_ != nullptr && running()) source_->runs(false);
     sequencer_.stop(sinks());
+    swung_ = kNever;
     state_ = State::standing;
 }
 
@@ -113,7 +118,7 @@ std::int64_t EngineCore::leadNs() const noexcept {
 void EngineCore::setClock(int kind) noexcept {
     ClockSource* const chosen = kind >= 0 && kind < kClockKinds ? offered_[kind] : nullptr;
     if (chosen == source_) return;
-    const std::int64_t next = due() && deadline() != kNever ? deadline() : time_;
+    const std::int64_t next = due() && nextPeriod() != kNever ? nextPeriod() : time_;
     if (source_ != nullptr && running()) source_->runs(false);
     source_ = chosen;
     expected_ = kNever;
@@ -143,7 +148,10 @@ void EngineCore::look(std::int64_t nowNs) noexcept {
 }
 
 std::int64_t EngineCore::deadline() const noexcept {
-    if (!due()) return kNever;
+    return due() ? std::min(swung_, nextPeriod()) : kNever;
+}
+
+std::int64_t EngineCore::nextPeriod() const noexcept {
     if (source_ == nullptr) return clock_.timeOf(next_);
     const std::int64_t told = source_->timeOf(next_);
     return told == kNever ? kNever : std::max(told - lead_, played_);
@@ -154,17 +162,37 @@ void EngineCore::period(std::int64_t nowNs) noexcept {
         stalled(nowNs);
         if (deadline() > nowNs) return;
     }
+    if (swung_ < nextPeriod()) {
+        playSwung();
+        return;
+    }
+    const std::int64_t before = played_;
     beginPeriod();
-    sequencer_.period(sinks());
+    if (sequencer_.period(sinks())) swung_ = time_ + swingNs(before);
     endPeriod();
 }
 
+// A swung step comes between two periods.
+void EngineCore::playSwung() noexcept {
+    time_ = played_ = std::exchange(swung_, kNever);
+    sequencer_.playDelayed(sinks());
+}
+
+// before: time of the last period. Where the next ones are known, so is the length of the sixteenth.
+std::int64_t EngineCore::swingNs(std::int64_t before) const noexcept {
+    const std::int64_t sixteenth =
+        source_ == nullptr ? clock_.timeOf(next_ + kPeriodsPerStep) - clock_.timeOf(next_)
+                           : kPeriodsPerStep * std::clamp<std::int64_t>(time_ - before, 0, kLongestPeriodNs);
+    return sixteenth * sequencer_.swing() / kStraight;
+}
+
 void EngineCore::stalled(std::int64_t nowNs) noexcept {
-    const std::int64_t late = nowNs - deadline();
+    const std::int64_t late = nowNs - nextPeriod();
     time_ = nowNs;
     // A source goes on meanwhile: what it has begun without us is joined, not begun later.
     if ((state_ == State::waiting && source_ == nullptr) || late > kMaxSkipNs) {
         clock_.shift(late);
+        if (swung_ != kNever) swung_ = nowNs;
         if (source_ != nullptr) source_->place(next_, nowNs + lead_);
         expected_ = kNever;
         if (firstStep_ != kNever)
@@ -173,7 +201,11 @@ void EngineCore::stalled(std::int64_t nowNs) noexcept {
         return;
     }
     sequencer_.interrupt(sinks());
-    while (deadline() < nowNs) {
+    if (swung_ != kNever) {
+        swung_ = kNever;
+        sequencer_.skipDelayed(sinks());
+    }
+    while (nextPeriod() < nowNs) {
         beginPeriod();
         time_ = nowNs; // of what goes out nevertheless
         sequencer_.skipPeriod(sinks());
@@ -182,7 +214,7 @@ void EngineCore::stalled(std::int64_t nowNs) noexcept {
 }
 
 void EngineCore::beginPeriod() noexcept {
-    time_ = played_ = deadline();
+    time_ = played_ = nextPeriod();
     // A change of rate in the periods before it moves the first step.
     if (sequencer_.sync().periodsToFirstStep() == 0) firstStep_ = time_;
 }

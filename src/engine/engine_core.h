@@ -77,6 +77,9 @@ class EngineCore final : private MidiSink, private MessageSink {
     std::int64_t leadNs() const noexcept;
     bool due() const noexcept { return state_ == State::playing || (state_ == State::waiting && !held_); }
     void stalled(std::int64_t nowNs) noexcept;
+    void playSwung() noexcept;
+    std::int64_t swingNs(std::int64_t before) const noexcept;
+    std::int64_t nextPeriod() const noexcept;
     void beginPeriod() noexcept;
     void endPeriod() noexcept;
     void endPlacing() noexcept;
@@ -101,6 +104,7 @@ class EngineCore final : private MidiSink, private MessageSink {
     std::int64_t lead_ = 0;          // how much earlier than the source's time a period is played
     std::int64_t offset_ = 0;        // what the user wants of it
     std::int64_t expected_ = kNever; // what the source said last of the next period
+    std::int64_t swung_ = kNever;    // time of a step that is late on purpose
     std::int64_t played_ = 0;        // time of the last period: none comes before it
     MessageSink& messages_;
     WireLog* log_;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "project/groove.h"
+
 namespace marlune {
 
 namespace {
@@ -41,13 +43,14 @@ class Comparison {
     std::string text_;
 };
 
-void compare(Comparison& result, const BassPattern& mine, const BassPattern& theirs) {
+void compare(Comparison& result, const BassPattern& mine, const BassPattern& theirs, bool slides) {
     for (int s = 0; s < kSteps; ++s) {
         result.check("note", s, mine.steps[s].note, limitNote(theirs.steps[s].note));
         result.check("noteOn", s, mine.steps[s].noteOn, theirs.steps[s].noteOn);
         result.check("up", s, mine.steps[s].up, theirs.steps[s].up);
         result.check("down", s, mine.steps[s].down, theirs.steps[s].down);
         result.check("accent", s, mine.steps[s].accent, theirs.steps[s].accent);
+        if (slides) result.check("slide", s, mine.steps[s].slide, theirs.steps[s].slide);
     }
     result.check("loopEnd", -1, mine.loopEnd, limitLoop(theirs.loopEnd));
     result.check("patch", -1, mine.patch, limitPatch(theirs.patch));
@@ -84,25 +87,34 @@ bool PatternStore::apply(const EngineCall& call) noexcept {
 }
 
 bool PatternStore::applyBass(const EngineCall& call) noexcept {
-    if (call.entry < Entry::Set103Note32 || call.entry > Entry::Set103Patch32) return false;
+    const bool slide = call.entry == Entry::Set103Slide32;
+    if ((call.entry < Entry::Set103Note32 || call.entry > Entry::Set103Patch32) && !slide) return false;
     const auto [module, bank, pattern, place, flag] = call.arguments; // place: step, or the value of two
     if (!within(module, kBassModules) || !within(bank, kBanks) || !within(pattern, kPatterns)) return true;
     BassPattern& target = bass_[module].patterns[bank][pattern];
     if (call.entry == Entry::Set103Loop32) target.loopEnd = limitLoop(place);
     if (call.entry == Entry::Set103Patch32) target.patch = limitPatch(place);
-    if (call.entry >= Entry::Set103Loop32 || !within(place, kSteps)) return true;
+    if ((call.entry >= Entry::Set103Loop32 && !slide) || !within(place, kSteps)) return true;
     BassStep& step = target.steps[place];
     switch (call.entry) {
         case Entry::Set103Note32: step.note = limitNote(flag); break;
         case Entry::Set103NoteOn32: step.noteOn = flag != 0; break;
         case Entry::Set103Up32: step.up = flag != 0; break;
         case Entry::Set103Down32: step.down = flag != 0; break;
+        case Entry::Set103Slide32: step.slide = flag != 0; break;
         default: step.accent = flag != 0; break;
     }
     return true;
 }
 
 static_assert(Entry::Set103Loop32 < Entry::Set103Patch32 && Entry::Set103Accent32 < Entry::Set103Loop32);
+
+void PatternStore::forgetSlides() noexcept {
+    for (BassModule& module : bass_)
+        for (auto& bank : module.patterns)
+            for (BassPattern& pattern : bank)
+                for (BassStep& step : pattern.steps) step.slide = false;
+}
 
 bool PatternStore::applyDrum(const EngineCall& call) noexcept {
     if (call.entry < Entry::Set109bOn32 || call.entry > Entry::Set109Loop32) return false;
@@ -131,7 +143,8 @@ bool PatternStore::equalsRecord(const ProjectRecord& record, std::string* differ
                 if (module == kDrumModule) {
                     compare(result, drum(b, p), record.drum.patterns[b][p]);
                 } else {
-                    compare(result, bass(module, b, p), record.bass[module].patterns[b][p]);
+                    compare(result, bass(module, b, p), record.bass[module].patterns[b][p],
+                            playsSlides(record));
                 }
                 if (result.text().empty()) continue;
                 if (difference != nullptr) *difference = result.text();

@@ -17,6 +17,8 @@ class PatternStore {
     // pattern, step or drum that does not exist is ignored, a value is limited to its range.
     bool apply(const EngineCall& call) noexcept;
 
+    void forgetSlides() noexcept;
+
     // bank 0..3, pattern 0..7, module 0 or 1.
     const BassPattern& bass(int module, int bank, int pattern) const {
         return bass_[module].patterns[bank][pattern];

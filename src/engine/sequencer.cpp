@@ -4,6 +4,7 @@
 
 #include "boundary/midi_bytes.h"
 #include "engine/tracked_sink.h"
+#include "project/groove.h"
 
 namespace marlune {
 
@@ -31,8 +32,27 @@ void Sequencer::apply(const EngineCall& call, Sinks sinks) noexcept {
         if (call.entry == Entry::SetSong32 && !running_ && !places_.songMode()) places_.stop();
         return;
     }
+    applyGroove(call, midi);
     if (call.entry == Entry::SetSyncOffset32) sync_.setOffset(call.arguments[0]);
     if (call.entry == Entry::SendShortMessage32) sendShortMessage(call, midi);
+}
+
+void Sequencer::applyGroove(const EngineCall& call, MidiSink& midi) noexcept {
+    const auto& [first, second, third, unused1, unused2] = call.arguments;
+    if (call.entry == Entry::SetSwing32) swing_ = std::clamp(first, 0, kMostSwing - kStraight);
+    if (call.entry == Entry::SetSlides32) {
+        for (BassVoice& voice : bass_) voice.slides = first != 0;
+        if (first == 0) patterns_.forgetSlides();
+    }
+    if (call.entry != Entry::SetMutes32) return;
+    mutes_ = {static_cast<unsigned>(first), static_cast<unsigned>(second), third != 0 && running_};
+    if (!mutes_.waiting) takeMutes(midi);
+}
+
+void Sequencer::takeMutes(MidiSink& midi) noexcept {
+    mutes_.waiting = false;
+    for (int m = 0; m < kBassModules; ++m) bass_[m].mute((mutes_.modules >> m & 1U) != 0, midi);
+    drums_.mute((mutes_.modules >> kDrumModule & 1U) != 0 ? ~0U : mutes_.drums, midi);
 }
 
 bool Sequencer::applyVoice(const EngineCall& call) noexcept {
@@ -80,9 +100,22 @@ void Sequencer::stop(Sinks sinks) noexcept {
     places_.stop();
 }
 
-void Sequencer::period(Sinks sinks) noexcept {
+bool Sequencer::period(Sinks sinks) noexcept {
     TrackedSink midi(sounding_, sinks.midi);
-    if (sync_.period(places_.position(), places_.songMode(), midi)) playStep(midi, sinks.messages);
+    if (!sync_.period(places_.position(), places_.songMode(), midi)) return false;
+    const bool swung = swing_ > 0 && places_.position() % 2 == 1;
+    if (!swung) playStep(midi, sinks.messages);
+    return swung;
+}
+
+void Sequencer::playDelayed(Sinks sinks) noexcept {
+    TrackedSink midi(sounding_, sinks.midi);
+    playStep(midi, sinks.messages);
+}
+
+void Sequencer::skipDelayed(Sinks sinks) noexcept {
+    Noteless midi(sinks.midi);
+    playStep(midi, sinks.messages);
 }
 
 void Sequencer::interrupt(Sinks sinks) noexcept {
@@ -98,6 +131,7 @@ void Sequencer::skipPeriod(Sinks sinks) noexcept {
 void Sequencer::playStep(MidiSink& midi, MessageSink& messages) noexcept {
     places_.enterStep(messages);
     const int position = places_.position();
+    if (mutes_.waiting && position % kTicksPerBar == 0) takeMutes(midi);
     const std::array<int, kModules> steps{places_.step(0), places_.step(1), places_.step(2)};
     for (int m = 0; m < kBassModules; ++m) bass_[m].release(playingBass(m).steps[steps[m]], midi);
     knobs_.sendPrepared(midi);

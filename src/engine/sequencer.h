@@ -32,8 +32,14 @@ class Sequencer {
     // Releases everything that sounds, ends the clock stream, puts the steps back to 0.
     void stop(Sinks sinks) noexcept;
 
-    // One timer period: the clock byte first, then with every sixth one a step.
-    void period(Sinks sinks) noexcept;
+    // One timer period: the clock byte first, then with every sixth one a step. Where that is a swung one,
+    // true, and the step is left to playDelayed(), to be called before the next one.
+    bool period(Sinks sinks) noexcept;
+    void playDelayed(Sinks sinks) noexcept;
+    void skipDelayed(Sinks sinks) noexcept; // as skipPeriod()
+
+    // How much of a sixteenth a swung step is late, in fiftieths: 0..25. The even sixteenths of a bar swing.
+    int swing() const noexcept { return swing_; }
 
     // Steps that have been played already (messages were posted for them) pass once more from where a placing
     // has put the modules: positions, steps and patterns move, nothing sounds. steps below 1 does nothing.
@@ -58,6 +64,8 @@ class Sequencer {
     bool applyVoice(const EngineCall& call) noexcept;
     void sendShortMessage(const EngineCall& call, MidiSink& midi) const noexcept;
     void playStep(MidiSink& midi, MessageSink& messages) noexcept;
+    void applyGroove(const EngineCall& call, MidiSink& midi) noexcept;
+    void takeMutes(MidiSink& midi) noexcept;
     const BassPattern& playingBass(int module) const noexcept;
 
     PatternStore patterns_;
@@ -66,6 +74,12 @@ class Sequencer {
     std::array<BassVoice, kBassModules> bass_{BassVoice(0), BassVoice(1)};
     DrumVoice drums_;
     SyncStream sync_;
+    struct Mutes {
+        unsigned modules = 0, drums = 0;
+        bool waiting = false; // for the next bar line
+    };
+    Mutes mutes_;
+    int swing_ = 0;
     bool running_ = false;
     int stepsPlayed_ = 0;
     SoundingNotes sounding_;

@@ -7,6 +7,7 @@
 #include "files/project_file.h"
 #include "midi/midi_input.h"
 #include "panel/form_parts.h"
+#include "panel/mutes.h"
 #include "panel/refresh.h"
 #include "project/song_track.h"
 #include "song/recording_end.h"
@@ -75,9 +76,10 @@ void playTicks(int startTick, int endTick) {
 }
 
 // Plays the stretch into a file in memory.
-void runInto(MemoryMidiFile& file, const std::string& title, int startTick, int endTick) {
+void runInto(MemoryMidiFile& file, const std::string& title, int startTick, int endTick, bool leaveOut) {
     const SavedState saved;
     if (recordingState->recordOn) endRecording();
+    if (leaveOut) leaveOutSilent(project);
     cueCurrent(project);             // the song alone says what comes
     MIDIIn1.setMessageEvents(false); // what is played now would not survive the run
     openTracks(file, title);
@@ -116,7 +118,7 @@ bool ExportToMID(const std::string& title, int startTick, int endTick) {
     const std::string name = askName();
     if (name.empty()) return false;
     MemoryMidiFile file;
-    runInto(file, title, startTick, endTick);
+    runInto(file, title, startTick, endTick, wantsSilentLeftOut());
     if (file.finish(name)) return true;
     shell().messageBox("Can't write " + extractFileName(name) + ".\nThe file on disk is as it was.",
                        BoxIcon::exclamation, BoxButtons::ok);

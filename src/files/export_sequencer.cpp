@@ -2,6 +2,7 @@
 
 #include "boundary/midi_bytes.h"
 #include "project/global_config.h"
+#include "project/groove.h"
 #include "project/song_track.h"
 #include "project/step_rules.h"
 
@@ -14,7 +15,9 @@ struct ExportRun {
     int songTick = 0;                               // the tick that comes
     std::array<int, kModules> step{};               // and the step of each module
     int track = 0;                                  // destination of the next event
-    std::array<int, kExportTracks> lastEventTick{}; // song tick of the last event of each track
+    std::array<int, kExportTracks> lastEventTime{}; // file ticks of the last event of each track
+    int swing = 0;                                  // file ticks that an even sixteenth is late
+    std::array<int, kBassModules> slidFrom{};       // note that a slide releases; -1: none
     std::array<bool, kBassModules> noteActive{};    // a note awaits its release
 };
 ExportRun run;
@@ -32,9 +35,10 @@ void chooseTrack(int track) {
 }
 
 void writeEvent(int status, int data1, int data2) {
-    int& last = run.lastEventTick[run.track];
-    run.writer->event((run.songTick - last) * kFileTicksPerStep, status, data1, data2);
-    last = run.songTick;
+    int& last = run.lastEventTime[run.track];
+    const int time = run.songTick * kFileTicksPerStep + (run.songTick % 2 == 1 ? run.swing : 0);
+    run.writer->event(time - last, status, data1, data2);
+    last = time;
 }
 
 void SendNoteMIDExp(int channel, int note, int velocity) {
@@ -45,9 +49,26 @@ void SendPatchChangeMIDExp(int channel, int patch) {
     if (patch >= 0) writeEvent(kProgramChange + channel, patch, 0);
 }
 
+int velocityOfStep(int module, const BassStep& step) {
+    const int accentKnob = project.knobValue[kBassKnobs * module + kBassKnobs - 1];
+    return bassVelocity(step, velocityOf(module), accentKnob);
+}
+
+// A step that slides begins first.
+bool slidesFrom(int module, int note) {
+    const BassStep& step = currentBass(module).steps[run.step[module]];
+    return playsSlides(project) && step.slide && step.noteOn && velocityOfStep(module, step) > 0 &&
+           pitchOfStep(step, baseNoteOf(module)) != note;
+}
+
 void releaseBassNotes() {
     for (int m = 0; m < kBassModules; ++m) {
+        run.slidFrom[m] = -1;
         if (!run.noteActive[m]) continue;
+        if (slidesFrom(m, project.bass[m].lastNote)) {
+            run.slidFrom[m] = project.bass[m].lastNote;
+            continue;
+        }
         chooseTrack(noteTrack(m));
         SendNoteMIDExp(channelOf(m), project.bass[m].lastNote, 0);
     }
@@ -77,10 +98,10 @@ void takeBars() {
 
 void Play103NoteMIDExp(int module, int stepIndex) {
     const BassStep& step = currentBass(module).steps[stepIndex];
-    const int accentKnob = project.knobValue[kBassKnobs * module + kBassKnobs - 1];
-    const int velocity = bassVelocity(step, velocityOf(module), accentKnob);
+    const int velocity = velocityOfStep(module, step);
     run.noteActive[module] = step.noteOn && velocity > 0;
     if (run.noteActive[module]) SendNoteMIDExp(channelOf(module), project.bass[module].lastNote, velocity);
+    if (run.slidFrom[module] >= 0) SendNoteMIDExp(channelOf(module), run.slidFrom[module], 0);
 }
 
 void Play109AllMIDExp(int step) {
@@ -132,7 +153,8 @@ void beginExportRun(MidiFileWriter& writer, int startTick) {
     run.writer = &writer;
     run.songTick = startTick;
     for (int m = 0; m < kModules; ++m) run.step[m] = songPosition->moduleStep[m] % kSteps;
-    run.lastEventTick.fill(startTick);
+    run.lastEventTime.fill(startTick * kFileTicksPerStep);
+    run.swing = (kFileTicksPerStep * (swingOf(project) - kStraight) + kStraight / 2) / kStraight;
     config.drumSounding = {};
 }
 
@@ -145,9 +167,9 @@ void midiKnobUpdateMIDExp(int knob) {
 }
 
 void ExportToMIDProcessTick() {
+    takeBars();
     releaseBassNotes();
     songKnobTickMIDExp();
-    takeBars();
     for (int m = kBassModules - 1; m >= 0; --m) {
         project.bass[m].lastNote = pitchOfStep(currentBass(m).steps[run.step[m]], baseNoteOf(m));
     }

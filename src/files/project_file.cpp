@@ -5,6 +5,7 @@
 #include "boundary/app_shell.h"
 #include "boundary/engine_component.h"
 #include "panel/editing.h"
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "panel/shown_state.h"
@@ -43,6 +44,7 @@ void tellComponent() {
     placePatterns();
     for (int m = 0; m < kBassModules; ++m) Set103StoredChan32(m, project.bass[m].storedChannel);
     pushAllPatterns(0, 1, kDrumModule);
+    refreshGroove();
 }
 
 // The steps of a load; false at the first that fails.
@@ -118,7 +120,8 @@ std::string askProjectName(bool save) {
 std::vector<std::uint8_t> projectFileBytes() {
     ProjectRecord record = songPosition->songMode ? patternImage : project;
     record.tempo = project.tempo; // outlasts song mode, as it does at the switch
-    cueCurrent(record);           // as a load leaves it
+    record.groove = project.groove;
+    cueCurrent(record); // as a load leaves it
     const std::vector<std::uint8_t> song = packSong();
     const Le32 count = static_cast<int>(song.size() / kPackedEntrySize);
     std::vector<std::uint8_t> bytes(kEntriesOffset + song.size() +

@@ -6,8 +6,10 @@
 #include "edit/undo_history.h"
 #include "files/project_file.h"
 #include "panel/editing.h"
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
+#include "project/groove.h"
 #include "project/pattern_push.h"
 #include "song/mode_switch.h"
 #include "song/song_place.h"
@@ -71,6 +73,7 @@ void leaveSongForImport() {
 }
 
 void takeDraft(const MusicDraft& draft) {
+    clearGroove(project);
     for (int m = 0; m < kBassModules; ++m) project.bass[m].patterns = draft.record.bass[m].patterns;
     project.drum.patterns = draft.record.drum.patterns;
     project.knobValue = draft.record.knobValue;
@@ -82,6 +85,7 @@ void takeDraft(const MusicDraft& draft) {
     refreshTempo();
     stepsToZero();
     pushAllPatterns(0, 1, kDrumModule);
+    refreshGroove();
     placePatterns();
     refreshAll();
     markProject();

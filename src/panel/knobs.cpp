@@ -45,6 +45,16 @@ bool knobIsFree() {
     return !songPosition->songMode || recordingState->recordOn;
 }
 
+void turnKnob(int knob, int value) {
+    const int old = project.knobValue[knob];
+    project.knobValue[knob] = std::clamp(value, 0, kTopValue);
+    if (project.knobValue[knob] == old) return;
+    refreshKnob(knob);
+    if (recordingState->recordOn) recordKnobValue(knob, project.knobValue[knob]);
+}
+
+} // namespace
+
 void startDrag(double y, int value) {
     project.dragStartPos = roundHalfEven(y);
     project.dragStartValue = value;
@@ -58,16 +68,6 @@ double dragDistance(double y, bool fine, int value) {
     }
     return (project.dragStartPos - y) / (fine ? kFineness : 1);
 }
-
-void turnKnob(int knob, int value) {
-    const int old = project.knobValue[knob];
-    project.knobValue[knob] = std::clamp(value, 0, kTopValue);
-    if (project.knobValue[knob] == old) return;
-    refreshKnob(knob);
-    if (recordingState->recordOn) recordKnobValue(knob, project.knobValue[knob]);
-}
-
-} // namespace
 
 int knobFrame(int value) {
     return roundHalfEven(value * kFramesPerValue);
@@ -99,7 +99,8 @@ void showTempo() {
     const double theirs = clockState->sight.tempo;
     const bool ours = clockState->settling > 0 || project.tempo != clockState->sharedTempo;
     const bool shared = clockState->chosen.kind == ClockKind::link;
-    const int tempo = theirs > 0 && !(shared && ours) ? static_cast<int>(std::lround(std::min(theirs, 999.0))) : int{project.tempo};
+    const int tempo = theirs > 0 && !(shared && ours) ? static_cast<int>(std::lround(std::min(theirs, 999.0)))
+                                                      : int{project.tempo};
     showFrame(Control::knobTempo, 0, tempoFrame(std::clamp(tempo, kMinTempo, kMaxTempo)));
     showNumber(Control::tempoBPM, 0, tempo);
 }

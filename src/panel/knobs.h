@@ -23,8 +23,12 @@ void knobTempo_MouseMove(bool leftButton, double y, bool fine);
 void stepKnob(int knob, int steps);
 void stepTempo(int steps);
 
-// The fourth tap in an even row sets the tempo, and each further one makes it more exact. A tap that comes too
-// late, or out of the row, begins a new one.
+// The fourth tap in an even row sets the tempo, and each further one makes it more exact. A tap that comes
+// too late, or out of the row, begins a new one.
 void tapTempo();
+
+// A drag of a field with a value: where it begins, and how far it has come, in twips upwards.
+void startDrag(double y, int value);
+double dragDistance(double y, bool fine, int value);
 
 } // namespace marlune

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
 #include "panel/shown_state.h"
 #include "project/song_track.h"
@@ -54,6 +55,7 @@ void refresh103Patt(int module) {
     showFrame(Control::accent, module, step.accent ? 1 : 0);
     showFrame(Control::down, module, step.down ? 1 : 0);
     showFrame(Control::up, module, step.up ? 1 : 0);
+    showSlide(module);
     showFrame(Control::step103, module, selected);
     refreshLoop(module);
     refreshPatch(module);

@@ -73,14 +73,20 @@ void paintNoteField(const Ink& ink, const Look& look, const QRectF& box) {
 
 void paintTempoField(const Ink& ink, const Look& look, const QRectF& box) {
     ink.glass(box, 6, palette::kMoonlight);
-    const std::size_t split = std::min(look.text.find('\n'), look.text.size());
-    ink.dots({(box.width() - dotsWidth(3, 4)) / 2, 7}, {look.text.substr(0, split), 4, 3, palette::kMoonlight});
+    const std::size_t split = look.text.find('\n');
+    const std::size_t second = look.text.find('\n', split + 1);
+    ink.dots({(box.width() - dotsWidth(3, 4)) / 2, 7},
+             {look.text.substr(0, split), 4, 3, palette::kMoonlight});
     const bool touched = look.is(kHover) || look.is(kDown);
     ink.textMiddle({box.center().x(), 44}, QStringLiteral("BPM"), {10, 600, 1.2},
                    touched ? palette::kMoonlight : rgb(0xB9B3A1));
-    if (split + 1 >= look.text.size()) return;
-    ink.textMiddle({19, 44}, QString::fromStdString(look.text.substr(split + 1)), {8.5, 700, 0.6},
-                   look.is(kLit) ? palette::kPlay : palette::kDigitOff);
+    ink.textMiddle({19, 44}, QString::fromStdString(look.text.substr(split + 1, second - split - 1)),
+                   {8.5, 700, 0.6}, look.is(kLit) ? palette::kPlay : palette::kDigitOff);
+    const QString swing = QString::fromStdString(look.text.substr(second + 1));
+    const bool straight = swing.isEmpty() || swing == QStringLiteral("50%");
+    const QRgb colour = look.is(kArmed) || !straight ? palette::kMoonlight : palette::kDigitOff;
+    ink.textMiddle({79, 44}, straight ? QStringLiteral("50%") : swing, {9.5, 600}, colour);
+    chevrons(ink, 91, 44, colour);
 }
 
 void paintBarField(const Ink& ink, const Look& look, const QRectF& box) {

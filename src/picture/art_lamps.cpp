@@ -56,4 +56,29 @@ void paintLamp(const Ink& ink, const Look& look, const QRectF& box) {
     if (look.is(kEdit)) ink.disc(centre, 3.4, withAlpha(colours.light, 0.18));
 }
 
+// On the foot of the accent cap, which may be lit itself.
+void paintSlideLamp(const Ink& ink, const Look& look, const QRectF& box) {
+    const palette::ModuleColours& colours = palette::kModules[look.module];
+    const QPointF middle(box.center().x(), box.center().y());
+    if (look.frame == 1) {
+        ink.box(box, box.height() / 2, look.is(kLit) ? palette::kInk : colours.light);
+        ink.textMiddle(middle, QStringLiteral("SLIDE"), {8, 800, 0.5},
+                       look.is(kLit) ? colours.light : palette::kInk);
+        return;
+    }
+    ink.textMiddle(middle, QStringLiteral("SLIDE"), {8, 600, 0.5},
+                   withAlpha(look.is(kLit) ? palette::kInk : palette::kText, look.is(kAsleep) ? 0.35 : 0.5));
+}
+
+// Nothing while all is heard. Over a module a word, over a drum its letter.
+void paintMuteLamp(const Ink& ink, const Look& look, const QRectF& box) {
+    if (look.frame == 0) return;
+    const bool solo = look.frame == 2;
+    const bool word = box.width() > 20;
+    const QString text =
+        word ? (solo ? QStringLiteral("SOLO") : QStringLiteral("MUTE")) : QString(QChar(solo ? 'S' : 'M'));
+    ink.box(box, word ? box.height() / 2 : 4, solo ? palette::kPlay : palette::kRecord);
+    ink.textMiddle(box.center(), text, {word ? 10.0 : 9.0, 800, word ? 0.6 : 0.0}, palette::kInk);
+}
+
 } // namespace marlune

@@ -25,6 +25,8 @@ void paintPill(const Ink& ink, const Look& look, const QRectF& box);
 // art_lamps.cpp
 void paintRail(const Ink& ink, const Look& look, const QRectF& box);
 void paintBracket(const Ink& ink, const Look& look, const QRectF& box);
+void paintSlideLamp(const Ink& ink, const Look& look, const QRectF& box);
+void paintMuteLamp(const Ink& ink, const Look& look, const QRectF& box);
 void paintLamp(const Ink& ink, const Look& look, const QRectF& box);
 // art_keys.cpp, art_knob.cpp
 void paintKeys(const Ink& ink, const Look& look, const QRectF& box);

@@ -10,12 +10,12 @@ namespace marlune {
 namespace {
 
 // In the order of Art; the ground has no box of its own.
-constexpr std::array<ArtPainter, 26> kPainters{
+constexpr std::array<ArtPainter, 28> kPainters{
     nullptr,       paintChannel, paintArrow,        paintHalo,        paintRail,      paintBracket,
     paintLamp,     paintKeys,    paintStepCap,      paintBankCap,     paintOctaveCap, paintDrumCap,
     paintPad,      paintKnob,    paintPatternField, paintNumberField, paintNoteField, paintTempoField,
-    paintBarField, paintPill,    paintModeSwitch,   paintStartStop,   paintTransport, paintTitle,
-    paintKnobRing, paintKnobCap,
+    paintBarField, paintPill,    paintModeSwitch,   paintStartStop,   paintTransport, paintSlideLamp,
+    paintMuteLamp, paintTitle,   paintKnobRing,     paintKnobCap,
 };
 static_assert(kPainters.size() == static_cast<std::size_t>(Art::knobCap) + 1);
 

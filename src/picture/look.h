@@ -34,6 +34,8 @@ enum class Art : std::uint8_t {
     modeSwitch,
     startStop,
     transport,
+    slideLamp,
+    muteLamp,
     title,
     knobRing, // the two layers of a knob, kept one by one
     knobCap,
@@ -68,7 +70,7 @@ struct Look {
     std::uint16_t marks = 0;
     std::int16_t frame = 0;
     std::int16_t width = 0, height = 0; // panel pixels
-    std::string text; // of a tempo field: tempo, badge
+    std::string text;                   // of a tempo field: tempo, badge, swing
 
     [[nodiscard]] bool is(Mark mark) const { return (marks & mark) != 0; }
     bool operator==(const Look&) const = default;

@@ -187,16 +187,29 @@ void barField(Look& look, const ShownPiece& s) {
 }
 
 void tempoField(Look& look, const ShownPiece& s) {
-    look.text = s.state.text(Control::tempoBPM) + '\n' + s.state.text(Control::clockBadge);
+    look.text = s.state.text(Control::tempoBPM) + '\n' + s.state.text(Control::clockBadge) + '\n' +
+                s.state.text(Control::swing);
     mark(look, kLit, s.state.isEnabled(Control::clockBadge));
     mark(look, kHover, s.touch.hover != nullptr && s.touch.hover->control == Control::tapTempo);
     mark(look, kDown, s.touch.pressed != nullptr && s.touch.pressed->control == Control::tapTempo);
+    const auto drags = [](const PlacedControl* placed) {
+        return placed != nullptr && placed->control == Control::swing;
+    };
+    mark(look, kArmed, drags(s.touch.hover) || drags(s.touch.pressed));
+}
+
+// A lamp on a cap: what the cap shows is its ground.
+void onCap(Look& look, const ShownPiece& s) {
+    look.frame = static_cast<std::int16_t>(s.state.frame(s.piece.control, s.piece.index));
+    mark(look, kLit, s.state.frame(Control::accent, s.piece.index) == 1);
+    mark(look, kAsleep, s.state.songMode());
 }
 
 // In the order of Art.
-constexpr std::array<void (*)(Look&, const ShownPiece&), 24> kLookMakers{
-    ground,  channel, arrow,        halo,  rail,  bracket, lamp,     keys, stepCap, bankCap, cap,    cap,
-    stepCap, knob,    patternField, field, field, tempoField, barField, cap,  sprite,  cap,     sprite, field,
+constexpr std::array<void (*)(Look&, const ShownPiece&), 26> kLookMakers{
+    ground,   channel, arrow,  halo,    rail,   bracket,      lamp,   keys,  stepCap,
+    bankCap,  cap,     cap,    stepCap, knob,   patternField, field,  field, tempoField,
+    barField, cap,     sprite, cap,     sprite, onCap,        sprite, field,
 };
 static_assert(kLookMakers.size() == static_cast<std::size_t>(Art::title) + 1);
 

@@ -87,14 +87,17 @@ class PieceList {
             add(module == 2 ? Art::pad : Art::stepCap, kStepAreas[module], step, 3, step);
         for (int bank = 0; bank < 4; ++bank) add(Art::bankCap, kBankAreas[module], bank, 3, bank);
         add(Art::pill, Control::SelEditPicture, module, 1);
+        add(Art::muteLamp, Control::muteLamp, module, 1);
         if (module == 2) {
             for (int row = 0; row < 8; ++row) add(Art::drumCap, Control::sel109, row, 3, row);
+            for (int drum = 0; drum < 7; ++drum) add(Art::muteLamp, Control::muteLamp, 3 + drum, 1);
             return;
         }
         add(Art::keys, Control::keys, module, 10);
         add(Art::octaveCap, Control::up, module, 3, 0);
         add(Art::octaveCap, Control::down, module, 3, 1);
         add(Art::octaveCap, Control::accent, module, 3, 2);
+        add(Art::slideLamp, Control::slideLamp, module, 1);
     }
     void strip() {
         halo(Control::startStopButton, 0, 0);

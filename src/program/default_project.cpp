@@ -6,9 +6,11 @@
 #include "edit/song_tools.h"
 #include "files/project_file.h"
 #include "panel/editing.h"
+#include "panel/groove_edits.h"
 #include "panel/knobs.h"
 #include "panel/refresh.h"
 #include "project/global_config.h"
+#include "project/groove.h"
 #include "project/pattern_push.h"
 #include "project/run_state.h"
 #include "setup/config_file.h"
@@ -121,7 +123,9 @@ void init309() {
     initChannels();
     initPatterns();
     initMaps();
+    clearGroove(project);
     pushAllPatterns(kDrumModule, 0, 1);
+    refreshGroove();
     setEditSel(0);
 }
 

@@ -1,11 +1,20 @@
 #include "project/pattern_push.h"
 
 #include "boundary/engine_component.h"
+#include "project/groove.h"
 #include "project/project_record.h"
 
 namespace marlune {
 
 namespace {
+
+void pushSlides(int module, int bank, int pattern, bool onlySet) {
+    const BassPattern& source = project.bass[module].patterns[bank][pattern];
+    for (int step = 0; step < kSteps; ++step) {
+        const Flag16 slide = source.steps[step].slide;
+        if (slide || !onlySet) Set103Slide32(module, bank, pattern, step, slide.number());
+    }
+}
 
 void pushBass(int module, int bank, int pattern) {
     const BassPattern& source = project.bass[module].patterns[bank][pattern];
@@ -19,6 +28,7 @@ void pushBass(int module, int bank, int pattern) {
     }
     Set103Loop32(module, bank, pattern, source.loopEnd);
     Set103Patch32(module, bank, pattern, source.patch);
+    if (playsSlides(project)) pushSlides(module, bank, pattern, false);
 }
 
 void pushDrum(int bank, int pattern) {
@@ -40,6 +50,11 @@ void pushPatternToEngine(int module, int bank, int pattern) {
     } else {
         pushBass(module, bank, pattern);
     }
+}
+
+void pushAllSlides() {
+    for (int m = 0; m < kBassModules; ++m)
+        for (int i = 0; i < kBanks * kPatterns; ++i) pushSlides(m, i / kPatterns, i % kPatterns, true);
 }
 
 void pushAllPatterns(int first, int second, int third) {

@@ -19,7 +19,7 @@ struct BassStep {
     Flag16 noteOn; // false: a rest, which keeps its note
     Flag16 up;     // octave up
     Flag16 down;   // octave down
-    Flag16 slide;  // stored and copied with the step; nothing plays it
+    Flag16 slide;  // stored and copied with the step; played where the project's groove says so
     Flag16 accent;
 };
 
@@ -69,6 +69,13 @@ struct NoteMapEntry {
     Flag16 mapUsed;
 };
 
+// See project/groove.h.
+struct Groove {
+    std::array<Le8, 4> mark; // without it nobody knows what the rest is
+    Le8 swing;               // percent beyond 50, 0..25
+    Le8 slides;              // 1: steps with the slide flag slide
+};
+
 struct ProjectRecord {
     Le32 fileTag; // 91 in every project made here; nothing reads it back
     std::array<Le8, 4> fileId;
@@ -80,7 +87,7 @@ struct ProjectRecord {
     Le16 dragStartPos;   // scratch of a knob drag, twips
     Le16 dragStartValue; // scratch of a knob drag
     Flag16 tempoChanged; // the next tick re-times the component
-    std::array<Le8, 6> reservedTempo;
+    Groove groove;
     Le16 tempo; // beats per minute, 40..240
     std::array<NoteMapEntry, 128> noteMap;
     Flag16 learnMode; // the memorizer's dialog listens
@@ -89,6 +96,7 @@ struct ProjectRecord {
 static_assert(std::is_trivially_copyable_v<ProjectRecord> && std::is_standard_layout_v<ProjectRecord>);
 static_assert(sizeof(BassStep) == 12 && sizeof(BassPattern) == 196 && sizeof(BassModule) == 6288);
 static_assert(sizeof(DrumPattern) == 148 && sizeof(DrumModule) == 4755 && sizeof(NoteMapEntry) == 14);
+static_assert(sizeof(Groove) == 6 && offsetof(ProjectRecord, groove) == 17430);
 static_assert(sizeof(ProjectRecord) == 19232 && alignof(ProjectRecord) == 1);
 static_assert(offsetof(BassPattern, loopEnd) == 192 && offsetof(BassPattern, patch) == 194);
 static_assert(offsetof(BassModule, baseNote) == 6272 && offsetof(BassModule, storedChannel) == 6274);

@@ -38,7 +38,7 @@ void limitRecord(ProjectRecord& record) {
     limit(record.drum.selDrum, 0, kDrumRows - 1);
     for (int m = 0; m < kModules; ++m) limitSelection(selectionOf(record, m));
     for (Le16& value : record.knobValue) limit(value, 0, 127);
-    limit(record.tempo, kMinTempo, kMaxTempo);
+    limit(record.tempo, kMinTempo, kMaxTempo); // the groove is limited where it is read
     for (NoteMapEntry& entry : record.noteMap) {
         for (Le16& bank : entry.mapBank) limit(bank, -1, kBanks - 1);
         for (Le16& patt : entry.mapPatt) limit(patt, -1, kPatterns - 1);

@@ -6,6 +6,7 @@ Owned<TransportState> transportState;
 Owned<ClockState> clockState;
 Owned<SongPosition> songPosition;
 Owned<RecordingState> recordingState;
+Owned<GrooveState> grooveState;
 Owned<EditingState> editingState;
 
 void resetRunState() {
@@ -14,6 +15,7 @@ void resetRunState() {
     clockState.write() = {};
     songPosition.write() = {};
     recordingState.write() = {};
+    grooveState.write() = {};
     editingState.write() = {};
     editingState.write().recordGeneration = generation + 1;
 }

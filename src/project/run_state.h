@@ -62,6 +62,17 @@ struct RecordingState {
 };
 extern Owned<RecordingState> recordingState;
 
+// What is silent, and what the component knows of the groove. Written by panel/.
+struct SilentParts {
+    unsigned muted = 0, solo = 0; // a bit each
+};
+struct GrooveState {
+    SilentParts modules, drums;
+    int toldSwing = 50;
+    bool toldSlides = false;
+};
+extern Owned<GrooveState> grooveState;
+
 // What the user works on. Written by panel/.
 struct EditingState {
     int editSel = 0;                         // module under edit, 0..2

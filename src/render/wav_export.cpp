@@ -6,6 +6,7 @@
 #include "boundary/app_shell.h"
 #include "files/project_file.h"
 #include "panel/form_parts.h"
+#include "panel/mutes.h"
 #include "platform/child_process.h"
 #include "platform/config_folder.h"
 #include "project/run_state.h"
@@ -32,11 +33,13 @@ std::string program() {
 // The project and its settings as they stand, where the other process can read them.
 class Snapshot {
   public:
-    Snapshot() {
+    explicit Snapshot(bool leaveOut) {
         std::string name = std::filesystem::temp_directory_path().string() + "/marlune-export-XXXXXX";
         if (mkdtemp(name.data()) == nullptr) return;
         folder_ = name;
-        ok_ = writeFileAtomically(project(), projectFileBytes()) && saveGlobalConfigTo(folder_);
+        std::vector<std::uint8_t> bytes = projectFileBytes();
+        if (leaveOut) leaveOutSilent(*reinterpret_cast<ProjectRecord*>(bytes.data()));
+        ok_ = writeFileAtomically(project(), bytes) && saveGlobalConfigTo(folder_);
         std::error_code ignored; // it need not be there
         std::filesystem::copy_file(configFolderInUse() + "/settings.cfg", folder_ + "/settings.cfg", ignored);
     }
@@ -93,7 +96,7 @@ bool watch(ChildProcess& renderer) {
 }
 
 bool render(const std::string& name, const std::vector<std::string>& options) {
-    const Snapshot snapshot;
+    const Snapshot snapshot(wantsSilentLeftOut());
     std::string refusal = "The disk for temporary files is full.";
     if (snapshot.ok()) {
         std::vector<std::string> words = {program(),  "render",          snapshot.project(), name,

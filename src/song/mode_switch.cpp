@@ -120,6 +120,7 @@ void toPatternMode() {
     const ProjectRecord edited = project;
     project = patternImage;
     project.tempo = edited.tempo;
+    project.groove = edited.groove;
     project.tempoChanged = edited.tempoChanged; // still to be told
     cueCurrent(project);
     disarmRecording();

@@ -51,6 +51,7 @@ struct KeyRow {
 // The pattern of 103A is "C D ..." with the loop at 10 and patch 5; the tempo is 140; the song stands at 32.
 constexpr KeyRow kRows[] = {
     {32, 0, "run1", "run0", nullptr, "run0"},
+    {'V', 0, "dirty", nullptr, ""},
     {'M', 0, "note4 second0 dirty", nullptr, ""},
     {'N', 0, "note2 second4 dirty", nullptr, ""},
     {'X', 0, "loop10 dirty", nullptr, nullptr, "loop10 dirty"},
