@@ -15,6 +15,7 @@
 #include <jack/transport.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <random>
 
@@ -283,7 +284,7 @@ pid_t startPeer(const std::string& folder) {
                 text.replace(at, from.size(), to);
         std::ofstream(name) << text;
     };
-    std::system(("mkdir -p " + folder + "/.hydrogen").c_str());
+    std::filesystem::create_directory(folder + "/.hydrogen");
     changed(song, folder + "/song.h2song",
             {{"<bpm>125</bpm>", "<bpm>120</bpm>"},
              {"<midiOutChannel>-1</midiOutChannel>", "<midiOutChannel>0</midiOutChannel>"}});
@@ -327,7 +328,7 @@ void measureTransport(Band& band, int seconds) {
     print("jack", besideTheGrid(band, 0));
     print("hydrogen", besideTheGrid(band, 1));
     if (peer != 0) kill(peer, SIGKILL);
-    std::system((std::string("rm -rf ") + folder).c_str());
+    std::filesystem::remove_all(folder);
 }
 
 } // namespace

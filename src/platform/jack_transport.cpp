@@ -95,7 +95,7 @@ void JackTransport::cycle(std::int64_t ns, std::int64_t rate) noexcept {
     if (client == nullptr) return;
     rate_ = rate;
     jack_position_t position{};
-    const bool rolling = jack_transport_query(client, &position) == JackTransportRolling;
+    const jack_transport_state_t state = jack_transport_query(client, &position);
     const std::int64_t frame = position.frame;
     const bool moved = frame != nextFrame_;
     if (moved) ++epoch_;
@@ -112,8 +112,8 @@ void JackTransport::cycle(std::int64_t ns, std::int64_t rate) noexcept {
             periods = beats * kPeriodsPerBeat;
     }
     if (moved || tempo != anchorTempo_ || periods != periodsAt(frame)) anchor(frame, periods, tempo);
-    nextFrame_ = rolling ? frame + jack_get_buffer_size(client) : frame;
-    write({ns, periods, tempo, epoch_, rolling});
+    nextFrame_ = state == JackTransportRolling ? frame + jack_get_buffer_size(client) : frame;
+    write({ns, periods, tempo, epoch_, state});
 }
 
 void JackTransport::write(const Place& place) noexcept {
@@ -123,13 +123,13 @@ void JackTransport::write(const Place& place) noexcept {
     periods_.store(place.periods);
     shownTempo_.store(place.tempo);
     epochs_.store(place.epoch);
-    rolling_.store(place.rolling);
+    state_.store(place.state);
     turn_.store(turn + 2, std::memory_order_seq_cst);
 }
 
 bool JackTransport::read(Place& place) const noexcept {
     const std::uint32_t turn = turn_.load();
-    place = {ns_, periods_, shownTempo_, epochs_, rolling_};
+    place = {ns_, periods_, shownTempo_, epochs_, static_cast<jack_transport_state_t>(state_.load())};
     return turn % 2 == 0 && turn == turn_.load();
 }
 
@@ -138,22 +138,31 @@ bool JackTransport::read(Place& place) const noexcept {
 void JackTransport::look(std::int64_t now) noexcept {
     Place place;
     if (!read(place)) return; // being written: the next look will find it whole
-    if (now - place.ns > kStaleNs) place.rolling = false;
-    const Place before = seen_;
-    seen_ = place;
+    if (place.epoch == 0) return;
+    if (now - place.ns > kStaleNs)
+        place.state = JackTransportStarting; // the server stands: nobody wished that
+    const bool moved = seen_.epoch != 0 && place.epoch != movedAt_;
+    const bool rolls = place.state == JackTransportRolling;
     const bool follow = follow_.load(std::memory_order_relaxed);
-    const auto tick = static_cast<std::int32_t>(
-        static_cast<std::int64_t>(barAtOrAfter(place.periods) / kPeriodsPerTick) % kSongTicks);
-    if (place.rolling && !before.rolling) {
+    seen_ = place;
+    if (place.state != JackTransportStarting) movedAt_ = place.epoch;
+    if (rolls && !running_) {
+        running_ = true;
         enter();
-        if (!commanded_.exchange(false) && follow) wishes_[0] = {ClockWish::start, tick};
-    } else if (!place.rolling && before.rolling) {
+        if (!commanded_.exchange(false) && follow) wish(0, ClockWish::start);
+    } else if (place.state == JackTransportStopped && running_) {
+        running_ = false;
         entry_ = -1;
-        if (follow && now - place.ns <= kStaleNs) wishes_[0] = {ClockWish::stop, tick};
-    } else if (place.epoch != before.epoch && follow && !commanded_) {
-        if (place.rolling) entry_ = barAtOrAfter(place.periods);
-        wishes_[1] = {ClockWish::locate, tick};
+        if (follow) wish(0, ClockWish::stop);
+    } else if (moved && place.state != JackTransportStarting && follow && !commanded_) {
+        if (rolls) entry_ = barAtOrAfter(place.periods);
+        wish(1, ClockWish::locate);
     }
+}
+
+void JackTransport::wish(int slot, ClockWish::Kind kind) noexcept {
+    const auto ticks = static_cast<std::int64_t>(barAtOrAfter(seen_.periods) / kPeriodsPerTick);
+    wishes_[slot] = {kind, static_cast<std::int32_t>(ticks % kSongTicks)};
 }
 
 // The transport rolls: what waited for it begins with the first bar line.
@@ -166,7 +175,7 @@ void JackTransport::enter() noexcept {
 
 void JackTransport::place(std::int64_t n, std::int64_t ns) noexcept {
     waiting_ = -1;
-    if (!seen_.rolling) {
+    if (seen_.state != JackTransportRolling) {
         waiting_ = n;
         return;
     }
@@ -181,7 +190,7 @@ void JackTransport::place(std::int64_t n, std::int64_t ns) noexcept {
 }
 
 std::int64_t JackTransport::timeOf(std::int64_t n) const noexcept {
-    if (!seen_.rolling || waiting_ >= 0) return kNever;
+    if (seen_.state != JackTransportRolling || waiting_ >= 0) return kNever;
     return seen_.ns + std::llround((base_ + static_cast<double>(n) - seen_.periods) * lengthNs());
 }
 

@@ -40,8 +40,9 @@ class JackTransport final : public ClockSource {
         std::int64_t ns = 0;
         double periods = 0;
         double tempo = 0;
-        std::int64_t epoch = 0; // counts the moves
-        bool rolling = false;
+        std::int64_t epoch = 0; // counts the moves; 0: nothing was seen yet
+        jack_transport_state_t state =
+            JackTransportStopped; // starting: it waits for slow clients, or was moved
     };
 
     static void onTimebase(jack_transport_state_t state, jack_nframes_t frames, jack_position_t* position,
@@ -52,6 +53,7 @@ class JackTransport final : public ClockSource {
     void write(const Place& place) noexcept;
     double lengthNs() const noexcept { return 2.5e9 / seen_.tempo; }
     void enter() noexcept;
+    void wish(int slot, ClockWish::Kind kind) noexcept;
 
     // User-interface thread.
     jack_client_t* client_ = nullptr;
@@ -69,10 +71,12 @@ class JackTransport final : public ClockSource {
     std::atomic<std::uint32_t> turn_{0};
     std::atomic<std::int64_t> ns_{0}, epochs_{0};
     std::atomic<double> periods_{0}, shownTempo_{0};
-    std::atomic<bool> rolling_{false};
+    std::atomic<int> state_{JackTransportStopped};
 
     // Engine thread.
     Place seen_;
+    std::int64_t movedAt_ = 0; // epoch of the last place that was not on its way
+    bool running_ = false;
     double base_ = 0;           // periods from the song's beginning to the run's
     std::int64_t waiting_ = -1; // a period that begins with the transport
     double entry_ = -1;         // where a run begins that the transport has asked for

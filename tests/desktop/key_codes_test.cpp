@@ -35,8 +35,11 @@ TEST(PanelKeys, StayUnderTheSameFingersOnEveryLayout) {
         {Qt::Key_PageUp, 112, 33}, {Qt::Key_PageDown, 117, 34}, {Qt::Key_Home, 110, 36},
         {Qt::Key_Insert, 118, 45}, {Qt::Key_Left, 113, 37},     {Qt::Key_Right, 114, 39},
         {Qt::Key_Shift, 50, 16},   {Qt::Key_Control, 37, 17},   {Qt::Key_Escape, 9, 27}};
-    const std::vector<Stroke> placeUnknown = {
-        {Qt::Key_1, 0, 49}, {Qt::Key_BracketLeft, 0, 219}, {Qt::Key_Period, 0, 190}, {Qt::Key_F5, 0, 0}};
+    const std::vector<Stroke> placeUnknown = {{Qt::Key_1, 0, 49},
+                                              {Qt::Key_BracketLeft, 0, 219},
+                                              {Qt::Key_Period, 0, 190},
+                                              {Qt::Key_F5, 0, 116},
+                                              {Qt::Key_F8, 0, 0}};
     for (const auto& layout : {us, german, french, any, placeUnknown})
         for (const Stroke& s : layout)
             EXPECT_EQ(virtualKey({s.qtKey, static_cast<std::uint32_t>(s.scanCode), s.keypad}), s.code)

@@ -13,7 +13,8 @@ std::string timed(const Recorder& port) {
     std::string line;
     for (const Sent& s : port.log) {
         const bool clock = s.message.bytes[0] >= 0xF8;
-        line += clock ? "." : ' ' + text(s.message) + '@' + std::to_string((s.ns - port.log[0].ns) / kMs) + ' ';
+        line +=
+            clock ? "." : ' ' + text(s.message) + '@' + std::to_string((s.ns - port.log[0].ns) / kMs) + ' ';
     }
     return line;
 }
@@ -26,9 +27,10 @@ TEST(Swing, MovesTheEvenSixteenthsAndNeitherBarLinesNorTheClock) {
     SetSwing32(25); // 75 %
     StartMarluneTimer32(20, 0);
     player.periods(6 * 6 + 3);
-    EXPECT_EQ(timed(devices.ports[0]),
-              ".. on36@0 ......... off36@180  on38@180 ... off38@240  on40@240 ......... off40@420  on36@420 ... "
-              "off36@480  on38@480 ......... off38@660  on40@660 ..");
+    EXPECT_EQ(
+        timed(devices.ports[0]),
+        ".. on36@0 ......... off36@180  on38@180 ... off38@240  on40@240 ......... off40@420  on36@420 ... "
+        "off36@480  on38@480 ......... off38@660  on40@660 ..");
     // Whatever the swing, and wherever it is changed.
     Dice dice;
     for (int i = 0; i < 400; ++i) {
@@ -61,7 +63,8 @@ TEST(Slides, BeginBeforeTheNoteBeforeItIsReleased) {
     };
     EXPECT_EQ(play(true, "C D E F", 6), "on36 | on38 off36 | on40 off38 | off40 on41 | off41 on36");
     EXPECT_EQ(play(false, "C D E F", 6), "on36 | off36 on38 | off38 on40 | off40 on41 | off41 on36");
-    EXPECT_EQ(play(true, "C C E- F", 15), "on36 | on36 | off36 | on41 off40 | on36 off41"); // a rest slides nowhere
+    EXPECT_EQ(play(true, "C C E- F", 15),
+              "on36 | on36 | off36 | on41 off40 | on36 off41"); // a rest slides nowhere
 }
 
 TEST(Mutes, SilenceWhatPlaysOnAtOnceOrWithTheBar) {
@@ -74,11 +77,14 @@ TEST(Mutes, SilenceWhatPlaysOnAtOnceOrWithTheBar) {
     EXPECT_EQ(player.play(3), "off38 d:off40 d:on42 b:on43 | b:on43 | d:off41 d:off42 b:on43");
     SetMutes32(2, 0, -1); // waits for the bar line: eleven steps on
     EXPECT_EQ(player.play(11),
-              "d:off41 d:on41 b:on43 | d:off42 d:on42 b:on43 | b:on43 | d:off41 d:off42 b:on43 | d:off41 d:on41 b:on43 | "
-              "d:off42 d:on42 b:on43 | b:on43 | d:off41 d:off42 b:on43 | d:off41 d:on41 b:on43 | d:off42 d:on42 b:on43 | "
+              "d:off41 d:on41 b:on43 | d:off42 d:on42 b:on43 | b:on43 | d:off41 d:off42 b:on43 | d:off41 "
+              "d:on41 b:on43 | "
+              "d:off42 d:on42 b:on43 | b:on43 | d:off41 d:off42 b:on43 | d:off41 d:on41 b:on43 | d:off42 "
+              "d:on42 b:on43 | "
               "b:on43");
     EXPECT_EQ(player.play(3),
-              "b:off43 d:off41 d:off42 d:off40 d:on40 on36 | off36 d:off40 d:on40 d:off41 d:on41 on38 | off38 d:off42 "
+              "b:off43 d:off41 d:off42 d:off40 d:on40 on36 | off36 d:off40 d:on40 d:off41 d:on41 on38 | "
+              "off38 d:off42 "
               "d:on42 on40");
     player.stop();
 }

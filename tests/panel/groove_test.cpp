@@ -1,7 +1,7 @@
 // Swing, slides and mutes as a musician meets them.
+#include "project/groove.h"
 #include "files/export_driver.h"
 #include "panel/mutes.h"
-#include "project/groove.h"
 #include "support/program_test.h"
 
 namespace marlune {

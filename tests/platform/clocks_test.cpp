@@ -24,7 +24,8 @@ class Master {
                 auto& here = *static_cast<Master*>(self);
                 jack_position_t position{};
                 if (jack_transport_query(here.client_, &position) == JackTransportRolling)
-                    here.offset = static_cast<std::int64_t>(jack_last_frame_time(here.client_)) - position.frame;
+                    here.offset =
+                        static_cast<std::int64_t>(jack_last_frame_time(here.client_)) - position.frame;
                 return 0;
             },
             this);
@@ -43,7 +44,9 @@ class Master {
         jack_transport_query(client_, &position);
         return position;
     }
-    [[nodiscard]] bool rolling() const { return jack_transport_query(client_, nullptr) == JackTransportRolling; }
+    [[nodiscard]] bool rolling() const {
+        return jack_transport_query(client_, nullptr) == JackTransportRolling;
+    }
     std::atomic<std::int64_t> offset{0}; // server's frames minus those of the transport
 
   private:
@@ -86,7 +89,9 @@ TEST_F(JackClock, TheTransportIsFollowedToTheFrameAndLed) {
     fill(engine);
     constexpr int kSixteenth = kRate / 8, kBar = 16 * kSixteenth;
     master.start(2 * kBar + kBar * 3 / 4); // from within a bar: the next one begins
-    EXPECT_EQ(wish(engine), "S48");
+    std::string first = wish(engine);
+    if (first == "L48") first = wish(engine); // seen before it rolled
+    EXPECT_EQ(first, "S48");
     engine.call({Entry::StartMarluneTimer32, {20, 0}});
     std::vector<std::int64_t> notes;
     ASSERT_TRUE(waitFor([&] {
@@ -103,18 +108,20 @@ TEST_F(JackClock, TheTransportIsFollowedToTheFrameAndLed) {
     master.stop();
     EXPECT_EQ(wish(engine), "P160");
     engine.call({Entry::StopMarluneTimer32, {}});
+    ASSERT_TRUE(waitFor([&] { return !master.rolling(); }));
     // Led: we say where and when, and which bar and beat that is; nothing of it comes back as a wish.
     jack.transport().setTempo(100);
     jack.transport().choose(true, true, true);
     jack.transport().command(true, 7 * 16);
-    ASSERT_TRUE(waitFor([&] { return master.rolling() && (master.position().valid & JackPositionBBT) != 0; }));
+    ASSERT_TRUE(
+        waitFor([&] { return master.rolling() && (master.position().valid & JackPositionBBT) != 0; }));
     const jack_position_t at = master.position();
     EXPECT_EQ(at.bar, 8);
     EXPECT_EQ(at.beats_per_minute, 100);
     const double beats = (at.bar - 1) * 4.0 + at.beat - 1 + at.tick / at.ticks_per_beat;
     EXPECT_NEAR(beats, at.frame * 100 / (60.0 * kRate), 0.001);
     jack.transport().command(false, 0);
-    EXPECT_EQ(wish(engine).substr(0, 1), "P");
+    EXPECT_EQ(wish(engine).substr(0, 1), "P"); // which a program that stands ignores
 }
 
 // One instance: its session, its engine, and its notes at their due times.
@@ -127,7 +134,8 @@ struct Instance final : OutputPort, OutputDevices {
         fill(engine);
     }
     void send(const MidiMessage& m, std::int64_t due) noexcept override {
-        if (m.bytes[0] == 0x90 && m.bytes[2] > 0 && played < static_cast<int>(notes.size())) notes[played++] = due;
+        if (m.bytes[0] == 0x90 && m.bytes[2] > 0 && played < static_cast<int>(notes.size()))
+            notes[played++] = due;
     }
     int count() override { return 1; }
     std::string name(int /*index*/) override { return "timeline"; }
@@ -155,7 +163,8 @@ TEST(Link, TwoInstancesStartTogetherStayTogetherAndStopTogether) {
     one.link->setTempo(170);
     ASSERT_TRUE(waitFor([&] { return other.played >= 80 && one.played >= 80; }));
     for (int i = 0; i < 80; ++i) EXPECT_LT(std::abs(one.notes[i] - other.notes[i]), 2 * kMs) << i;
-    EXPECT_NEAR(static_cast<double>(one.notes[39] - one.notes[0]) / kMs, 39 * 100.0, 60); // 150 for most of it
+    EXPECT_NEAR(static_cast<double>(one.notes[39] - one.notes[0]) / kMs, 39 * 100.0,
+                60); // 150 for most of it
     one.engine.call({Entry::StopMarluneTimer32, {}});
     EXPECT_EQ(wish(other.engine), "P-1");
 }

@@ -1,7 +1,7 @@
 // A clock that isn't ours, from the dialog to the panel.
+#include "transport/clock_follow.h"
 #include "setup/clock_file.h"
 #include "support/program_test.h"
-#include "transport/clock_follow.h"
 
 namespace marlune {
 namespace {
@@ -14,9 +14,12 @@ struct Script final : ClockSource, ClockRoom {
     bool offers(ClockKind kind) override { return kind != ClockKind::jack; }
     ClockSight sight(ClockKind /*kind*/) override { return seen; }
     void choose(const ClockSettings& settings, double tempo) override {
-        said += "choose " + std::string(clockName(settings.kind)) + " " + std::to_string(static_cast<int>(tempo)) + "; ";
+        said += "choose " + std::string(clockName(settings.kind)) + " " +
+                std::to_string(static_cast<int>(tempo)) + "; ";
     }
-    void setTempo(double tempo) override { said += "tempo " + std::to_string(static_cast<int>(tempo)) + "; "; }
+    void setTempo(double tempo) override {
+        said += "tempo " + std::to_string(static_cast<int>(tempo)) + "; ";
+    }
     void transport(bool running, int tick) override {
         said += (running ? "runs " : "rests ") + std::to_string(tick) + "; ";
     }
@@ -30,7 +33,8 @@ struct Script final : ClockSource, ClockRoom {
 struct Follow : ProgramTest {
     Follow() {
         setClockRoom(&room);
-        for (const ClockKind kind : {ClockKind::link, ClockKind::midi}) program.engine.offerClock(kind, &room);
+        for (const ClockKind kind : {ClockKind::link, ClockKind::midi})
+            program.engine.offerClock(kind, &room);
         program.calls();
     }
     ~Follow() override {
@@ -48,7 +52,8 @@ struct Follow : ProgramTest {
 TEST_F(Follow, ADialogChoosesAFileKeepsAndThePanelTells) {
     setConfigFolder(folder.path);
     program.shell.modal = {[](Form&) {
-        EXPECT_EQ(midiSetupForm.clock.items, (std::vector<std::string>{"Internal", "Ableton Link", "MIDI clock"}));
+        EXPECT_EQ(midiSetupForm.clock.items,
+                  (std::vector<std::string>{"Internal", "Ableton Link", "MIDI clock"}));
         midiSetupForm.clock.selected = 1;
         midiSetupForm.clockOffset.text = "-250";
         midiSetupForm.shareStart.checked = false;
