@@ -141,6 +141,7 @@ class Band {
         for (int i = 0; i < 2; ++i) {
             in_[i] = jack_port_register(client_, names[i], JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
             heard[i].resize(200'000);
+            placed[i].resize(200'000);
         }
         clock_ = jack_port_register(client_, "clock", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
         jack_set_process_callback(
@@ -160,7 +161,8 @@ class Band {
         sends = true;
     }
 
-    std::vector<std::int64_t> heard[2]; // frames of note-ons
+    std::vector<std::int64_t> heard[2];  // frames of note-ons
+    std::vector<std::int64_t> placed[2]; // and where the transport was then
     std::atomic<int> count[2]{};
     std::atomic<bool> sends{false};
     std::atomic<std::int64_t> offset{0}; // the server's frames minus those of the transport
@@ -176,8 +178,10 @@ class Band {
             for (jack_nframes_t i = 0; i < jack_midi_get_event_count(from); ++i) {
                 jack_midi_event_t event;
                 jack_midi_event_get(&event, from, i);
-                if (event.size == 3 && (event.buffer[0] & 0xF0) == 0x90 && event.buffer[2] > 0)
+                if (event.size == 3 && (event.buffer[0] & 0xF0) == 0x90 && event.buffer[2] > 0) {
+                    placed[p][count[p]] = now + event.time - offset;
                     heard[p][count[p]++] = now + event.time;
+                }
             }
         }
         void* to = jack_port_get_buffer(clock_, frames);
@@ -305,7 +309,7 @@ std::vector<Note> besideTheGrid(const Band& band, int port) {
     constexpr double kSixteenth = kRate * 15 / kTempo;
     std::vector<Note> notes;
     for (int i = 0; i < band.count[port]; ++i) {
-        const auto at = static_cast<double>(band.heard[port][i] - band.offset);
+        const auto at = static_cast<double>(band.placed[port][i]);
         notes.push_back({at * 1000 / kRate, (at - std::round(at / kSixteenth) * kSixteenth) * 1000 / kRate});
     }
     return notes;

@@ -303,7 +303,8 @@ void PanelWidget::wheelEvent(QWheelEvent* event) {
     const PlacedControl* control = reachable(point);
     // The tempo display takes no pointer; the wheel over it turns the knob beside it.
     const PanelRect& tempo = placedControl(Control::tempoBPM, 0)->rect;
-    if (QRectF(tempo.x, tempo.y, tempo.width, tempo.height).contains(point))
+    const bool bare = control == nullptr || control->control == Control::tapTempo;
+    if (bare && QRectF(tempo.x, tempo.y, tempo.width, tempo.height).contains(point))
         control = placedControl(Control::knobTempo, 0);
     if (control != wheelControl_) wheelAngle_ = 0;
     wheelControl_ = control;
