@@ -20,7 +20,8 @@ inline constexpr std::int64_t kClocksPerBar = 96; // 24 to the quarter note
 
 inline constexpr int kWhereItStands = -1;
 
-// What a source asks the program for. tick: song tick of a bar line, of a start and a locate, or kWhereItStands.
+// What a source asks the program for. tick: song tick of a bar line, of a start and a locate, or
+// kWhereItStands.
 struct ClockWish {
     enum Kind : std::int32_t { none, start, stop, locate };
     Kind kind = none;

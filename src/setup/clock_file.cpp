@@ -25,7 +25,8 @@ void take(ClockSettings& settings, const std::string& key, const std::string& va
         const auto word = std::find(std::begin(kWords), std::end(kWords), value);
         if (word != std::end(kWords)) settings.kind = static_cast<ClockKind>(word - std::begin(kWords));
     }
-    if (key == "offset") settings.offsetMs = std::clamp(leadingInteger(value), -kMostClockOffsetMs, kMostClockOffsetMs);
+    if (key == "offset")
+        settings.offsetMs = std::clamp(leadingInteger(value), -kMostClockOffsetMs, kMostClockOffsetMs);
     if (key == "share-start") settings.shareStart = on;
     if (key == "follow-jack") settings.followJack = on;
     if (key == "lead-jack") settings.leadJack = on;
@@ -49,11 +50,10 @@ ClockSettings loadClockSettings() {
 bool saveClockSettings(const ClockSettings& settings) {
     if (configFolderInUse().empty()) return true;
     const auto onOff = [](bool on) { return on ? "on\n" : "off\n"; };
-    const std::string text = std::string("source = ") + kWords[indexOf(settings.kind)] +
-                             "\noffset = " + std::to_string(settings.offsetMs) +
-                             "\nshare-start = " + onOff(settings.shareStart) +
-                             "follow-jack = " + onOff(settings.followJack) +
-                             "lead-jack = " + onOff(settings.leadJack);
+    const std::string text =
+        std::string("source = ") + kWords[indexOf(settings.kind)] +
+        "\noffset = " + std::to_string(settings.offsetMs) + "\nshare-start = " + onOff(settings.shareStart) +
+        "follow-jack = " + onOff(settings.followJack) + "lead-jack = " + onOff(settings.leadJack);
     return writeFileAtomically(path(), {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }
 

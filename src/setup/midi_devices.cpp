@@ -243,7 +243,8 @@ ClockSettings MIDISetupForm::enteredClock() const {
     if (clock.selected >= 0 && clock.selected < static_cast<int>(offered.size()))
         settings.kind = offered[clock.selected];
     if (isNumeric(clockOffset.text))
-        settings.offsetMs = std::clamp(leadingInteger(clockOffset.text), -kMostClockOffsetMs, kMostClockOffsetMs);
+        settings.offsetMs =
+            std::clamp(leadingInteger(clockOffset.text), -kMostClockOffsetMs, kMostClockOffsetMs);
     settings.shareStart = shareStart.checked;
     settings.followJack = followJack.checked;
     settings.leadJack = leadJack.checked;

@@ -20,7 +20,8 @@ namespace {
 struct Names {
     const char *name, *badge;
 };
-constexpr Names kNames[] = {{"Internal", ""}, {"Ableton Link", "LINK"}, {"MIDI clock", "MIDI"}, {"JACK transport", "JACK"}};
+constexpr Names kNames[] = {
+    {"Internal", ""}, {"Ableton Link", "LINK"}, {"MIDI clock", "MIDI"}, {"JACK transport", "JACK"}};
 static_assert(std::size(kNames) == kClockKinds);
 
 constexpr int kMicrosecondsPerMs = 1000;

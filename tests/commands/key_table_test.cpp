@@ -62,7 +62,7 @@ constexpr KeyRow kRows[] = {
     {'K', 0, "dirty SetNextPatt32(2,7)", nullptr, "dirty unshown"},
     {'9', 0, "", nullptr, nullptr},
     {'O', 0, "", nullptr, nullptr},
-    {'V', 0, "", nullptr, nullptr},
+    {116, 0, "speaks", nullptr, nullptr},
     {187, 0, "tempo141 dirty", nullptr, nullptr},
     {107, 0, "tempo141 dirty", nullptr, nullptr},
     {189, 0, "tempo139 dirty", nullptr, nullptr},

@@ -113,13 +113,17 @@ TEST_F(PanelWidgetTest, AtStartAllStaysInPlaceAndAMovedControlIsSeenAndHitThere)
 }
 
 TEST_F(PanelWidgetTest, TheWheelIsCollectedToWholeSteps) {
-    const QPoint at = pointOf(Control::LoopPt, 1);
-    for (const int angle : {60, 60, -360, 90, 40}) {
+    const auto turn = [&](Control control, int index, int angle) {
+        const QPoint at = pointOf(control, index);
         QWheelEvent event(at, panel.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&panel, &event);
-    }
+    };
+    for (const int angle : {60, 60, -360, 90, 40}) turn(Control::LoopPt, 1, angle);
     EXPECT_EQ(takeEvents(), "wheel:LoopPt(1)+1 wheel:LoopPt(1)-3 wheel:LoopPt(1)+1");
+    turn(Control::swing, 0, 120); // within the tempo display, which belongs to the knob
+    turn(Control::tapTempo, 0, 120);
+    EXPECT_EQ(takeEvents(), "wheel:swing(0)+1 wheel:knobTempo(0)+1");
 }
 
 TEST_F(PanelWidgetTest, HoldingAKeyRepeatsWindingAndTempoOnly) {
