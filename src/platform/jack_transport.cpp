@@ -45,6 +45,7 @@ void JackTransport::choose(bool wanted, bool follow, bool lead) {
 void JackTransport::command(bool running, int songTick) {
     if (client_ == nullptr || !wanted_ || !lead_) return;
     if (!running) {
+        commanded_ = false; // also where nobody has seen it roll
         jack_transport_stop(client_);
         return;
     }

@@ -21,32 +21,7 @@ TEST_F(Groove_, IsEditedShownTakenBackAndKept) {
         panelPointer(Control::accent, module, {.fine = true});
         panelPointer(Control::accent, module, {.action = PointerAction::release});
     };
-    expectSession(session, R"(
-wheel swing 0 8: pattern(103A A1) SetSwing32(8) | swing="58%" | undo1 changed1
-drag swing 0 150: SetSwing32(9) SetSwing32(10) SetSwing32(12) SetSwing32(13) | swing="59%" swing="60%"
-    swing="62%" swing="63%" | undo2 changed1
-wheel swing 0 -99: SetSwing32(0) | swing="50%" | undo3 changed1
-menu mnuEditUndo: SetSwing32(13) | swing="63%" | undo2 changed1
-menu mnuEditUndo; menu mnuEditUndo: SetSwing32(8) SetSwing32(0) | swing="58%" swing="50%" | undo0 changed1
-menu mnuEditRedo: SetSwing32(8) | swing="58%" | undo1 changed1
-slide 0: Set103Slide32(0,0,0,0,-1) SetSlides32(-1) | slideLamp(0)=1 | undo2 changed1 103A A1 {C D C*14}
-slide 0: Set103Slide32(0,0,0,0,0) | slideLamp(0)=0 | undo3 changed1 103A A1 {C D C*14}
-click step103A 1; key V: Set103Slide32(0,0,0,1,-1) | keys(0)=2 step103(0)=1 slideLamp(0)=1 | undo4 changed1 103A
-    A1 {C D C*14}
-click ediSel 2; key V: edit(0>2: 0 16) | edit2
-menu mnuEditUndo: pattern(103A A1) | slideLamp(0)=0 | undo3 changed1 103A A1 {C D C*14}
-alt -1: SetMutes32(1,0,0) | muteLamp(0)=1 muteLamp(1..9)=0
-alt -1 1: SetMutes32(6,0,0) | muteLamp(0)=2 muteLamp(1)=1 muteLamp(2)=1
-alt -1; alt -1 1: SetMutes32(6,0,0) (0,0,0) | muteLamp(0..2)=0
-alt 2; alt 7: SetMutes32(0,4,0) | muteLamp(5)=1 sel109(0)=0 sel109(7)=1
-key 116: SetMutes32(1,4,0) | muteLamp(0)=1
-key 117 1: SetMutes32(5,4,0) | muteLamp(1)=2 muteLamp(2)=1
-play 3; key 117 3; key 118 2; play 14: SetMutes32(1,4,-1) (5,4,-1) | muteLamp(1)=0 muteLamp(2)=0 muteLamp(2)=1
-song; slide 0: SetSong32(-1) song(0 A1>A1@0 A1>A1@0 A1>A1@0) PrepareController32(0..11,0)
-    PrepareController32(12..19,100) pattern(103A A1) pattern(103B A1) pattern(109 A1) | timeDisplay enabled
-    microDisplay enabled knobSprite(0..18) disabled Check1=1 ResetButton=1 prevButton=1 nextButton=1 RwdStep=1
-    FwdStep=1 stopButton=1 playSongButton=1 RecButton=1 edit(2>0: 16 0) | song1 edit0 undo0 changed1
-)");
+    expectSession(session);
 }
 
 std::vector<std::uint8_t> grooveBytes(const std::vector<std::uint8_t>& file) {
