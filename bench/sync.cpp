@@ -121,6 +121,7 @@ void measureLink(int seconds) {
         if (s % 20 == 10) (s % 40 == 10 ? one : other).link->setTempo(kTempo + s % 7);
     }
     std::vector<Note> notes;
+    notes.reserve(one.notes.size());
     for (int i = 0; i < std::min(one.played, other.played); ++i)
         notes.push_back({static_cast<double>(one.notes[i] - one.notes[0]) / 1e6,
                          static_cast<double>(one.notes[i] - other.notes[i]) / 1e6});

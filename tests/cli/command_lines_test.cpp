@@ -62,7 +62,8 @@ TEST(CommandLines, AreAnsweredAsEver) {
         }
         for (const auto& [name, content] : filesOf(folder.path)) {
             const auto was = before.find(name);
-            if (was == before.end() || was->second != content) found += "    " + name + " " + content + "\n";
+            if (was == before.end() || was->second != content)
+                found.append("    ").append(name).append(" ").append(content).append("\n");
         }
     }
     EXPECT_EQ(described(folder.file("again.mlp")), described(folder.file("harbour_nights.mlp"))); // resaved

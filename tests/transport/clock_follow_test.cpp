@@ -12,6 +12,7 @@ struct Script final : ClockSource, ClockRoom {
     std::int64_t timeOf(std::int64_t n) const noexcept override { return first + n * 20'000'000; }
     ClockWish takeWish() noexcept override { return std::exchange(wish, {}); }
     bool offers(ClockKind kind) override { return kind != ClockKind::jack; }
+    using ClockSource::sight;
     ClockSight sight(ClockKind /*kind*/) override { return seen; }
     void choose(const ClockSettings& settings, double tempo) override {
         said += "choose " + std::string(clockName(settings.kind)) + " " +
